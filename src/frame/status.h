@@ -1,0 +1,11 @@
+// One line for the user that is no box: the console's status bar, the driver's stderr. And the progress of long work.
+#pragma once
+#include <QString>
+#include <functional>
+
+void status_line(const QString &text);
+void set_status_sink(std::function<void(const QString &)> sink);
+
+// Long work tells how far it is; the wait screens show it. total 0: not known.
+void report_progress(const QString &what, qint64 done, qint64 total);
+void set_progress_sink(std::function<void(const QString &, qint64, qint64)> sink);

@@ -1,0 +1,14 @@
+// Reaching the store: opening it, quoting, running one statement.
+// What stands behind: platform/ado.h.
+#pragma once
+#include "frame/session.h"
+#include "platform/ado.h"
+
+// Opens <app>\mailapp.mdb. When it is missing, says so and ends the process.
+void open_store();
+void open_store_if_closed();
+
+// Trimmed, each single quote doubled, single quotes around. "" gives two quotes. The only escaping in the program.
+QString quote_sql(const QString &value);
+
+void run_sql(const QString &sql);

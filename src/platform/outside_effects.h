@@ -1,0 +1,9 @@
+// What was written to the store must be safe on disk before anything outside the process can see its consequence:
+// a mail moved or sent, a file written, a box shown. Whatever causes such an effect calls before_outside_effect()
+// first; every open store registers a commit here.
+#pragma once
+#include <functional>
+
+void before_outside_effect();                            // commits every open store; throws run_time_error when one cannot
+int on_outside_effect(std::function<void()> commit);     // the registration's number
+void forget_outside_effect(int registration);

@@ -1,0 +1,1 @@
+# The finished program folder, out/tessaly, and the tools beside it, out/tools.
