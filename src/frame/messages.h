@@ -12,7 +12,7 @@ struct message_box {
     QString text;
     QString title;
     message_icon icon = message_icon::none;
-    QString proposal;                                    // input only
+    QString proposal; // input only
 };
 
 class message_service {
@@ -22,7 +22,7 @@ public:
     virtual std::optional<QString> show(const message_box &box) = 0;
 };
 
-void set_message_service(message_service *service);      // not owned
+void set_message_service(message_service *service); // not owned
 
 void say(const QString &text, const QString &title = QStringLiteral("Tessaly"),
          message_icon icon = message_icon::information);

@@ -16,19 +16,19 @@ struct session_state {
     // write_error_log, so that a failed routine leaves none open for the next.
     std::unique_ptr<ado::Connection> store_connection = std::make_unique<ado::Connection>();
     std::unique_ptr<ado::Recordset> shared_rs = std::make_unique<ado::Recordset>();
-    std::unique_ptr<ado::Recordset> format_rs = std::make_unique<ado::Recordset>();   // fields of the current map
-    std::unique_ptr<ado::Recordset> mail_rs = std::make_unique<ado::Recordset>();     // mails of the current account
-    std::unique_ptr<ado::Recordset> map_rs = std::make_unique<ado::Recordset>();      // the map table being filled
+    std::unique_ptr<ado::Recordset> format_rs = std::make_unique<ado::Recordset>(); // fields of the current map
+    std::unique_ptr<ado::Recordset> mail_rs = std::make_unique<ado::Recordset>();   // mails of the current account
+    std::unique_ptr<ado::Recordset> map_rs = std::make_unique<ado::Recordset>();    // the map table being filled
 
     // One column an account, from 1; the last one is spare and empty, so loops run to below the last. See
     // frame/account_list.h. Empty: not loaded.
     std::vector<account> account_ids;
 
-    bool no_fetch = false;            // opening the Mail Auditor only shows what is stored
-    bool unsub_only_mail = false;     // the current mail is looked at only because of its subject
-    bool fetch_then_wizard = false;   // the fetch was started by the Mail Mapping Wizard
-    qint16 autofetch_minutes = 0;     // as last read
-    QString animation_file;           // the page that a progress screen shows
+    bool no_fetch = false;          // opening the Mail Auditor only shows what is stored
+    bool unsub_only_mail = false;   // the current mail is looked at only because of its subject
+    bool fetch_then_wizard = false; // the fetch was started by the Mail Mapping Wizard
+    qint16 autofetch_minutes = 0;   // as last read
+    QString animation_file;         // the page that a progress screen shows
 
     quint32 err_number = 0;
     QString err_description;

@@ -5,8 +5,8 @@
 
 namespace intake {
 
-void fetch_mail();              // needs choose_mail_source; counts into fetching.mail_count
-QString fetch_summary();        // "3 of 20 mails processed"
+void fetch_mail();       // needs choose_mail_source; counts into fetching.mail_count
+QString fetch_summary(); // "3 of 20 mails processed"
 
 // What loading the Mail Auditor does when it fetches: source, fetch, (caller's step), parse.
 void fetch_and_parse();

@@ -5,17 +5,17 @@
 
 namespace intake {
 
-struct fetch_state {                                     // members go in reverse: items before folders before the application
-    bool use_mapi = false;                               // the client that reads and leaves is in force
+struct fetch_state {       // members go in reverse: items before folders before the application
+    bool use_mapi = false; // the client that reads and leaves is in force
     std::unique_ptr<outlook::Application> outlook_app;
     std::unique_ptr<outlook::MailFolder> inbox_folder;
-    std::unique_ptr<outlook::MailFolder> target_folder;  // Tessaly_Inbox
+    std::unique_ptr<outlook::MailFolder> target_folder; // Tessaly_Inbox
     std::unique_ptr<outlook::Items> inbox_items;
     outlook::MailItem *current_item = nullptr;
     std::unique_ptr<mapi::MAPISession> MAPISession1;
     std::unique_ptr<mapi::MAPIMessages> MAPIMessages1;
-    qint16 mail_count = 0;                               // mails stored by this fetch
-    qint64 total = 0;                                    // mails in the Inbox when the walk began
+    qint16 mail_count = 0; // mails stored by this fetch
+    qint64 total = 0;      // mails in the Inbox when the walk began
 };
 
 extern fetch_state fetching;

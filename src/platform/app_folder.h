@@ -5,7 +5,7 @@
 // The folder of the running program when it can be written, else the user's data folder, which is seeded from the
 // installed one at the first start (what exists there is never touched).
 QString app_folder();
-void set_app_folder(const QString &folder);              // the driver's --folder, and tests
+void set_app_folder(const QString &folder); // the driver's --folder, and tests
 
 // "<app>" followed by a path in the program's own writing, such as "\mailapp.mdb".
 QString app_path(QStringView tail);

@@ -5,7 +5,7 @@
 #include <QDateTime>
 #include <functional>
 
-QDateTime now();                                         // local wall clock, no milliseconds
+QDateTime now(); // local wall clock, no milliseconds
 QDate today();
-QDateTime wall_clock(qint64 seconds_since_1970);         // a moment as this machine's local wall clock shows it
-void set_clock(std::function<QDateTime()> clock);        // empty: the machine's own again
+QDateTime wall_clock(qint64 seconds_since_1970);  // a moment as this machine's local wall clock shows it
+void set_clock(std::function<QDateTime()> clock); // empty: the machine's own again

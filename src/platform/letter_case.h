@@ -3,7 +3,7 @@
 #pragma once
 #include <QString>
 
-QString upper_case(QStringView text);                    // simple Unicode upper case, same length in letters
-QString fold_case(QStringView text);                     // simple Unicode case folding
-char32_t fold_letter(char32_t letter);                   // of one letter
-int compare_case_blind(QStringView a, QStringView b);    // below, equal to, above 0; by folded code point
+QString upper_case(QStringView text);                 // simple Unicode upper case, same length in letters
+QString fold_case(QStringView text);                  // simple Unicode case folding
+char32_t fold_letter(char32_t letter);                // of one letter
+int compare_case_blind(QStringView a, QStringView b); // below, equal to, above 0; by folded code point

@@ -17,7 +17,7 @@ class ReplyItem {
 public:
     virtual ~ReplyItem() = default;
     QString Subject;
-    QString body;                                        // line ends: CR LF or LF
+    QString body; // line ends: CR LF or LF
     // Hands the mail to the Outbox and returns when it is durable there. An address that cannot be written to is no
     // failure here: the mail is kept in the Outbox as refused, with the reason.
     virtual void send() = 0;
@@ -29,11 +29,11 @@ class MailFolder;
 class MailItem {
 public:
     virtual ~MailItem() = default;
-    virtual QString To() const = 0;                      // the To header's addresses joined by "; ", no names
-    virtual QString Subject() const = 0;                 // decoded, one line, without outer blanks
-    virtual QString body() = 0;                          // the text part, LF line ends, without outer blanks
-    virtual QString SenderName() const = 0;              // the address that an answer should go to
-    virtual QDateTime ReceivedTime() const = 0;          // wall clock, to the second; the same for ever
+    virtual QString To() const = 0;             // the To header's addresses joined by "; ", no names
+    virtual QString Subject() const = 0;        // decoded, one line, without outer blanks
+    virtual QString body() = 0;                 // the text part, LF line ends, without outer blanks
+    virtual QString SenderName() const = 0;     // the address that an answer should go to
+    virtual QDateTime ReceivedTime() const = 0; // wall clock, to the second; the same for ever
     virtual std::unique_ptr<ReplyItem> Reply() = 0;
     virtual void Move(MailFolder &target) = 0;
 };
@@ -48,7 +48,7 @@ struct wanted_mails {
 class Items {
 public:
     virtual ~Items() = default;
-    virtual qint64 Count() const = 0;                    // of all mails, wanted or not
+    virtual qint64 Count() const = 0; // of all mails, wanted or not
     // The first and the next wanted mail, oldest first, of a snapshot taken by Find; nullptr at the end. The item
     // lives until the next call. Only the filter "every item, read or unread" exists.
     virtual MailItem *Find(const QString &filter, const wanted_mails &wanted) = 0;
@@ -63,21 +63,21 @@ class MailFolder {
 public:
     virtual ~MailFolder() = default;
     virtual QString Name() const = 0;
-    virtual std::vector<std::unique_ptr<MailFolder>> Folders() = 0;      // its sub-folders
-    virtual std::unique_ptr<MailFolder> add(const QString &name) = 0;    // a new sub-folder
-    virtual std::unique_ptr<Items> items() = 0;          // "Items"; outlives neither the folder nor the application
+    virtual std::vector<std::unique_ptr<MailFolder>> Folders() = 0;   // its sub-folders
+    virtual std::unique_ptr<MailFolder> add(const QString &name) = 0; // a new sub-folder
+    virtual std::unique_ptr<Items> items() = 0; // "Items"; outlives neither the folder nor the application
 };
 
 class NameSpace {
 public:
     virtual ~NameSpace() = default;
-    virtual std::unique_ptr<MailFolder> GetDefaultFolder() = 0;          // the Inbox
+    virtual std::unique_ptr<MailFolder> GetDefaultFolder() = 0; // the Inbox
 };
 
 class Application {
 public:
     virtual ~Application() = default;
-    virtual std::unique_ptr<NameSpace> GetNamespace(const QString &type) = 0;   // "MAPI"
+    virtual std::unique_ptr<NameSpace> GetNamespace(const QString &type) = 0; // "MAPI"
 };
 
 // How the program reaches a client: a running one, or nullptr; a new one, or nullptr when it cannot be had.

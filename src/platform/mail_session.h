@@ -29,18 +29,18 @@ public:
     // The message at MsgIndex, from 0; -1 is the one being composed.
     int MsgIndex = 0;
     virtual QString MsgSubject() const = 0;
-    virtual QString MsgNoteText() = 0;                   // the text, LF line ends
-    virtual QString MsgOrigAddress() const = 0;          // may begin with "smtp:"
+    virtual QString MsgNoteText() = 0;          // the text, LF line ends
+    virtual QString MsgOrigAddress() const = 0; // may begin with "smtp:"
     virtual QDateTime MsgDateReceived() const = 0;
-    virtual QString RecipAddress() const = 0;            // may begin with "smtp:"
+    virtual QString RecipAddress() const = 0; // may begin with "smtp:"
 
-    virtual void Compose() = 0;                          // MsgIndex becomes -1, an empty mail
-    virtual void Reply() = 0;                            // the same, addressed to the sender of the message at MsgIndex
+    virtual void Compose() = 0; // MsgIndex becomes -1, an empty mail
+    virtual void Reply() = 0;   // the same, addressed to the sender of the message at MsgIndex
     virtual void set_MsgSubject(const QString &subject) = 0;
     virtual void set_MsgNoteText(const QString &text) = 0;
     virtual void set_RecipDisplayName(const QString &name) = 0;
     virtual void set_RecipAddress(const QString &address) = 0;
-    virtual void Send() = 0;                             // hands it to the Outbox; durable when it returns
+    virtual void Send() = 0; // hands it to the Outbox; durable when it returns
 };
 
 class mail_session_service {

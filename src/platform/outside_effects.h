@@ -4,6 +4,6 @@
 #pragma once
 #include <functional>
 
-void before_outside_effect();                            // commits every open store; throws run_time_error when one cannot
-int on_outside_effect(std::function<void()> commit);     // the registration's number
+void before_outside_effect();                        // commits every open store; throws run_time_error when one cannot
+int on_outside_effect(std::function<void()> commit); // the registration's number
 void forget_outside_effect(int registration);

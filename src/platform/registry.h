@@ -4,4 +4,4 @@
 #include <QString>
 
 bool registry_key_exists(const QString &key);
-QString registry_value(const QString &key);              // the default value, cut at the first zero character; "" without one
+QString registry_value(const QString &key); // the default value, cut at the first zero character; "" without one

@@ -2,5 +2,5 @@
 #pragma once
 #include <QStringList>
 
-const QStringList &reserved_words();                     // 203, with the list's own spellings
-const QStringList &reserved_query_words();               // 12, upper case ("FROM" stands twice)
+const QStringList &reserved_words();       // 203, with the list's own spellings
+const QStringList &reserved_query_words(); // 12, upper case ("FROM" stands twice)

@@ -5,5 +5,5 @@
 
 bool FileExists(const QString &path);
 QString ReadAll(const QString &path);
-void Write(const QString &path, const QString &text);    // to a temporary file beside it, synced, renamed over it
+void Write(const QString &path, const QString &text);      // to a temporary file beside it, synced, renamed over it
 void Append(const QString &path, const QByteArray &bytes); // flushed before it returns

@@ -1,0 +1,3 @@
+#include "frame/session.h"
+
+session_state session;

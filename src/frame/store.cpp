@@ -1,0 +1,43 @@
+#include "frame/store.h"
+#include "frame/messages.h"
+#include "frame/text.h"
+#include "platform/app_folder.h"
+#include "platform/process.h"
+#include "platform/text_file.h"
+
+void open_store()
+{
+    const QString path = app_path(u"\\mailapp.mdb");
+    if (!FileExists(path)) {
+        say(QStringLiteral("Required Database file missing. Please make sure the files exists"));
+        end_process(1);
+    }
+    session.store_connection->Provider = QStringLiteral("microsoft.jet.oledb.4.0");
+    session.store_connection->ConnectionString = path;
+    session.store_connection->Open();
+}
+
+void open_store_if_closed()
+{
+    if (session.store_connection->State() == 0)
+        open_store();
+}
+
+QString quote_sql(const QString &value)
+{
+    const QString trimmed = trim(value);
+    QString quoted;
+    quoted.reserve(trimmed.size() + 2);
+    quoted += u'\'';
+    for (const QChar letter : trimmed) {
+        if (letter == u'\'')
+            quoted += u'\'';
+        quoted += letter;
+    }
+    return quoted += u'\'';
+}
+
+void run_sql(const QString &sql)
+{
+    session.store_connection->Execute(sql);
+}

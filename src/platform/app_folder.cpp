@@ -1,0 +1,88 @@
+#include "platform/app_folder.h"
+#include "platform/run_time_error.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QStandardPaths>
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+
+namespace {
+
+struct folder_state {
+    QString folder;
+    int lock = -1;
+} the_folder;
+
+void copy_missing(const QString &from, const QString &to)
+{
+    QDir().mkpath(to);
+    const auto entries = QDir(from).entryInfoList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::NoSymLinks);
+    for (const QFileInfo &entry : entries) {
+        const QString target = to + u'/' + entry.fileName();
+        if (entry.isDir()) {
+            copy_missing(entry.filePath(), target);
+        } else if (!entry.isExecutable() && !QFileInfo::exists(target)) {
+            QFile::copy(entry.filePath(), target);
+            QFile::setPermissions(target, QFile::permissions(target) | QFile::WriteOwner);
+        }
+    }
+}
+
+QString find_folder()
+{
+    const QString installed = QCoreApplication::applicationDirPath();
+    if (::access(QFile::encodeName(installed).constData(), W_OK) == 0)
+        return installed;
+    const QString own =
+        QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + QStringLiteral("/tessaly");
+    if (!QDir(own).exists())
+        copy_missing(installed, own);
+    return own;
+}
+
+}
+
+QString app_folder()
+{
+    if (the_folder.folder.isEmpty())
+        the_folder.folder = find_folder();
+    return the_folder.folder;
+}
+
+void set_app_folder(const QString &folder)
+{
+    unlock_app_folder();
+    the_folder.folder = folder.isEmpty() ? folder : QDir(folder).absolutePath();
+}
+
+QString app_path(QStringView tail)
+{
+    return app_folder() + tail.toString().replace(u'\\', u'/');
+}
+
+bool lock_app_folder()
+{
+    if (the_folder.lock >= 0)
+        return true;
+    const QString path = app_path(u"\\tessaly.lock");
+    const int descriptor = ::open(QFile::encodeName(path).constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0644);
+    if (descriptor < 0)
+        throw run_time_error{70, QStringLiteral("Permission denied: ") + path};
+    if (::flock(descriptor, LOCK_EX | LOCK_NB) != 0) {
+        ::close(descriptor);
+        return false;
+    }
+    the_folder.lock = descriptor;
+    return true;
+}
+
+void unlock_app_folder()
+{
+    if (the_folder.lock >= 0)
+        ::close(the_folder.lock);
+    the_folder.lock = -1;
+}

@@ -1,0 +1,12 @@
+// The desktop's dialogs for files and folders. Behind it: Qt's own (screens/desktop_dialogs.h), a script in tests.
+#pragma once
+#include <QString>
+#include <optional>
+
+class dialog_service {
+public:
+    virtual ~dialog_service() = default;
+    // A path to write to; nothing on Cancel. It does not ask about an existing file: the caller has its own question.
+    // proposal may be a bare file name; filter such as "*.mdb".
+    virtual std::optional<QString> ShowSave(const QString &proposal, const QString &filter) = 0;
+};

@@ -1,0 +1,37 @@
+#include "platform/outside_effects.h"
+
+#include <map>
+
+namespace {
+
+struct commit_registry {
+    std::map<int, std::function<void()>> commits;
+    int next = 1;
+};
+
+commit_registry &registered_commits()
+{
+    static commit_registry registry;
+    return registry;
+}
+
+}
+
+void before_outside_effect()
+{
+    const auto commits = registered_commits().commits; // a commit may end a registration
+    for (const auto &[registration, commit] : commits)
+        commit();
+}
+
+int on_outside_effect(std::function<void()> commit)
+{
+    auto &registry = registered_commits();
+    registry.commits[registry.next] = std::move(commit);
+    return registry.next++;
+}
+
+void forget_outside_effect(int registration)
+{
+    registered_commits().commits.erase(registration);
+}

@@ -1,0 +1,3 @@
+#include "platform/services.h"
+
+service_pointers services;

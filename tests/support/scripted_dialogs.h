@@ -1,0 +1,28 @@
+// File dialogs of a test: a queue of chosen paths (nothing is Cancel) and a transcript. In force as long as it lives.
+#pragma once
+#include "platform/dialogs.h"
+#include "platform/services.h"
+
+#include <QStringList>
+#include <deque>
+
+class scripted_dialogs : public dialog_service {
+public:
+    scripted_dialogs() { services.dialogs = this; }
+    ~scripted_dialogs() override { services.dialogs = nullptr; }
+    scripted_dialogs(const scripted_dialogs &) = delete;
+    scripted_dialogs &operator=(const scripted_dialogs &) = delete;
+
+    std::deque<std::optional<QString>> choices;
+    QStringList asked; // "proposal|filter"
+
+    std::optional<QString> ShowSave(const QString &proposal, const QString &filter) override
+    {
+        asked += proposal + u'|' + filter;
+        if (choices.empty())
+            qFatal("A file dialog without a prepared choice: %s", qPrintable(proposal));
+        const auto choice = choices.front();
+        choices.pop_front();
+        return choice;
+    }
+};

@@ -1,0 +1,2 @@
+#include "support/scripted_dialogs.h"
+#include "support/scripted_messages.h"
