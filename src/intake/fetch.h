@@ -1,5 +1,5 @@
-// Fetching form mail: walk the Inbox, hand each mail of ours to write_data, move it.
-// Next door: write_data.h (one mail), unsubscribe_intake.h, duplicate_mail.h, map_parser.h (what follows).
+// Fetching form mail: walk the Inbox, hand each mail of ours to write_data.
+// Next door: mail_source.h (which client), write_data.h (one mail), map_parser.h (what follows).
 #pragma once
 #include <QString>
 
@@ -8,7 +8,8 @@ namespace intake {
 void fetch_mail();       // needs choose_mail_source; counts into fetching.mail_count
 QString fetch_summary(); // "3 of 20 mails processed"
 
-// What loading the Mail Auditor does when it fetches: source, fetch, (caller's step), parse.
-void fetch_and_parse();
+// Choosing the source, fetching and parsing without a screen, as loading the Mail Auditor does it. A failure is logged;
+// true: there was none outside the single mails.
+bool fetch_and_parse();
 
 }

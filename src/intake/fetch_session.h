@@ -1,11 +1,12 @@
-// State of one fetch: the members that the fetch keeps from its start to its end.
+// State of one fetch, kept from its start to its end.
 #pragma once
+#include "intake/unsubscribe_intake.h"
 #include "platform/mail_client.h"
 #include "platform/mail_session.h"
 
 namespace intake {
 
-struct fetch_state {       // members go in reverse: items before folders before the application
+struct fetch_state {
     bool use_mapi = false; // the client that reads and leaves is in force
     std::unique_ptr<outlook::Application> outlook_app;
     std::unique_ptr<outlook::MailFolder> inbox_folder;
@@ -14,8 +15,9 @@ struct fetch_state {       // members go in reverse: items before folders before
     outlook::MailItem *current_item = nullptr;
     std::unique_ptr<mapi::MAPISession> MAPISession1;
     std::unique_ptr<mapi::MAPIMessages> MAPIMessages1;
-    qint16 mail_count = 0; // mails stored by this fetch
-    qint64 total = 0;      // mails in the Inbox when the walk began
+    unsubscribe_rules rules; // nothing can change them while a fetch runs
+    qint16 mail_count = 0;   // mails stored by this fetch
+    qint64 total = 0;        // mails in the Inbox when the walk began
 };
 
 extern fetch_state fetching;

@@ -7,4 +7,7 @@ namespace intake {
 // Fills intake::fetching. Throws what the client throws.
 void choose_mail_source();
 
+// Lets go of the client. Moves that were asked for and not done yet are not done.
+void close_mail_source();
+
 }

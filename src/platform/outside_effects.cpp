@@ -7,6 +7,7 @@ namespace {
 struct commit_registry {
     std::map<int, std::function<void()>> commits;
     int next = 1;
+    quint64 times_lost = 0;
 };
 
 commit_registry &registered_commits()
@@ -34,4 +35,14 @@ int on_outside_effect(std::function<void()> commit)
 void forget_outside_effect(int registration)
 {
     registered_commits().commits.erase(registration);
+}
+
+void writes_were_lost()
+{
+    ++registered_commits().times_lost;
+}
+
+quint64 times_writes_were_lost()
+{
+    return registered_commits().times_lost;
 }

@@ -2,8 +2,14 @@
 // a mail moved or sent, a file written, a box shown. Whatever causes such an effect calls before_outside_effect()
 // first; every open store registers a commit here.
 #pragma once
+#include <QtGlobal>
 #include <functional>
 
 void before_outside_effect();                        // commits every open store; throws run_time_error when one cannot
 int on_outside_effect(std::function<void()> commit); // the registration's number
 void forget_outside_effect(int registration);
+
+// A store that had to give up what it was given since its last commit says so. Whoever holds an effect back until the
+// commit (a mail waiting to be moved) compares the count with the one it began with, and drops the effect when it grew.
+void writes_were_lost();
+quint64 times_writes_were_lost();

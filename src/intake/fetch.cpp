@@ -1,0 +1,111 @@
+#include "intake/fetch.h"
+#include "frame/account_list.h"
+#include "frame/error_log.h"
+#include "frame/session.h"
+#include "frame/status.h"
+#include "frame/text.h"
+#include "intake/fetch_session.h"
+#include "intake/mail_source.h"
+#include "intake/map_parser.h"
+#include "intake/write_data.h"
+
+namespace intake {
+
+namespace {
+
+const QString every_item = QStringLiteral("[unread]=true or [unread]=false");
+
+bool is_to_account(const QString &to)
+{
+    for (int column = 1; column < account_upper_bound(); ++column) {
+        if (same_text(trim(session.account_ids[size_t(column)].email), to))
+            return true;
+    }
+    return false;
+}
+
+// The key names all that the answer depends on.
+outlook::wanted_mails mails_of_ours()
+{
+    QString key = fetching.rules.keyword;
+    for (const account &each : session.account_ids)
+        key += u'\n' + each.email;
+    return {key, [](const QString &to, const QString &subject) {
+                return contains_text(subject, fetching.rules.keyword) || is_to_account(to);
+            }};
+}
+
+void begin_fetch()
+{
+    fetching.mail_count = 0;
+    load_accounts();
+    fetching.rules = read_unsubscribe_rules();
+}
+
+// A move is done some mails after it was asked for; what failed then is told here, an entry a mail.
+void log_failed_moves()
+{
+    for (bool more = true; more;)
+        guarded("Mailfrm.frm", "write_data", [&] { more = fetching.inbox_items->raise_next_failed_move(); });
+}
+
+void walk_folder()
+{
+    auto &items = *fetching.inbox_items;
+    fetching.total = items.Count();
+    qint64 done = 0;
+    for (auto *item = items.Find(every_item, mails_of_ours()); item; item = items.FindNext()) {
+        fetching.current_item = item;
+        session.unsub_only_mail = !is_to_account(item->To());
+        write_data();
+        report_progress("Fetching mail", ++done, fetching.total);
+    }
+    fetching.current_item = nullptr;
+    guarded("Mailfrm.frm", "write_data", [&] { items.finish_moves(); });
+    log_failed_moves();
+}
+
+void walk_messages()
+{
+    auto &messages = *fetching.MAPIMessages1;
+    fetching.total = messages.MsgCount();
+    for (int index = 0; index < fetching.total; ++index) {
+        messages.MsgIndex = index;
+        const bool to_account =
+            account_among_recipients(remove_all(messages.RecipAddress(), u"smtp:")) < account_upper_bound();
+        // The keyword as it is, against the subject in capitals, on purpose.
+        const bool has_keyword =
+            !fetching.rules.keyword.isEmpty() && upper_case(messages.MsgSubject()).contains(fetching.rules.keyword);
+        session.unsub_only_mail = !to_account && has_keyword;
+        if (to_account || has_keyword)
+            write_data();
+        report_progress("Fetching mail", index + 1, fetching.total);
+    }
+}
+
+}
+
+void fetch_mail()
+{
+    begin_fetch();
+    if (fetching.use_mapi)
+        walk_messages();
+    else
+        walk_folder();
+}
+
+QString fetch_summary()
+{
+    return QString::number(fetching.mail_count) + " of " + QString::number(fetching.total) + " mails processed";
+}
+
+bool fetch_and_parse()
+{
+    return guarded("Mailfrm.frm", "Form_load", [] {
+        choose_mail_source();
+        fetch_mail();
+        parse_unprocessed_mails();
+    });
+}
+
+}

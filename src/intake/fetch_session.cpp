@@ -1,0 +1,7 @@
+#include "intake/fetch_session.h"
+
+namespace intake {
+
+fetch_state fetching;
+
+}

@@ -1,0 +1,86 @@
+#include "intake/map_fit.h"
+#include "frame/text.h"
+
+namespace intake {
+
+namespace {
+
+constexpr int longest_value = 255;
+constexpr int cut_value = 250; // not 255: two numbers, on purpose
+
+QString without_line_ends(QString text)
+{
+    return text.remove(u'\n').remove(u'\r');
+}
+
+// The label is compared over the length of the untrimmed name, but against the trimmed one.
+bool label_fits(const map_field &field, const QString &piece)
+{
+    return same_text(left(piece, field.name.size()), trim(field.name));
+}
+
+// One after another on the shrinking text, with the label still on.
+bool supporting_texts_fit(const map_field &field, QString piece)
+{
+    for (const QString &text : field.supporting_texts) {
+        if (!text.isEmpty() && !contains_text(piece, text))
+            return false;
+        piece = remove_all(piece, text);
+    }
+    return true;
+}
+
+bool field_fits(const map_field &field, const QStringList &mail_pieces)
+{
+    if (field.piece < 1 || field.piece > mail_pieces.size())
+        return false;
+    const QString piece = without_line_ends(trim(mail_pieces[field.piece - 1]));
+    return (field.label_left_out || label_fits(field, piece)) && supporting_texts_fit(field, piece);
+}
+
+}
+
+QString cutting_separator(const QString &seperator)
+{
+    // "Tab" stays these three letters, on purpose: such a map fits no tab-separated mail.
+    return same_text(seperator, u"LINE") ? QStringLiteral("\r\n") : seperator;
+}
+
+int piece_number(const QString &fposition)
+{
+    return leading_number(QStringView(fposition).sliced(qMin<qsizetype>(4, fposition.size())));
+}
+
+QStringList supporting_texts(const QString &fignore)
+{
+    return pieces(fignore, "@@@");
+}
+
+bool subject_fits(const mail_map &map, const QString &subject)
+{
+    return same_text(trim(map.subject), trim(subject));
+}
+
+bool pieces_fit(const mail_map &map, const QStringList &mail_pieces)
+{
+    if (map.fields.empty())
+        return false;
+    for (const map_field &field : map.fields) {
+        if (!field_fits(field, mail_pieces))
+            return false;
+    }
+    return true;
+}
+
+QString field_value(const map_field &field, const QStringList &mail_pieces)
+{
+    QString value = trim(mail_pieces[field.piece - 1]);
+    if (!field.label_left_out)
+        value = remove_first(value, field.name);
+    for (const QString &text : field.supporting_texts)
+        value = remove_all(value, text);
+    value = trim(without_line_ends(value));
+    return value.size() > longest_value ? left(value, cut_value) : value;
+}
+
+}

@@ -1,0 +1,151 @@
+#include "intake/map_parser.h"
+#include "frame/account_list.h"
+#include "frame/error_log.h"
+#include "frame/status.h"
+#include "frame/store.h"
+#include "frame/text.h"
+#include "intake/auto_responder.h"
+#include "intake/map_fit.h"
+
+namespace intake {
+
+namespace {
+
+constexpr int highest_markable_id = 32767;
+
+struct stored_map {
+    mail_map map;
+    QString table_id;
+};
+
+stored_map map_in(ado::Recordset &row)
+{
+    stored_map stored;
+    stored.map.table_name = row["table_name"].text_or_empty();
+    stored.map.separator = cutting_separator(row["seperator"].text_or_empty());
+    stored.map.subject = row["subject"].text_or_empty();
+    stored.table_id = row["table_id"].text_or_empty();
+    return stored;
+}
+
+void read_fields(stored_map &stored)
+{
+    auto &rows = *session.format_rs;
+    rows.Open("select * from format_tbl where table_id=" + stored.table_id, *session.store_connection);
+    for (; !rows.EOF_(); rows.MoveNext()) {
+        stored.map.fields.push_back({rows["fname"].text_or_empty(), piece_number(rows["fposition"].text_or_empty()),
+                                     supporting_texts(rows["fignore"].text_or_empty()), rows["finclude"].to_flag()});
+    }
+    rows.Close();
+}
+
+void store_in_map(const mail_map &map, ado::Recordset &mail, const QStringList &mail_pieces)
+{
+    auto &rows = *session.map_rs;
+    rows.Open("select * from " + map.table_name, *session.store_connection, ado::cursor_type::keyset,
+              ado::lock_type::optimistic);
+    rows.AddNew();
+    for (const char *column : {"tsl_subject", "tsl_recdate", "tsl_Email"})
+        rows.Fields(column).set_value(mail[column]);
+    rows.Fields("tsl_Status").set_value(u"new");
+    rows.Update();
+    rows.Close();
+    const QString newest_row = " where message_id=(select max(message_id) from " + map.table_name + ")";
+    for (const map_field &field : map.fields) {
+        run_sql("update " + map.table_name + " set " + field.name + "=" + quote_sql(field_value(field, mail_pieces)) +
+                newest_row);
+    }
+}
+
+// True: the mail at the recordset's current row fits the map and stands in its table now.
+bool take_mail(const mail_map &map, ado::Recordset &mail)
+{
+    if (!subject_fits(map, mail["tsl_subject"].text_or_empty()))
+        return false;
+    const QStringList mail_pieces = pieces(mail["tsl_body"].text_or_empty(), map.separator);
+    if (!pieces_fit(map, mail_pieces))
+        return false;
+    store_in_map(map, mail, mail_pieces);
+    return true;
+}
+
+void take_mails(const stored_map &stored, QStringList &done_ids)
+{
+    auto &mails = *session.mail_rs;
+    for (; !mails.EOF_(); mails.MoveNext()) {
+        if (take_mail(stored.map, mails)) {
+            done_ids += mails["message_id"].to_text();
+            send_auto_reply(stored.map.table_name, mails["tsl_Email"].text_or_empty());
+        }
+        report_progress("Filling the tables", done_ids.size(), 0);
+    }
+    if (mails.RecordCount() > 0)
+        mails.MoveFirst();
+}
+
+QString marking_statement(const QString &table, const QStringList &done_ids)
+{
+    QString sql = "update " + table + " set tsl_processed=-1 where 1=2 ";
+    for (const QString &id : done_ids) {
+        if (id.toLongLong() > highest_markable_id)
+            status_line("The mails of " + table + " can no longer be marked: number " + id + " is above 32767.");
+        sql += " or message_id=" + QString::number(to_int16(id)); // the ceiling of an account, on purpose
+    }
+    return sql;
+}
+
+void parse_account(const account &each)
+{
+    auto &mails = *session.mail_rs;
+    mails.Open("select * from " + each.table_name + " where tsl_processed=no", *session.store_connection);
+    ado::Recordset maps;
+    maps.Open("select * from table_list_tbl where query_id=" + each.id, *session.store_connection);
+    QStringList done_ids;
+    for (; !maps.EOF_(); maps.MoveNext()) {
+        stored_map stored = map_in(maps);
+        read_fields(stored);
+        take_mails(stored, done_ids);
+    }
+    maps.Close();
+    mails.Close();
+    if (!done_ids.isEmpty())
+        run_sql(marking_statement(each.table_name, done_ids));
+}
+
+stored_map map_named(const QString &name)
+{
+    ado::Recordset row;
+    row.Open("select * from table_list_tbl where table_name=" + quote_sql(name), *session.store_connection);
+    return map_in(row);
+}
+
+}
+
+void parse_unprocessed_mails()
+{
+    guarded("mail_module.bas", "parse_unprocessed_mails", [] {
+        load_accounts();
+        for (int column = 1; column < account_upper_bound(); ++column)
+            parse_account(session.account_ids[size_t(column)]);
+    });
+}
+
+void remap_account_mails(const QString &account_table, const QString &map_table)
+{
+    guarded("mail_module.bas", "remap_account_mails", [&] {
+        auto &mails = *session.mail_rs;
+        mails.Open("select * from " + account_table, *session.store_connection, ado::cursor_type::keyset,
+                   ado::lock_type::optimistic);
+        stored_map stored = map_named(map_table);
+        read_fields(stored);
+        for (; !mails.EOF_(); mails.MoveNext()) {
+            if (take_mail(stored.map, mails)) {
+                mails.Fields("tsl_processed").set_value(true);
+                mails.Update();
+            }
+        }
+        mails.Close();
+    });
+}
+
+}

@@ -1,0 +1,5 @@
+// The job "fetch": what loading the Mail Auditor does, without a window.
+#pragma once
+
+// The exit status.
+int fetch_job();

@@ -1,0 +1,70 @@
+// The headless driver: one long job of the program without a window, for tests and benches.
+//   tessaly_jobs JOB --folder PROGRAM_FOLDER
+// Status 0: done; 1: not done, a line on stderr says why; 2: a question came up. It takes the same lock and reads the
+// same settings as the program.
+#include "frame/messages.h"
+#include "frame/start_up.h"
+#include "frame/status.h"
+#include "jobs/fetch_job.h"
+#include "jobs/job_messages.h"
+#include "platform/app_folder.h"
+#include "platform/process.h"
+#include "platform/real/mail/no_mail_session.h"
+#include "platform/real/mail/real_mail_client.h"
+#include "platform/services.h"
+
+#include <QCommandLineParser>
+#include <QCoreApplication>
+#include <QHash>
+#include <cstdio>
+
+namespace {
+
+const QHash<QString, int (*)()> jobs{{"fetch", fetch_job}};
+
+int fail(const QString &why)
+{
+    std::fprintf(stderr, "%s\n", qPrintable(why));
+    return 1;
+}
+
+int run(const QString &job)
+{
+    real_mail_client mail_client;
+    no_mail_session mail_session;
+    services = {&mail_client, &mail_session, nullptr};
+    switch (start_up()) {
+    case start::another_instance:
+        return 1;
+    case start::first_run:
+        return fail("The setup of this program folder has not been done.");
+    case start::console:
+        break;
+    }
+    return jobs[job]();
+}
+
+}
+
+int main(int argc, char **argv)
+{
+    const QCoreApplication application(argc, argv);
+    QCommandLineParser line;
+    const QCommandLineOption folder("folder", "The program folder.", "PROGRAM_FOLDER");
+    line.addOption(folder);
+    line.addHelpOption();
+    line.addPositionalArgument("JOB", "fetch");
+    line.process(application);
+    const QStringList words = line.positionalArguments();
+    if (words.size() != 1 || !jobs.contains(words[0]) || !line.isSet(folder))
+        return fail("usage: tessaly_jobs JOB --folder PROGRAM_FOLDER   (JOB: fetch)");
+    set_app_folder(line.value(folder));
+    job_messages boxes;
+    set_message_service(&boxes);
+    set_status_sink([](const QString &text) { std::fprintf(stderr, "%s\n", qPrintable(text)); });
+    try {
+        end_process(run(words[0]));
+    } catch (const run_time_error &error) {
+        return fail(error.description);
+    }
+}
