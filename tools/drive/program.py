@@ -118,6 +118,13 @@ class Program:
         assert found.get_state_set().contains(Atspi.StateType.ENABLED), f"{menu} > {command} is greyed"
         self.press(found)
 
+    def dismiss_splash(self):
+        """Presses a key on the tips; waits until they are gone and the console is there."""
+        self.window("Tip of the Day")
+        subprocess.run(["xdotool", "search", "--sync", "--name", "^Tip of the Day$", "key", "space"], check=True,
+                       stdout=subprocess.DEVNULL)
+        self.until_gone(None, "Tip of the Day")
+
     def text_of(self, node):
         return Atspi.Text.get_text(node, 0, Atspi.Text.get_character_count(node))
 
