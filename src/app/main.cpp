@@ -13,7 +13,6 @@
 int main(int argc, char **argv)
 {
     QApplication application(argc, argv);
-    QApplication::setApplicationDisplayName("Tessaly");
     QApplication::setStyle(QStyleFactory::create("Fusion"));
     QApplication::setWindowIcon(drawn_icon("tessaly"));
     QApplication::setQuitOnLastWindowClosed(false); // the console ends the process, after its question
