@@ -1,0 +1,99 @@
+#include "platform/real/durable_file.h"
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <cerrno>
+#include <cstdio>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+[[noreturn]] void durable_failure(int failure, const QByteArray &path)
+{
+    const bool full = failure == ENOSPC || failure == EDQUOT || failure == EFBIG;
+    const QString words = full ? QStringLiteral("Disk full: ") : QStringLiteral("Permission denied: ");
+    throw run_time_error{full ? 61u : 70u, words + QFile::decodeName(path)};
+}
+
+int write_synced(int file, const QByteArray &bytes)
+{
+    for (qsizetype done = 0; done < bytes.size();) {
+        const ssize_t written = write(file, bytes.constData() + done, size_t(bytes.size() - done));
+        if (written < 0 && errno != EINTR)
+            return errno;
+        done += qMax<ssize_t>(written, 0);
+    }
+    return fsync(file) == 0 ? 0 : errno;
+}
+
+// 0, or the number of the failure.
+int write_half(const QByteArray &path, const QByteArray &bytes)
+{
+    const int file = open(path.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
+    if (file < 0)
+        return errno;
+    const int failure = write_synced(file, bytes);
+    close(file);
+    return failure;
+}
+
+// Some file systems have no such call.
+int sync_of_folder(const QByteArray &path)
+{
+    const int folder = open(path.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (folder < 0)
+        return errno;
+    const int failure = fsync(folder) == 0 || errno == EINVAL ? 0 : errno;
+    close(folder);
+    return failure;
+}
+
+int rename_both(const QByteArray &first, const QByteArray &second)
+{
+    for (const QByteArray &path : {first, second})
+        if (rename((path + ".tmp").constData(), path.constData()) != 0)
+            return errno;
+    return 0;
+}
+
+void remove_pair(const QByteArray &first, const QByteArray &second)
+{
+    for (const QByteArray &path : {second, first}) {
+        unlink(path.constData());
+        unlink((path + ".tmp").constData());
+    }
+}
+
+}
+
+void make_durable_folder(const QString &path)
+{
+    if (QDir(path).exists())
+        return;
+    const QByteArray folder = QFile::encodeName(path);
+    if (mkdir(folder.constData(), 0700) != 0)
+        durable_failure(errno, folder);
+    const int failure = sync_of_folder(QFile::encodeName(QFileInfo(path).path()));
+    if (failure != 0)
+        durable_failure(failure, folder);
+}
+
+void write_durable_pair(const QString &folder, const named_bytes &first, const named_bytes &second)
+{
+    const QByteArray base = QFile::encodeName(folder) + '/';
+    const QByteArray first_path = base + QFile::encodeName(first.name);
+    const QByteArray second_path = base + QFile::encodeName(second.name);
+    int failure = write_half(first_path + ".tmp", first.bytes);
+    if (failure == 0)
+        failure = write_half(second_path + ".tmp", second.bytes);
+    if (failure == 0)
+        failure = rename_both(first_path, second_path);
+    if (failure == 0)
+        failure = sync_of_folder(base);
+    if (failure != 0) {
+        remove_pair(first_path, second_path);
+        durable_failure(failure, base);
+    }
+}

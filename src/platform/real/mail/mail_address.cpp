@@ -1,0 +1,85 @@
+#include "platform/real/mail/mail_address.h"
+#include "platform/real/mail/charset.h"
+#include "platform/real/mail/encoded_words.h"
+#include "platform/real/mail/gmime_headers.h"
+#include <memory>
+
+namespace mail {
+
+namespace {
+
+constexpr qsizetype longest_address = 254; // what the mail protocols carry
+constexpr int most_addresses = 2000;
+constexpr int deepest_group = 8;
+
+bool holds_control_or_blank(const QString &text)
+{
+    for (const QChar letter : text)
+        if (letter.isSpace() || letter.category() == QChar::Other_Control || letter.isNull())
+            return true;
+    return false;
+}
+
+QString bare_address(InternetAddressMailbox *mailbox)
+{
+    const char *address = internet_address_mailbox_get_addr(mailbox);
+    if (!address)
+        return {};
+    const QByteArrayView raw(address);
+    return raw.startsWith("=?") ? mime::decode_header_text(raw) : mime::text_in_charset(raw, {});
+}
+
+void collect(InternetAddressList *list, int depth, QStringList &found)
+{
+    for (int index = 0; index < internet_address_list_length(list) && found.size() < most_addresses; ++index) {
+        InternetAddress *one = internet_address_list_get_address(list, index);
+        if (INTERNET_ADDRESS_IS_GROUP(one)) {
+            InternetAddressList *members = internet_address_group_get_members(INTERNET_ADDRESS_GROUP(one));
+            if (members && depth < deepest_group)
+                collect(members, depth + 1, found);
+            continue;
+        }
+        const QString address = bare_address(INTERNET_ADDRESS_MAILBOX(one));
+        if (address.contains(u'@') && !holds_control_or_blank(address))
+            found.append(address);
+    }
+}
+
+}
+
+QStringList addresses_in(const QByteArray &field)
+{
+    if (field.isEmpty())
+        return {};
+    mime::start_gmime();
+    QByteArray text = field;
+    text.replace('\0', ' ');
+    const std::unique_ptr<InternetAddressList, mime::unref_object> list(
+        internet_address_list_parse(nullptr, text.constData()));
+    QStringList found;
+    if (list)
+        collect(list.get(), 0, found);
+    return found;
+}
+
+QString why_not_writable(const QString &address)
+{
+    if (address.isEmpty())
+        return QStringLiteral("There is no address.");
+    if (address.size() > longest_address)
+        return QStringLiteral("The address is too long.");
+    if (holds_control_or_blank(address) || !address.isValidUtf16())
+        return QStringLiteral("The address holds a blank, a line end or a control character.");
+    const qsizetype at = address.indexOf(u'@');
+    if (at <= 0 || at == address.size() - 1 || address.indexOf(u'@', at + 1) >= 0)
+        return QStringLiteral("The address is not of the form name@domain.");
+    for (const QChar letter : address)
+        if (QStringView(u"<>()[]\\,;:\"").contains(letter))
+            return QStringLiteral("The address holds a character that no address may hold.");
+    const QStringView domain = QStringView(address).sliced(at + 1);
+    if (domain.startsWith(u'.') || domain.endsWith(u'.') || domain.contains(u".."))
+        return QStringLiteral("The domain of the address is not complete.");
+    return {};
+}
+
+}

@@ -1,0 +1,38 @@
+// Moves that were asked for and are done later, in one go, after a commit of what the store was given.
+#pragma once
+#include "platform/run_time_error.h"
+#include <QByteArray>
+#include <deque>
+#include <optional>
+#include <vector>
+
+namespace maildir {
+
+class move_queue {
+public:
+    static constexpr size_t enough = 100;
+
+    void ask(const QByteArray &from_folder, const QByteArray &name, bool is_new, const QByteArray &to_folder);
+    bool is_full() const { return waiting.size() >= enough; }
+
+    // Commits, then renames. Throws only when the commit fails; then nothing is moved, now or later: the mails stay,
+    // and the next fetch meets them again.
+    void finish();
+    // What finish did is on disk, too. A rename that a power cut undoes only leaves a mail in the Inbox once more.
+    void make_durable();
+
+    std::optional<run_time_error> take_next_failure();
+
+private:
+    struct wanted_move {
+        QByteArray from_folder, name, to_folder;
+        bool is_new = false;
+    };
+    void move_one(const wanted_move &move);
+
+    std::vector<wanted_move> waiting;
+    std::vector<QByteArray> touched_folders;
+    std::deque<run_time_error> failures;
+};
+
+}

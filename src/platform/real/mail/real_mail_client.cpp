@@ -1,0 +1,20 @@
+#include "platform/real/mail/real_mail_client.h"
+#include "platform/real/mail/mail_settings.h"
+#include "platform/real/mail/maildir_folder.h"
+#include <QFile>
+
+real_mail_client::real_mail_client() : memory(std::make_shared<maildir::client_memory>()) {}
+
+real_mail_client::~real_mail_client() = default;
+
+std::unique_ptr<outlook::Application> real_mail_client::GetObject()
+{
+    return nullptr;
+}
+
+std::unique_ptr<outlook::Application> real_mail_client::CreateObject()
+{
+    if (mail::configured_kind() != mail::client_kind::maildir)
+        return nullptr;
+    return std::make_unique<maildir::application>(QFile::encodeName(mail::maildir_path()), memory);
+}
