@@ -61,6 +61,8 @@ void sync_folder(const QByteArray &path)
 
 void move_queue::ask(const QByteArray &from_folder, const QByteArray &name, bool is_new, const QByteArray &to_folder)
 {
+    if (waiting.empty())
+        times_lost_before = times_writes_were_lost();
     waiting.push_back({from_folder, name, to_folder, is_new});
 }
 
@@ -70,6 +72,8 @@ void move_queue::finish()
         return;
     const std::vector<wanted_move> moves = std::exchange(waiting, {});
     before_outside_effect();
+    if (times_writes_were_lost() != times_lost_before)
+        return;
     for (const wanted_move &move : moves)
         move_one(move);
 }

@@ -15,8 +15,9 @@ public:
     void ask(const QByteArray &from_folder, const QByteArray &name, bool is_new, const QByteArray &to_folder);
     bool is_full() const { return waiting.size() >= enough; }
 
-    // Commits, then renames. Throws only when the commit fails; then nothing is moved, now or later: the mails stay,
-    // and the next fetch meets them again.
+    // Commits, then renames. Throws only when the commit fails. Then, and when the store had to give up rows since the
+    // first of these moves was asked for, nothing is moved, now or later: the mails stay, and the next fetch meets
+    // them again.
     void finish();
     // What finish did is on disk, too. A rename that a power cut undoes only leaves a mail in the Inbox once more.
     void make_durable();
@@ -31,6 +32,7 @@ private:
     void move_one(const wanted_move &move);
 
     std::vector<wanted_move> waiting;
+    quint64 times_lost_before = 0; // as the first of those waiting was asked for
     std::vector<QByteArray> touched_folders;
     std::deque<run_time_error> failures;
 };
