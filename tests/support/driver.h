@@ -1,0 +1,12 @@
+// The headless driver as a process of its own.
+#pragma once
+#include <QString>
+#include <QStringList>
+
+struct driver_run {
+    int status = -1; // 137 when it was killed
+    QString output, errors;
+};
+
+// tessaly_jobs fetch --folder FOLDER; further variables as "NAME=value".
+driver_run run_driver(const QString &folder, const QStringList &variables = {});
