@@ -9,7 +9,8 @@ add_custom_target(program_folder ALL
     COMMAND ${CMAKE_SOURCE_DIR}/tools/deliver ${TESSALY_OUT}/tessaly
             $<TARGET_FILE:tessaly> ${CMAKE_BINARY_DIR}/delivered/mailapp.mdb ${delivered_beside}
     COMMAND ${CMAKE_COMMAND} -E make_directory ${TESSALY_OUT}/tools
-    COMMAND ${CMAKE_COMMAND} -E copy_if_different $<TARGET_FILE:tessaly_jobs> $<TARGET_FILE:make_sample> ${TESSALY_OUT}/tools
+    COMMAND ${CMAKE_COMMAND} -E copy_if_different $<TARGET_FILE:tessaly_jobs> $<TARGET_FILE:make_sample>
+            ${CMAKE_BINARY_DIR}/delivered/mailapp.mdb ${TESSALY_OUT}/tools
     DEPENDS tessaly tessaly_jobs make_sample mailapp_store
     COMMENT "Making the program folder"
     VERBATIM)

@@ -44,7 +44,7 @@ QByteArray date_text(const QDateTime &moment, int utc_offset)
     const QLocale english = QLocale::c();
     const int minutes = qAbs(utc_offset) / 60;
     const QString zone = QStringLiteral("%1%2%3")
-                             .arg(utc_offset < 0 ? u'-' : u'+')
+                             .arg(QChar(utc_offset < 0 ? u'-' : u'+'))
                              .arg(minutes / 60, 2, 10, QChar(u'0'))
                              .arg(minutes % 60, 2, 10, QChar(u'0'));
     return english.toString(moment, u"ddd, dd MMM yyyy HH:mm:ss ").toLatin1() + zone.toLatin1();

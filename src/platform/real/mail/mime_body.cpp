@@ -25,8 +25,12 @@ QByteArray decoded(const text_part &part)
     GMimeEncoding state;
     g_mime_encoding_init_decode(&state, GMimeContentEncoding(part.encoding));
     const QByteArrayView raw = part.raw.first(qMin(part.raw.size(), 4 * longest_body));
-    QByteArray bytes(qsizetype(g_mime_encoding_outlen(&state, size_t(raw.size()))), Qt::Uninitialized);
-    const size_t length = g_mime_encoding_flush(&state, raw.data(), size_t(raw.size()), bytes.data());
+    constexpr size_t spare = 16; // what the steps may hold back and bring along
+    QByteArray bytes(qsizetype(g_mime_encoding_outlen(&state, size_t(raw.size()) + spare)), Qt::Uninitialized);
+    size_t length = g_mime_encoding_step(&state, raw.data(), size_t(raw.size()), bytes.data());
+    if (part.encoding == GMIME_CONTENT_ENCODING_BASE64) // a last letter whose padding was lost on the way
+        length += g_mime_encoding_step(&state, "==", 2, bytes.data() + length);
+    length += g_mime_encoding_flush(&state, "", 0, bytes.data() + length);
     bytes.truncate(qsizetype(length));
     return bytes;
 }

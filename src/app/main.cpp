@@ -1,0 +1,33 @@
+// Main: from the process's start to a visible console.
+#include "app/wiring.h"
+#include "frame/messages.h"
+#include "frame/start_up.h"
+#include "platform/process.h"
+#include "screens/frame/frmSplash.h"
+#include "screens/frame/menuFrm.h"
+#include "screens/icons.h"
+
+#include <QApplication>
+#include <QStyleFactory>
+
+int main(int argc, char **argv)
+{
+    QApplication application(argc, argv);
+    QApplication::setStyle(QStyleFactory::create("Fusion"));
+    QApplication::setWindowIcon(drawn_icon("tessaly"));
+    QApplication::setQuitOnLastWindowClosed(false); // the console ends the process, after its question
+    const wiring services_in_force;
+
+    switch (start_up()) {
+    case start::another_instance:
+        end_process();
+    case start::first_run:
+        say("The first-run setup is not there yet, so Tessaly cannot be set up here. The program ends.");
+        end_process();
+    case start::console:
+        break;
+    }
+    the<menuFrm>().show();
+    the<frmSplash>().show();
+    return QApplication::exec();
+}

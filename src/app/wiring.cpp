@@ -1,0 +1,16 @@
+#include "app/wiring.h"
+#include "frame/messages.h"
+#include "platform/services.h"
+
+wiring::wiring()
+{
+    set_message_service(&boxes);
+    services.dialogs = &dialogs;
+    services.mail_client = &mail;
+}
+
+wiring::~wiring()
+{
+    set_message_service(nullptr);
+    services = {};
+}

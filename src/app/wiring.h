@@ -1,0 +1,19 @@
+// Which real service stands behind which platform header. Tests wire their stand-ins instead.
+#pragma once
+#include "platform/real/mail/real_mail_client.h"
+#include "screens/desktop_dialogs.h"
+#include "screens/message_boxes.h"
+
+// In force as long as it lives: from before start_up() to the end of the process.
+class wiring {
+public:
+    wiring();
+    ~wiring();
+    wiring(const wiring &) = delete;
+    wiring &operator=(const wiring &) = delete;
+
+private:
+    message_boxes boxes;
+    desktop_dialogs dialogs;
+    real_mail_client mail;
+};

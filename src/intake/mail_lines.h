@@ -1,0 +1,30 @@
+// The lines of the Mail Auditor's lists, and the text of the mail behind a line. What fills the account tables:
+// write_data.h.
+#pragma once
+#include <QDateTime>
+#include <QString>
+#include <vector>
+
+namespace intake {
+
+struct mail_line {   // no body: fifty thousand lines stay small
+    int account = 0; // index into session.account_ids; 0 in the list of sent mails
+    qint64 id = 0;   // message_id, or sentid
+    QString who;     // who it is from, or to
+    QString subject;
+    QDateTime date; // not valid: none
+};
+
+struct mail_text {
+    QString who, subject, date, body;
+};
+
+// All accounts' mails, in the order of the accounts and of their tables. An account whose table cannot be read is
+// logged ("Mailfrm.frm", "showmails_from_database") and left out, the others are listed; left_out counts them.
+std::vector<mail_line> stored_mail_lines(int &left_out);
+mail_text stored_mail_text(const mail_line &line); // empty when the row is gone
+
+std::vector<mail_line> sent_mail_lines(); // of sentitems_tbl
+mail_text sent_mail_text(const mail_line &line);
+
+}

@@ -1,0 +1,8 @@
+// The desktop's dialogs for files, over the active window.
+#pragma once
+#include "platform/dialogs.h"
+
+class desktop_dialogs : public dialog_service {
+public:
+    std::optional<QString> ShowSave(const QString &proposal, const QString &filter) override;
+};

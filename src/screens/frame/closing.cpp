@@ -1,0 +1,23 @@
+#include "screens/frame/closing.h"
+#include "platform/process.h"
+
+namespace {
+
+struct closing_state {
+    std::function<void()> end;
+} closing;
+
+}
+
+void end_program()
+{
+    if (closing.end)
+        closing.end();
+    else
+        end_process();
+}
+
+void set_program_end(std::function<void()> end)
+{
+    closing.end = std::move(end);
+}

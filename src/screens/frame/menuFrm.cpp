@@ -1,0 +1,206 @@
+#include "screens/frame/menuFrm.h"
+#include "frame/auto_fetch.h"
+#include "frame/error_log.h"
+#include "frame/help.h"
+#include "frame/messages.h"
+#include "frame/session.h"
+#include "frame/status.h"
+#include "intake/progress_page.h"
+#include "screens/frame/Exit_frm.h"
+#include "screens/frame/closing.h"
+#include "screens/frame/console_area.h"
+#include "screens/frame/frmAbout.h"
+#include "screens/frame/frmSplash.h"
+#include "screens/frame/menu_tree.h"
+#include "screens/icons.h"
+#include "screens/intake/mailfrm.h"
+#include "screens/intake/mfetchinprogress_frm.h"
+#include "screens/screen.h"
+
+#include <QAction>
+#include <QCloseEvent>
+#include <QKeyEvent>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPointer>
+#include <QStatusBar>
+#include <QTimer>
+#include <QToolBar>
+
+namespace {
+
+constexpr int tick_ms = 10000;
+
+}
+
+menuFrm::menuFrm(QWidget *parent) : QMainWindow(parent), area(new console_area(this)), Timer1(new QTimer(this))
+{
+    setObjectName("menuFrm");
+    setWindowTitle("Tessaly");
+    setWindowIcon(drawn_icon("tessaly"));
+    setMinimumSize(640, 440);
+    resize(1120, 720);
+    setCentralWidget(area);
+    area->setObjectName("area");
+    statusBar()->setObjectName("StatusBar1");
+    Timer1->setObjectName("Timer1");
+    Timer1->setInterval(tick_ms);
+    build_menu();
+    works("fetchmail", &menuFrm::fetchmail_Click);
+    works("mauditor_mnu", &menuFrm::mauditor_mnu_Click);
+    works("exit", &menuFrm::exit_Click);
+    works("contents", &menuFrm::contents_Click);
+    works("showtips", &menuFrm::showtips_Click);
+    works("about", &menuFrm::about_Click);
+    build_toolbar();
+    give_spoken_names(*this);
+
+    connect(Timer1, &QTimer::timeout, this, &menuFrm::Timer1_Timer);
+    set_screen_area(area);
+    set_status_sink([line = QPointer<QStatusBar>(statusBar())](const QString &text) {
+        if (line)
+            line->showMessage(text);
+    });
+}
+
+menuFrm::~menuFrm()
+{
+    set_status_sink({});
+}
+
+void menuFrm::build_menu()
+{
+    std::vector<QMenu *> open_menus; // one a depth
+    for (const menu_entry &entry : menu_tree()) {
+        open_menus.resize(size_t(entry.depth));
+        if (entry.is_menu) {
+            QMenu *menu =
+                open_menus.empty() ? menuBar()->addMenu(entry.caption) : open_menus.back()->addMenu(entry.caption);
+            menu->setObjectName(entry.name);
+            open_menus.push_back(menu);
+        } else {
+            QAction *action = open_menus.back()->addAction(entry.caption);
+            action->setObjectName(entry.name);
+            action->setEnabled(false); // until works() says otherwise: its screen does not exist yet
+        }
+    }
+    findChild<QMenu *>("composer_mnu")->menuAction()->setVisible(false); // the composer shows it while it is open
+}
+
+QAction *menuFrm::command(const char *name) const
+{
+    return findChild<QAction *>(name);
+}
+
+void menuFrm::works(const char *name, void (menuFrm::*handler)())
+{
+    command(name)->setEnabled(true);
+    connect(command(name), &QAction::triggered, this, handler);
+}
+
+void menuFrm::build_toolbar()
+{
+    command("fetchmail")->setIcon(drawn_icon("fetchmail"));
+    command("mauditor_mnu")->setIcon(drawn_icon("mauditor_mnu"));
+    command("showtips")->setIcon(drawn_icon("tips"));
+    command("contents")->setIcon(drawn_icon("help"));
+    command("contents")->setIconText("Help");
+    command("fetchmail")->setStatusTip("Takes the form mails of your accounts out of your Inbox");
+    command("mauditor_mnu")->setStatusTip("Shows the mails that are stored");
+    auto *bar = addToolBar("Toolbar");
+    bar->setObjectName("toolbar");
+    bar->setMovable(false);
+    bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    bar->addAction(command("fetchmail"));
+    bar->addAction(command("mauditor_mnu"));
+    bar->addSeparator();
+    bar->addAction(command("showtips"));
+    bar->addAction(command("contents"));
+}
+
+void menuFrm::showEvent(QShowEvent *event)
+{
+    QMainWindow::showEvent(event);
+    if (!Timer1->isActive())
+        Timer1->start();
+}
+
+void menuFrm::Timer1_Timer()
+{
+    if (busy()) // timers fire inside message boxes and while long work lets the screen paint
+        return;
+    guarded("menuFrm.frm", "Timer1", [] {
+        if (!auto_fetch_due())
+            return;
+        const bool was_visible = is_visible<mailfrm>();
+        session.no_fetch = false;
+        the<mailfrm>().load(); // an open one stays as it is: nothing is fetched
+        if (!was_visible)
+            the<mailfrm>().unload();
+    });
+}
+
+// As the platform gives a colour: blue, green, red from the highest byte down.
+quint32 menuFrm::GetBkColor() const
+{
+    const QColor colour = palette().color(QPalette::Window);
+    return quint32(colour.blue() << 16 | colour.green() << 8 | colour.red());
+}
+
+void menuFrm::fetchmail_Click()
+{
+    session.no_fetch = false;
+    setCursor(Qt::WaitCursor);
+    const bool page_written =
+        guarded("menuFrm.frm", "fetchmail", [this] { intake::write_fetch_animation(GetBkColor()); });
+    if (page_written)
+        the<mfetchinprogress_frm>().show_modal();
+    unsetCursor();
+}
+
+void menuFrm::mauditor_mnu_Click()
+{
+    session.no_fetch = true;
+    the<mailfrm>().show();
+}
+
+void menuFrm::exit_Click()
+{
+    close();
+}
+
+void menuFrm::contents_Click()
+{
+    show_help({});
+}
+
+void menuFrm::showtips_Click()
+{
+    the<frmSplash>().show_tips();
+}
+
+void menuFrm::about_Click()
+{
+    the<frmAbout>().show_modal();
+}
+
+void menuFrm::closeEvent(QCloseEvent *event)
+{
+    event->ignore(); // the process ends from here or from Exit_frm, never by a window that vanished
+    if (closing || busy())
+        return;
+    closing = true;
+    Timer1->stop();
+    if (yes_no("Would you like to backup your data?"))
+        the<Exit_frm>().show();
+    else
+        end_program();
+}
+
+void menuFrm::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_F1)
+        contents_Click();
+    else
+        QMainWindow::keyPressEvent(event);
+}

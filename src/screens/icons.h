@@ -1,0 +1,10 @@
+// The program's own small pictures, drawn at run time in the colours of the palette, sharp at any scale.
+#pragma once
+#include <QIcon>
+#include <QString>
+
+// "key1" (ascending), "key2" (descending), "keynone" (not sorted), "fetchmail", "mauditor_mnu", "inbox", "sent",
+// "help", "tips",
+// "tessaly" (the program's). Under the pointer a toolbar's picture lights up.
+QIcon drawn_icon(const QString &name);
+QPixmap drawn_picture(const QString &name, int size); // one size of it, not lit

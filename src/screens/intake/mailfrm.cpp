@@ -1,0 +1,174 @@
+#include "screens/intake/mailfrm.h"
+#include "frame/account_list.h"
+#include "frame/error_log.h"
+#include "frame/session.h"
+#include "frame/status.h"
+#include "frame/store.h"
+#include "intake/fetch.h"
+#include "intake/mail_lines.h"
+#include "intake/mail_source.h"
+#include "intake/map_parser.h"
+#include "screens/icons.h"
+#include "screens/intake/mail_list.h"
+#include "ui_mailfrm.h"
+
+namespace {
+
+const char *const empty_inbox = "No mail is stored yet.\nChoose Mail > Fetch Mail to take the form mails of your "
+                                "accounts from your Inbox.";
+const char *const empty_sent = "Nothing was sent yet.\nEvery mail that the program sends is listed here.";
+const char *const nothing_found = "No mail matches the search.\nEmpty the search box to see all mails again.";
+
+}
+
+mailfrm::mailfrm(QWidget *parent)
+    : screen(parent),
+      ui(std::make_unique<Ui::mailfrm>()),
+      inbox_rows(new mail_list({"From", "Subject", "Received"}, this)),
+      sent_rows(new mail_list({"To", "Subject", "Sent"}, this))
+{
+    ui->setupUi(this);
+    setWindowIcon(drawn_icon("mauditor_mnu"));
+    ui->inb->setIcon(drawn_icon("inbox"));
+    ui->sitm->setIcon(drawn_icon("sent"));
+    ui->qt_splitter->setStretchFactor(0, 3);
+    ui->qt_splitter->setStretchFactor(1, 2);
+    set_up_lists();
+
+    connect(ui->LV_sub->selectionModel(), &QItemSelectionModel::currentRowChanged, this, &mailfrm::LV_sub_Click);
+    connect(ui->LV_sub_si->selectionModel(), &QItemSelectionModel::currentRowChanged, this, &mailfrm::LV_sub_si_Click);
+    connect(ui->inb, &QToolButton::clicked, this, &mailfrm::inb_Click);
+    connect(ui->sitm, &QToolButton::clicked, this, &mailfrm::sitm_Click);
+    connect(ui->search_t, &QLineEdit::textChanged, this, &mailfrm::search_t_Change);
+}
+
+mailfrm::~mailfrm() = default;
+
+void mailfrm::set_up_lists()
+{
+    set_up_list(*ui->LV_sub, *inbox_rows, "mailfrm.LV_sub");
+    set_up_list(*ui->LV_sub_si, *sent_rows, "mailfrm.LV_sub_si");
+    ui->LV_sub->set_empty_text(empty_inbox);
+    ui->LV_sub_si->set_empty_text(empty_sent);
+}
+
+void mailfrm::set_up_list(list_view &view, mail_list &rows, const QString &name)
+{
+    view.setModel(&rows);
+    view.remember_columns(name, {250, 420, 180});
+}
+
+void mailfrm::Load()
+{
+    const bool all_went = guarded("Mailfrm.frm", "Form_load", [this] {
+        open_store_if_closed();
+        if (session.no_fetch)
+            load_accounts();
+        else
+            fetch_and_parse();
+        showmails_from_database();
+    });
+    if (all_went)
+        return;
+    // What is stored can still be read, whatever became of the fetch.
+    status_line("Not everything went well: " + session.err_description);
+    guarded("Mailfrm.frm", "Form_load", [this] { showmails_from_database(); });
+}
+
+void mailfrm::fetch_and_parse()
+{
+    intake::choose_mail_source();
+    fetch_mail();
+    store_lvindex();
+    intake::parse_unprocessed_mails();
+}
+
+void mailfrm::fetch_mail()
+{
+    inbox_rows->set_lines({});
+    show_no_mail();
+    intake::fetch_mail();
+    ui->Label3->setText(intake::fetch_summary());
+}
+
+void mailfrm::store_lvindex()
+{
+    inbox_rows->set_lines({});
+}
+
+void mailfrm::showmails_from_database()
+{
+    open_store_if_closed();
+    int left_out = 0;
+    inbox_rows->set_lines(intake::stored_mail_lines(left_out));
+    if (left_out > 0)
+        status_line("The mails of " + QString::number(left_out) + " account(s) cannot be shown.");
+}
+
+void mailfrm::populate_sentitems_tbl()
+{
+    open_store_if_closed();
+    sent_rows->set_lines(intake::sent_mail_lines());
+}
+
+void mailfrm::show_no_mail()
+{
+    ui->lbl_from->clear();
+    ui->txt_body->clear();
+}
+
+void mailfrm::show_mail(const intake::mail_text &mail, const QString &who_caption)
+{
+    ui->lbl_from->setText(who_caption + mail.who + "\nSub:   " + mail.subject + "\nDate:  " + mail.date);
+    ui->txt_body->setPlainText(mail.body);
+}
+
+void mailfrm::LV_sub_Click(const QModelIndex &current)
+{
+    show_no_mail();
+    if (!current.isValid())
+        return;
+    guarded("Mailfrm.frm", "LV_sub",
+            [&] { show_mail(intake::stored_mail_text(inbox_rows->line(current.row())), "From:  "); });
+}
+
+void mailfrm::LV_sub_si_Click(const QModelIndex &current)
+{
+    show_no_mail();
+    if (!current.isValid())
+        return;
+    guarded("Mailfrm.frm", "LV_sub_si",
+            [&] { show_mail(intake::sent_mail_text(sent_rows->line(current.row())), "To:  "); });
+}
+
+void mailfrm::inb_Click()
+{
+    ui->qt_views->setCurrentWidget(ui->inbox_fr);
+    LV_sub_Click(ui->LV_sub->currentIndex());
+}
+
+void mailfrm::sitm_Click()
+{
+    guarded("Mailfrm.frm", "sentitems_b_click", [this] { populate_sentitems_tbl(); });
+    ui->qt_views->setCurrentWidget(ui->sentitems_fr);
+    LV_sub_si_Click(ui->LV_sub_si->currentIndex());
+}
+
+void mailfrm::search_t_Change(const QString &words)
+{
+    inbox_rows->set_filter(words);
+    sent_rows->set_filter(words);
+    show_no_mail();
+    ui->LV_sub->set_empty_text(inbox_rows->line_count() > 0 ? nothing_found : empty_inbox);
+    ui->LV_sub_si->set_empty_text(sent_rows->line_count() > 0 ? nothing_found : empty_sent);
+}
+
+QSize mailfrm::sizeHint() const
+{
+    return {920, 600};
+}
+
+QString mailfrm::help_topic() const
+{
+    return "mailfrm";
+}

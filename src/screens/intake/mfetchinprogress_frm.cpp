@@ -1,0 +1,23 @@
+#include "screens/intake/mfetchinprogress_frm.h"
+#include "frame/session.h"
+#include "frame/status.h"
+#include "screens/intake/mailfrm.h"
+
+mfetchinprogress_frm::mfetchinprogress_frm(QWidget *parent)
+    : wait_screen("mfetchinprogress_frm", "Fetching mail ...", parent)
+{
+}
+
+void mfetchinprogress_frm::work()
+{
+    const bool wizard_waits = session.fetch_then_wizard;
+    if (is_loaded<mailfrm>()) // loading is what fetches, so an open one makes room
+        the<mailfrm>().unload();
+    the<mailfrm>().load();
+    session.fetch_then_wizard = false;
+    unload();
+    if (wizard_waits)
+        status_line("The mails are fetched. The Mail Mapping Wizard is not there yet.");
+    else
+        the<mailfrm>().show();
+}

@@ -1,0 +1,82 @@
+#include "screens/list_view.h"
+#include "frame/error_log.h"
+#include "platform/settings.h"
+
+#include <QHeaderView>
+#include <QPainter>
+
+namespace {
+
+const auto widths_section = QStringLiteral("screens");
+
+QString widths_text(const QHeaderView &heads)
+{
+    QStringList widths;
+    for (int column = 0; column < heads.count(); ++column)
+        widths += QString::number(heads.sectionSize(column));
+    return widths.join(u' ');
+}
+
+}
+
+list_view::list_view(QWidget *parent) : QTreeView(parent)
+{
+    setRootIsDecorated(false);
+    setUniformRowHeights(true); // fifty thousand rows open at once
+    setAllColumnsShowFocus(true);
+    setAlternatingRowColors(true);
+    setSelectionBehavior(QAbstractItemView::SelectRows);
+    setSelectionMode(QAbstractItemView::ExtendedSelection);
+    setEditTriggers(QAbstractItemView::NoEditTriggers);
+    header()->setSectionsClickable(true);
+    header()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    connect(header(), &QHeaderView::sectionClicked, this, &list_view::head_Click);
+}
+
+void list_view::set_empty_text(const QString &text)
+{
+    empty_text = text;
+    viewport()->update();
+}
+
+void list_view::remember_columns(const QString &name, const QList<int> &first_widths)
+{
+    memory_name = name;
+    remembered = GetSetting(widths_section, name);
+    const QStringList kept = remembered.split(u' ', Qt::SkipEmptyParts);
+    for (int column = 0; column < header()->count(); ++column) {
+        const int width = kept.value(column).toInt();
+        setColumnWidth(column, width >= 20 ? width : first_widths.value(column, 120));
+    }
+}
+
+void list_view::head_Click(int column)
+{
+    const bool again = column == sorted_column;
+    order = again && order == Qt::AscendingOrder ? Qt::DescendingOrder : Qt::AscendingOrder;
+    sorted_column = column;
+    if (model())
+        model()->sort(column, order);
+    if (currentIndex().isValid())
+        scrollTo(currentIndex());
+}
+
+void list_view::paintEvent(QPaintEvent *event)
+{
+    QTreeView::paintEvent(event);
+    if (empty_text.isEmpty() || (model() && model()->rowCount() > 0))
+        return;
+    QPainter painter(viewport());
+    painter.setPen(palette().color(QPalette::Disabled, QPalette::Text));
+    painter.drawText(viewport()->rect().adjusted(24, 24, -24, -24), Qt::AlignCenter | Qt::TextWordWrap, empty_text);
+}
+
+void list_view::hideEvent(QHideEvent *event)
+{
+    QTreeView::hideEvent(event);
+    const QString widths = widths_text(*header());
+    if (memory_name.isEmpty() || widths == remembered)
+        return;
+    remembered = widths;
+    guarded("list_view", "remember_columns", [&] { SaveSetting(widths_section, memory_name, widths); });
+}

@@ -1,0 +1,74 @@
+#include "screens/message_boxes.h"
+
+#include <QApplication>
+#include <QInputDialog>
+#include <QMessageBox>
+
+namespace {
+
+QWidget *window_in_front()
+{
+    QWidget *modal = QApplication::activeModalWidget();
+    return modal ? modal : QApplication::activeWindow();
+}
+
+QMessageBox::Icon box_icon(message_icon icon)
+{
+    switch (icon) {
+    case message_icon::information:
+        return QMessageBox::Information;
+    case message_icon::exclamation:
+        return QMessageBox::Warning;
+    case message_icon::question:
+        return QMessageBox::Question;
+    case message_icon::critical:
+        return QMessageBox::Critical;
+    case message_icon::none:
+        break;
+    }
+    return QMessageBox::NoIcon;
+}
+
+std::optional<QString> ask_for_text(const message_box &box)
+{
+    QInputDialog dialog(window_in_front());
+    dialog.setWindowTitle(box.title);
+    dialog.setLabelText(box.text);
+    dialog.setTextValue(box.proposal);
+    if (dialog.exec() != QDialog::Accepted)
+        return std::nullopt;
+    return dialog.textValue();
+}
+
+QMessageBox::StandardButtons box_buttons(message_kind kind)
+{
+    switch (kind) {
+    case message_kind::yes_no:
+        return QMessageBox::Yes | QMessageBox::No;
+    case message_kind::ok_cancel:
+        return QMessageBox::Ok | QMessageBox::Cancel;
+    default:
+        return QMessageBox::Ok;
+    }
+}
+
+}
+
+std::optional<QString> message_boxes::show(const message_box &box)
+{
+    if (box.kind == message_kind::input)
+        return ask_for_text(box);
+    QMessageBox dialog(window_in_front());
+    dialog.setWindowTitle(box.title);
+    dialog.setTextFormat(Qt::PlainText); // texts may hold what came by mail
+    dialog.setText(box.text);
+    dialog.setIcon(box_icon(box.icon));
+    dialog.setStandardButtons(box_buttons(box.kind));
+    dialog.setDefaultButton(box.kind == message_kind::yes_no ? QMessageBox::Yes : QMessageBox::Ok);
+    if (box.kind == message_kind::yes_no)
+        dialog.setEscapeButton(QMessageBox::No);
+    const int answer = dialog.exec();
+    if (answer == QMessageBox::Yes || answer == QMessageBox::Ok)
+        return QString();
+    return std::nullopt;
+}

@@ -1,0 +1,230 @@
+#include "screens/screen.h"
+#include "frame/help.h"
+#include "platform/settings.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QCloseEvent>
+#include <QDialog>
+#include <QGroupBox>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QPointer>
+#include <QVBoxLayout>
+#include <map>
+
+namespace {
+
+struct screens_state {
+    std::map<std::type_index, QWidget *> live;
+    QPointer<QMdiArea> area;
+} screens;
+
+void forget_live_widget(const QWidget *widget)
+{
+    std::erase_if(screens.live, [widget](const auto &entry) { return entry.second == widget; });
+}
+
+QString without_access_key(QString caption)
+{
+    return caption.replace(QStringLiteral("&&"), QStringLiteral("\x01")).remove(u'&').replace(QChar(1), u'&');
+}
+
+QString caption_of(const QWidget &control)
+{
+    if (const auto *button = qobject_cast<const QAbstractButton *>(&control))
+        return button->text();
+    if (const auto *box = qobject_cast<const QGroupBox *>(&control))
+        return box->title();
+    return {};
+}
+
+// A dialog around a modal screen; the screen decides whether Escape and the window's cross end it.
+class modal_frame : public QDialog {
+public:
+    modal_frame(QWidget *over, bool may_close) : QDialog(over), closable(may_close) {}
+    void reject() override
+    {
+        if (closable)
+            QDialog::reject();
+    }
+
+private:
+    bool closable;
+};
+
+}
+
+QWidget *live_widget(std::type_index type)
+{
+    const auto found = screens.live.find(type);
+    return found == screens.live.end() ? nullptr : found->second;
+}
+
+void keep_live_widget(std::type_index type, QWidget *widget)
+{
+    screens.live[type] = widget;
+    QObject::connect(widget, &QObject::destroyed, [widget] { forget_live_widget(widget); });
+}
+
+void own_screen(screen &made)
+{
+    made.owned = true;
+}
+
+void set_screen_area(QMdiArea *area)
+{
+    screens.area = area;
+}
+
+void unload_all_screens()
+{
+    const auto all = screens.live; // unloading changes the list
+    for (const auto &[type, widget] : all) {
+        if (auto *one = qobject_cast<screen *>(widget))
+            one->unload();
+    }
+}
+
+void give_spoken_names(QWidget &window)
+{
+    for (const QLabel *label : window.findChildren<QLabel *>()) {
+        if (label->buddy() && label->buddy()->accessibleName().isEmpty())
+            label->buddy()->setAccessibleName(without_access_key(label->text()));
+    }
+    const bool names_told = GetSetting(QStringLiteral("tests"), QStringLiteral("control_names")) == u"true";
+    for (QWidget *control : window.findChildren<QWidget *>()) {
+        if (control->objectName().isEmpty() || control->objectName().startsWith(u"qt_"))
+            continue;
+        if (control->accessibleName().isEmpty())
+            control->setAccessibleName(without_access_key(caption_of(*control)));
+        if (names_told) // for drivers from outside only: a screen reader would read it aloud
+            control->setAccessibleDescription(control->objectName());
+    }
+}
+
+screen::screen(QWidget *parent) : QWidget(parent) {}
+
+screen::~screen()
+{
+    forget_live_widget(this);
+}
+
+void screen::load()
+{
+    if (load_ran)
+        return;
+    load_ran = true;
+    give_spoken_names(*this);
+    Load();
+}
+
+bool screen::shown() const
+{
+    return load_ran && !is_gone && !outer_window()->isHidden();
+}
+
+QWidget *screen::outer_window() const
+{
+    if (dialog)
+        return dialog;
+    if (sub_window)
+        return sub_window;
+    return const_cast<screen *>(this);
+}
+
+void screen::show()
+{
+    load();
+    if (is_gone) // its own Load ended it
+        return;
+    if (screens.area && opens_in_area())
+        open_in_area(*screens.area);
+    else
+        open_as_window();
+}
+
+void screen::open_in_area(QMdiArea &area)
+{
+    if (!sub_window) {
+        sub_window = area.addSubWindow(this);
+        const QRect room = area.viewport()->rect();
+        const QSize size = sub_window->sizeHint().expandedTo(minimumSize()).boundedTo(room.size());
+        sub_window->setGeometry(QRect(room.center() - QPoint(size.width(), size.height()) / 2, size).intersected(room));
+    }
+    if (sub_window->isMinimized())
+        sub_window->showNormal();
+    sub_window->show();
+    QWidget::show();
+    area.setActiveSubWindow(sub_window);
+}
+
+void screen::open_as_window()
+{
+    if (screens.area && !parentWidget()) {
+        QWidget *console = screens.area->window();
+        setParent(console, windowFlags() | Qt::Window);
+        adjustSize();
+        move(console->mapToGlobal(console->rect().center()) - rect().center());
+    }
+    QWidget::show();
+    raise();
+    activateWindow();
+}
+
+void screen::show_modal()
+{
+    load();
+    if (is_gone)
+        return;
+    QWidget *over = screens.area ? screens.area->window() : QApplication::activeWindow();
+    const QPointer<screen> self(this);
+    modal_frame frame(over, closes_on_escape());
+    dialog = &frame;
+    frame.setWindowTitle(windowTitle());
+    auto *layout = new QVBoxLayout(&frame);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(this);
+    QWidget::show();
+    frame.exec();
+    if (!self)
+        return;
+    dialog = nullptr;
+    setParent(nullptr); // the frame goes now, this screen when its events are done
+    unload();
+}
+
+void screen::unload()
+{
+    if (is_gone)
+        return;
+    is_gone = true;
+    forget_live_widget(this);
+    QWidget *outer = outer_window();
+    if (dialog)
+        dialog->done(QDialog::Accepted);
+    else
+        outer->hide();
+    if (owned)
+        (dialog || !sub_window ? static_cast<QWidget *>(this) : outer)->deleteLater();
+}
+
+void screen::closeEvent(QCloseEvent *event)
+{
+    if (!closes_on_escape() && !is_gone)
+        return event->ignore();
+    event->accept();
+    unload();
+}
+
+void screen::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_F1)
+        show_help(help_topic());
+    else if (event->key() == Qt::Key_Escape && closes_on_escape())
+        unload();
+    else
+        QWidget::keyPressEvent(event);
+}

@@ -1,0 +1,86 @@
+// The base of every screen: one live instance, a Load of its own that runs once, and the ways to show and to end it.
+// Lists: list_view.h. Boxes: message_boxes.h. The wait screens' base: wait_screen.h.
+#pragma once
+#include <QWidget>
+#include <type_traits>
+#include <typeindex>
+
+class QDialog;
+class QMdiArea;
+class QMdiSubWindow;
+
+class screen : public QWidget {
+    Q_OBJECT
+public:
+    explicit screen(QWidget *parent = nullptr);
+    ~screen() override;
+
+    void load();       // runs Load once, without showing anything; the constructor does not
+    void show();       // loads, then opens it in the console's area (alone, where there is none) and brings it to front
+    void show_modal(); // loads, then opens it as a dialog over the console and returns when it is unloaded
+    void unload();     // gone at once: the<T>() gives a new one from here on; deleted when its events are done
+
+    bool loaded() const { return load_ran; }
+    bool shown() const; // also while it is an icon in the area, or the console is one
+
+    virtual void Load() {}
+
+protected:
+    virtual QString help_topic() const { return objectName(); }
+    virtual bool closes_on_escape() const { return true; }
+    virtual bool opens_in_area() const { return true; } // false: a window of its own over the console
+    void closeEvent(QCloseEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+
+private:
+    friend void own_screen(screen &made);
+    void open_in_area(QMdiArea &area);
+    void open_as_window();
+    QWidget *outer_window() const;
+
+    bool load_ran = false;
+    bool is_gone = false;
+    bool owned = false;                  // made by the<T>(), so unload deletes it
+    QMdiSubWindow *sub_window = nullptr; // while in the area
+    QDialog *dialog = nullptr;           // while modal
+};
+
+// Where screens open. nullptr: each in a window of its own (tests).
+void set_screen_area(QMdiArea *area);
+
+// Every named control gets a spoken name (its buddy's text or its caption), where it has none.
+void give_spoken_names(QWidget &window);
+
+void unload_all_screens();
+
+QWidget *live_widget(std::type_index type); // nullptr when there is none
+void keep_live_widget(std::type_index type, QWidget *widget);
+void own_screen(screen &made);
+
+// The one live T, made when there is none.
+template <typename T>
+T &the()
+{
+    if (QWidget *live = live_widget(typeid(T)))
+        return static_cast<T &>(*live);
+    auto *made = new T;
+    keep_live_widget(typeid(T), made);
+    if constexpr (std::is_base_of_v<screen, T>)
+        own_screen(*made);
+    return *made;
+}
+
+// Both ask without making one.
+template <typename T>
+bool is_loaded()
+{
+    const QWidget *live = live_widget(typeid(T));
+    return live && static_cast<const T *>(live)->loaded();
+}
+
+template <typename T>
+bool is_visible()
+{
+    const QWidget *live = live_widget(typeid(T));
+    return live && static_cast<const T *>(live)->shown();
+}

@@ -1,0 +1,21 @@
+"""Closing with Yes copies the store to the back-up folder, and the program ends."""
+
+import contextlib
+import sqlite3
+import sys
+
+from road import equal, leave, site
+
+with site() as here:
+    copies = here.folder / "copies"
+    (copies / "data").mkdir(parents=True)
+    here.set(f"backup={copies}")
+    with here.start() as tessaly:
+        tessaly.dismiss_splash()
+        equal("exit status", leave(tessaly, "Yes"), 0)
+    with contextlib.closing(sqlite3.connect(copies / "data/Tessaly.mdb")) as copy:
+        equal("accounts in the copy", copy.execute("select query from email_tbl").fetchall(), [("orders",), ("contact",)])
+        equal("its state", copy.execute("pragma integrity_check").fetchall(), [("ok",)])
+    equal("the error log", here.log(), "")
+
+sys.exit(0)

@@ -1,0 +1,138 @@
+"""Drives the running program as a person's screen reader would: through accessibility, by role and spoken name.
+
+Meant to run below tools/drive/under_xvfb. Waiting is for something to appear or go, never for time to pass."""
+
+import os
+import subprocess
+import time
+import warnings
+
+import gi
+
+gi.require_version("Atspi", "2.0")
+from gi.repository import Atspi, GLib  # noqa: E402
+
+warnings.simplefilter("ignore", DeprecationWarning)
+
+PATIENCE = 60.0  # seconds until a wait gives up
+REPLY = 10000  # milliseconds that the program may take to answer a question
+PRESS = 700  # the same for a press: one that opens a box answers only when the box is gone
+
+
+class Program:
+    """One running Tessaly. Use it in a with statement: it is gone at the end."""
+
+    def __init__(self, executable, environment=None):
+        self.executable = executable
+        self.process = subprocess.Popen([executable], env={**os.environ, **(environment or {})})
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *failure):
+        if self.process.poll() is None:
+            self.process.kill()
+        self.process.wait()
+
+    # --- finding
+
+    def _root(self):
+        desktop = Atspi.get_desktop(0)
+        for index in range(desktop.get_child_count()):
+            application = desktop.get_child_at_index(index)
+            try:
+                if application and application.get_process_id() == self.process.pid:
+                    return application
+            except GLib.GError:
+                continue
+        return None
+
+    def all(self, role=None, name=None, below=None):
+        """Every showing thing of that role and name (name may be a test)."""
+        start = below or self._root()
+        found = []
+        pending = [start] if start else []
+        while pending:
+            node = pending.pop(0)
+            try:
+                if self._matches(node, role, name):
+                    found.append(node)
+                count = min(node.get_child_count(), 200)
+                pending += [child for child in (node.get_child_at_index(i) for i in range(count)) if child]
+            except GLib.GError:
+                continue
+        return found
+
+    @staticmethod
+    def _matches(node, role, name):
+        if role and node.get_role_name() not in ([role] if isinstance(role, str) else role):
+            return False
+        if callable(name):
+            return name(node.get_name() or "")
+        return name is None or (node.get_name() or "") == name
+
+    def find(self, role=None, name=None):
+        """The first such thing, waited for."""
+        return self.until(lambda: next(iter(self.all(role, name)), None), f"{role} {name!r}")
+
+    def window(self, title):
+        return self.find(["frame", "dialog", "window", "internal frame", "alert", "filler", "panel"], title)
+
+    def until(self, question, what):
+        end = time.monotonic() + PATIENCE
+        while time.monotonic() < end:
+            try:
+                answer = question()
+            except GLib.GError:
+                answer = None
+            if answer:
+                return answer
+            if self.process.poll() is not None and what != "the end":
+                raise AssertionError(f"the program ended while waiting for {what}")
+            time.sleep(0.02)
+        raise AssertionError(f"waited in vain for {what}; there is: {self.outline()}")
+
+    def until_gone(self, role, name):
+        self.until(lambda: not self.all(role, name), f"the end of {role} {name!r}")
+
+    def outline(self):
+        return [(n.get_role_name(), n.get_name()) for n in self.all() if n.get_name()][:80]
+
+    # --- doing
+
+    @staticmethod
+    def press(node):
+        """Presses a button or chooses a command."""
+        Atspi.set_timeout(PRESS, PRESS)
+        try:
+            Atspi.Action.do_action(node, 0)
+        except GLib.GError:
+            pass  # it opened a box, or works: the answer comes when it is done
+        finally:
+            Atspi.set_timeout(REPLY, REPLY)
+
+    def choose(self, menu, command):
+        """Chooses a command of the menu bar by its caption."""
+        parent = self.find("menu item", menu)
+        found = self.until(lambda: next(iter(self.all("menu item", command, below=parent)), None), f"{menu} > {command}")
+        assert found.get_state_set().contains(Atspi.StateType.ENABLED), f"{menu} > {command} is greyed"
+        self.press(found)
+
+    def dismiss_splash(self):
+        """Presses a key on the tips; waits until they are gone and the console is there."""
+        self.window("Tip of the Day")
+        subprocess.run(["xdotool", "search", "--sync", "--name", "^Tip of the Day$", "key", "space"], check=True,
+                       stdout=subprocess.DEVNULL)
+        self.until_gone(None, "Tip of the Day")
+
+    def text_of(self, node):
+        return Atspi.Text.get_text(node, 0, Atspi.Text.get_character_count(node))
+
+    def ended(self):
+        """Waits for the end; the exit status."""
+        self.until(lambda: self.process.poll() is not None, "the end")
+        return self.process.returncode
+
+    @staticmethod
+    def picture(path):
+        subprocess.run(["import", "-window", "root", path], check=True)
