@@ -1,0 +1,312 @@
+// Running translated statements: binding their literals, stepping, definitions.
+#include "platform/clock.h"
+#include "platform/letter_case.h"
+#include "platform/real/jet/database.h"
+#include "platform/real/jet/dates.h"
+#include "platform/real/jet/failures.h"
+#include "platform/real/jet/like.h"
+#include "platform/real/jet/translator.h"
+#include <cstdio>
+#include <sqlite3.h>
+
+namespace jet {
+
+namespace {
+
+// Whatever happens, the statement ends up reset: one that stays open would hold a lock.
+struct reset_after {
+    sqlite3_stmt *which;
+    ~reset_after() { sqlite3_reset(which); }
+};
+
+// Many small reads under one lock instead of one each.
+struct one_read_lock {
+    one_read_lock(sqlite3 *of, bool wanted) : db(wanted ? of : nullptr)
+    {
+        if (db)
+            sqlite3_exec(db, "BEGIN", nullptr, nullptr, nullptr);
+    }
+    ~one_read_lock()
+    {
+        if (db)
+            sqlite3_exec(db, "COMMIT", nullptr, nullptr, nullptr);
+    }
+    sqlite3 *db;
+};
+
+// Undoes what was done since, unless kept.
+class savepoint {
+public:
+    explicit savepoint(sqlite3 *of) : db(of) { sqlite3_exec(db, "SAVEPOINT definition", nullptr, nullptr, nullptr); }
+    ~savepoint()
+    {
+        if (!kept)
+            sqlite3_exec(db, "ROLLBACK TO definition; RELEASE definition", nullptr, nullptr, nullptr);
+    }
+    void keep()
+    {
+        kept = true;
+        sqlite3_exec(db, "RELEASE definition", nullptr, nullptr, nullptr);
+    }
+
+private:
+    sqlite3 *db;
+    bool kept = false;
+};
+
+ado::Value literal_number(QStringView text, bool negative)
+{
+    bool whole = false;
+    const qint64 number = text.toLongLong(&whole);
+    if (whole)
+        return ado::Value(negative ? -number : number);
+    bool good = false;
+    const double fraction = text.toDouble(&good);
+    if (!good)
+        fail_syntax(text.toString());
+    return ado::Value(negative ? -fraction : fraction);
+}
+
+}
+
+const table &database::table_of(const plan &which) const
+{
+    const table *found = tables.find(which.table);
+    if (!found)
+        fail(ado::unknown_table, QStringLiteral("The table '") + which.table + "' is gone.");
+    return *found;
+}
+
+std::shared_ptr<plan> database::plan_of_tokens()
+{
+    const bool short_enough = tokens.tokens.size() <= token_list::longest_shape;
+    if (short_enough)
+        if (auto known = plans.find(tokens.shape))
+            return known;
+    auto made = translate(tokens, tables);
+    if (short_enough && made->cacheable)
+        plans.keep(tokens.shape, made);
+    return made;
+}
+
+std::shared_ptr<plan> database::plan_of(QStringView sql)
+{
+    raise_deferred();
+    load_schema_when_stale();
+    lex(sql, tokens);
+    return plan_of_tokens();
+}
+
+sqlite3_stmt *database::prepared(plan &of)
+{
+    if (!of.prepared)
+        of.prepared = prepare(db, of.sql, of.cacheable);
+    return of.prepared.get();
+}
+
+// --- binding
+
+void database::bind(const plan &of, sqlite3_stmt *to)
+{
+    parameters.start(to, tokens.sql.size());
+    for (size_t i = 0; i < of.bindings.size(); ++i)
+        bind_one(of.bindings[i], int(i) + 1);
+}
+
+void database::bind_one(const binding &what, int place)
+{
+    switch (what.from) {
+    case binding::source::literal:
+        return bind_literal(what, place);
+    case binding::source::now:
+        return parameters.date(place, ::now());
+    case binding::source::today:
+        return parameters.date(place, QDateTime(::today(), QTime(0, 0), Qt::UTC));
+    case binding::source::moment:
+        return bind_moment(what, place);
+    }
+}
+
+void database::bind_literal(const binding &what, int place)
+{
+    const token &literal = tokens.literal(what.literals[0]);
+    if (literal.kind == token_kind::number) {
+        const ado::Value number = literal_number(tokens.view(literal), what.negative);
+        return parameters.value(place, what.as == binding::form::to_column ? convert(number, what.to) : number);
+    }
+    const bool as_it_is = what.as == binding::form::plain ||
+                          (what.as == binding::form::to_column &&
+                           (what.to.type == ado::field_type::text || what.to.type == ado::field_type::memo));
+    if (as_it_is && !literal.doubled) {
+        if (what.as == binding::form::to_column && what.to.width > 0 && literal.length > what.to.width)
+            fail_too_long();
+        return parameters.text(place, tokens.view(literal));
+    }
+    const QString text = tokens.literal_text(what.literals[0]);
+    if (what.as == binding::form::to_column)
+        return parameters.value(place, convert(ado::Value(text), what.to));
+    if (what.as == binding::form::day) {
+        const auto date = read_date(text);
+        if (!date)
+            fail_criteria();
+        return parameters.date(place, QDateTime(date->date(), QTime(0, 0), Qt::UTC));
+    }
+    if (what.as == binding::form::pattern && !pattern_is_whole(text))
+        fail(ado::syntax_error, QStringLiteral("Invalid pattern string."));
+    parameters.text(place, text);
+}
+
+// Six numbers that are no date find no row, as the six comparisons beside this one do.
+void database::bind_moment(const binding &what, int place)
+{
+    int parts[6] = {};
+    for (size_t i = 0; i < 6; ++i)
+        parts[i] = tokens.view(tokens.literal(what.literals[i])).toInt();
+    const QDate date(parts[2], parts[0], parts[1]);
+    const QTime time(parts[3], parts[4], parts[5]);
+    if (date.isValid() && time.isValid())
+        parameters.date(place, QDateTime(date, time, Qt::UTC));
+    else
+        parameters.text(place, u"no date");
+}
+
+// --- reading
+
+void database::read(plan &of, QStringView sql, part which, const take_row &take)
+{
+    lex(sql, tokens);
+    prepared_statement keys_only;
+    if (which == part::keys && !of.keys_sql.isEmpty())
+        keys_only = prepare(db, of.keys_sql, false);
+    sqlite3_stmt *rows = keys_only ? keys_only.get() : prepared(of);
+    const reset_after resets{rows};
+    bind(of, rows);
+    int result = sqlite3_step(rows);
+    while (result == SQLITE_ROW && take(rows))
+        result = sqlite3_step(rows);
+    check(result);
+}
+
+void database::read_by_keys(plan &of, const qint64 *first, const qint64 *last, const take_row &take,
+                            const std::function<void()> &missing)
+{
+    if (!of.by_key)
+        of.by_key = prepare(db, of.by_key_sql, true);
+    const one_read_lock locks(db, !writing && last - first > 1);
+    for (const qint64 *key = first; key < last; ++key) {
+        sqlite3_stmt *row = of.by_key.get();
+        const reset_after resets{row};
+        sqlite3_bind_int64(row, 1, *key);
+        const int result = sqlite3_step(row);
+        check(result);
+        if (result != SQLITE_ROW)
+            missing();
+        else if (!take(row))
+            return;
+    }
+}
+
+// --- changing
+
+qint64 database::execute(QStringView sql)
+{
+    const auto of = plan_of(sql);
+    if (of->kind == statement_kind::select) {
+        read(*of, sql, part::rows, [](sqlite3_stmt *) { return true; });
+        return 0;
+    }
+    const bool changes_rows = of->before.empty() && of->kind != statement_kind::select_into;
+    return changes_rows ? change(*of) : define(*of);
+}
+
+void database::tell_recordsets(const QString &table)
+{
+    for (open_rows *rows : open_recordsets)
+        rows->before_change(table);
+}
+
+qint64 database::step_change(sqlite3_stmt *which)
+{
+    const reset_after resets{which};
+    check(sqlite3_step(which));
+    return sqlite3_changes64(db);
+}
+
+qint64 database::change(plan &of)
+{
+    begin_write();
+    if (of.kind == statement_kind::update || of.kind == statement_kind::delete_)
+        tell_recordsets(of.table);
+    sqlite3_stmt *which = prepared(of);
+    bind(of, which);
+    return step_change(which);
+}
+
+qint64 database::define(plan &of)
+{
+    begin_write();
+    tell_recordsets(of.table);
+    stale = true;
+    for (open_rows *rows : open_recordsets)
+        rows->release_statements();
+    savepoint steps(db);
+    for (const QByteArray &step : of.before)
+        run(step);
+    qint64 rows = 0;
+    if (!of.sql.isEmpty()) {
+        const prepared_statement copying = prepare(db, of.sql, false);
+        bind(of, copying.get());
+        rows = step_change(copying.get());
+    }
+    for (const QByteArray &step : of.after)
+        run(step);
+    steps.keep();
+    return rows;
+}
+
+qint64 database::insert(plan &through, const std::vector<int> &places, const std::vector<ado::Value> &values)
+{
+    begin_write();
+    prepared_statement &which = through.inserts[places];
+    if (!which)
+        which = prepare(db, insert_text(table_of(through), places), true);
+    qsizetype longest = 0;
+    for (const ado::Value &value : values)
+        if (const auto *text = std::get_if<QString>(&value.held))
+            longest += text->size();
+    parameters.start(which.get(), longest);
+    for (size_t i = 0; i < values.size(); ++i)
+        parameters.value(int(i) + 1, values[i]);
+    step_change(which.get());
+    return sqlite3_last_insert_rowid(db);
+}
+
+void database::update(plan &through, qint64 key, const std::vector<int> &places, const std::vector<ado::Value> &values)
+{
+    begin_write();
+    tell_recordsets(through.table);
+    prepared_statement &which = through.updates[places];
+    if (!which)
+        which = prepare(db, update_text(table_of(through), places), true);
+    qsizetype longest = 0;
+    for (const ado::Value &value : values)
+        if (const auto *text = std::get_if<QString>(&value.held))
+            longest += text->size();
+    parameters.start(which.get(), longest);
+    for (size_t i = 0; i < values.size(); ++i)
+        parameters.value(int(i) + 1, values[i]);
+    parameters.number(int(values.size()) + 1, key);
+    step_change(which.get());
+}
+
+void database::delete_row(plan &through, qint64 key)
+{
+    begin_write();
+    tell_recordsets(through.table);
+    const table &of = table_of(through);
+    const prepared_statement which = prepare(db, "DELETE FROM " + of.quoted + " WHERE " + of.row_key + "=?1", false);
+    sqlite3_bind_int64(which.get(), 1, key);
+    step_change(which.get());
+}
+
+}

@@ -1,0 +1,57 @@
+// A translated statement: what SQLite is given, what is bound to it from the statement's literals, what comes back.
+#pragma once
+#include "platform/real/jet/conversion.h"
+#include "platform/real/jet/statement.h"
+#include "platform/real/jet/syntax.h"
+#include <array>
+#include <map>
+
+namespace jet {
+
+struct binding {
+    enum class source : quint8 { literal, now, today, moment };
+    enum class form : quint8 { plain, to_column, day, pattern };
+
+    source from = source::literal;
+    form as = form::plain;
+    bool negative = false;
+    // The literal's number; of a moment month, day, year, hour, minute, second.
+    std::array<qint32, 6> literals = {};
+    target to = {};
+};
+
+struct result_column {
+    QString name;
+    ado::field_type type = ado::field_type::memo;
+    int place = -1; // in the table; -1 of a computed one
+    target to = {}; // what the column takes
+};
+
+struct plan {
+    statement_kind kind = statement_kind::select;
+    bool cacheable = true;
+    QString table;                         // the one read or written, in its own spelling
+    QByteArray sql;                        // of a keyed select: the row's key, then the columns
+    std::vector<binding> bindings;         // one a parameter of sql
+    std::vector<QByteArray> before, after; // of a definition: the steps around sql, all or none
+
+    // Selects only.
+    std::vector<result_column> columns;
+    bool keyed = false;    // each row stands for one of the table and can be read again
+    QByteArray keys_sql;   // the keys alone, when they come in an order of their own
+    QByteArray by_key_sql; // the columns of the row with the key ?1
+
+    // Made when first needed, gone when the schema changes. Always reset, so that none holds a lock.
+    prepared_statement prepared, by_key;
+    std::map<std::vector<int>, prepared_statement> inserts, updates; // by the places of the columns written
+
+    void release_statements()
+    {
+        prepared.reset();
+        by_key.reset();
+        inserts.clear();
+        updates.clear();
+    }
+};
+
+}

@@ -1,0 +1,107 @@
+#include "platform/real/jet/statement.h"
+#include "platform/real/jet/dates.h"
+#include "platform/real/jet/failures.h"
+#include <QStringConverter>
+#include <sqlite3.h>
+
+namespace jet {
+
+void finalizer::operator()(sqlite3_stmt *which) const
+{
+    sqlite3_finalize(which);
+}
+
+prepared_statement prepare(sqlite3 *db, const QByteArray &sql, bool lasting)
+{
+    sqlite3_stmt *made = nullptr;
+    const int result = sqlite3_prepare_v3(db, sql.constData(), int(sql.size()) + 1,
+                                          lasting ? SQLITE_PREPARE_PERSISTENT : 0, &made, nullptr);
+    if (result != SQLITE_OK)
+        throw run_time_error(failure_of(db, result));
+    return prepared_statement(made);
+}
+
+void binder::start(sqlite3_stmt *to, qsizetype longest)
+{
+    constexpr size_t for_dates = 4096;
+    bound = to;
+    used = 0;
+    const size_t wanted = size_t(longest) * 3 + for_dates;
+    constexpr size_t kept = 1 << 20;
+    if (buffer.size() < wanted || (buffer.size() > kept && wanted <= kept))
+        std::vector<char>(std::max(wanted, size_t(65536))).swap(buffer);
+}
+
+char *binder::room(qsizetype bytes)
+{
+    Q_ASSERT(used + size_t(bytes) <= buffer.size());
+    return buffer.data() + used;
+}
+
+void binder::null(int place)
+{
+    sqlite3_bind_null(bound, place);
+}
+
+void binder::number(int place, qint64 value)
+{
+    sqlite3_bind_int64(bound, place, value);
+}
+
+void binder::number(int place, double value)
+{
+    sqlite3_bind_double(bound, place, value);
+}
+
+void binder::text(int place, QStringView value)
+{
+    char *start = room(value.size() * 3);
+    QStringEncoder encode(QStringConverter::Utf8);
+    const qsizetype length = encode.appendToBuffer(start, value) - start;
+    used += size_t(length);
+    sqlite3_bind_text(bound, place, start, int(length), SQLITE_STATIC);
+}
+
+void binder::date(int place, const QDateTime &value)
+{
+    char text[19];
+    write_kept(value, text);
+    sqlite3_bind_text(bound, place, text, 19, SQLITE_TRANSIENT);
+}
+
+void binder::value(int place, const ado::Value &value)
+{
+    if (const auto *text_held = std::get_if<QString>(&value.held))
+        text(place, *text_held);
+    else if (const auto *whole = std::get_if<qint64>(&value.held))
+        number(place, *whole);
+    else if (const auto *fraction = std::get_if<double>(&value.held))
+        number(place, *fraction);
+    else if (const auto *flag = std::get_if<bool>(&value.held))
+        number(place, qint64(*flag ? -1 : 0));
+    else if (const auto *moment = std::get_if<QDateTime>(&value.held))
+        date(place, *moment);
+    else
+        null(place);
+}
+
+ado::Value column_value(sqlite3_stmt *row, int place, ado::field_type type)
+{
+    const int kept_as = sqlite3_column_type(row, place);
+    if (kept_as == SQLITE_NULL)
+        return {};
+    if (kept_as == SQLITE_INTEGER) {
+        const qint64 number = sqlite3_column_int64(row, place);
+        return type == ado::field_type::flag ? ado::Value(number != 0) : ado::Value(number);
+    }
+    if (kept_as == SQLITE_FLOAT)
+        return ado::Value(sqlite3_column_double(row, place));
+    const auto *text = reinterpret_cast<const char *>(sqlite3_column_text(row, place));
+    const int length = sqlite3_column_bytes(row, place);
+    if (type == ado::field_type::date)
+        if (const QDateTime date = read_kept(text, length); date.isValid())
+            return ado::Value(date);
+    return ado::Value(QString::fromUtf8(text, length));
+}
+
+}

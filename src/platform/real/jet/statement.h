@@ -1,0 +1,45 @@
+// A prepared SQLite statement and its parameters.
+#pragma once
+#include "platform/ado.h"
+#include <QByteArray>
+#include <memory>
+#include <vector>
+
+struct sqlite3;
+struct sqlite3_stmt;
+
+namespace jet {
+
+struct finalizer {
+    void operator()(sqlite3_stmt *which) const;
+};
+using prepared_statement = std::unique_ptr<sqlite3_stmt, finalizer>;
+
+// Fails with what SQLite says. lasting: it will be used again and again.
+prepared_statement prepare(sqlite3 *db, const QByteArray &sql, bool lasting);
+
+// Puts values into a statement's parameters. The texts' UTF-8 lies in one buffer that is kept from call to call, so a
+// binder must outlive the steps of what it bound, and one statement is bound at a time.
+class binder {
+public:
+    // longest: an upper limit of UTF-16 units over all texts to come.
+    void start(sqlite3_stmt *to, qsizetype longest);
+    void null(int place);
+    void number(int place, qint64 value);
+    void number(int place, double value);
+    void text(int place, QStringView value);
+    void date(int place, const QDateTime &value);
+    void value(int place, const ado::Value &value);
+
+private:
+    char *room(qsizetype bytes);
+
+    sqlite3_stmt *bound = nullptr;
+    std::vector<char> buffer;
+    size_t used = 0;
+};
+
+// A column of the current row as a value of the type.
+ado::Value column_value(sqlite3_stmt *row, int place, ado::field_type type);
+
+}

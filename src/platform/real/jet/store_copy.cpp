@@ -1,0 +1,90 @@
+#include "platform/real/jet/store_copy.h"
+#include "platform/real/jet/failures.h"
+#include <QFile>
+#include <QFileInfo>
+#include <cstdio>
+#include <fcntl.h>
+#include <sqlite3.h>
+#include <unistd.h>
+
+namespace jet {
+
+namespace {
+
+// Removes the half-made copy unless it became the target.
+struct unfinished_copy {
+    QString path;
+    ~unfinished_copy()
+    {
+        QFile::remove(path);
+        QFile::remove(path + "-journal");
+    }
+};
+
+[[noreturn]] void refuse_copy(const QString &target, const QString &why)
+{
+    fail(ado::store_failure, QStringLiteral("The store could not be copied to '") + target + "': " + why);
+}
+
+void copy_pages(sqlite3 *from, sqlite3 *to, const QString &target)
+{
+    sqlite3_backup *copying = sqlite3_backup_init(to, "main", from, "main");
+    if (!copying)
+        refuse_copy(target, QString::fromUtf8(sqlite3_errmsg(to)));
+    const int stepped = sqlite3_backup_step(copying, -1);
+    const int finished = sqlite3_backup_finish(copying);
+    if (stepped != SQLITE_DONE || finished != SQLITE_OK)
+        refuse_copy(target, QString::fromUtf8(sqlite3_errstr(stepped == SQLITE_DONE ? finished : stepped)));
+}
+
+bool is_sound(sqlite3 *copy)
+{
+    bool sound = false;
+    const auto look = [](void *result, int, char **texts, char **) {
+        *static_cast<bool *>(result) = qstrcmp(texts[0], "ok") == 0;
+        return 0;
+    };
+    return sqlite3_exec(copy, "PRAGMA quick_check", look, &sound, nullptr) == SQLITE_OK && sound;
+}
+
+void write_copy(sqlite3 *from, const QString &path, const QString &target)
+{
+    sqlite3 *to = nullptr;
+    struct closer {
+        sqlite3 *&db;
+        ~closer() { sqlite3_close(db); }
+    } closes{to};
+    if (sqlite3_open_v2(QFile::encodeName(path).constData(), &to, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE,
+                        nullptr) != SQLITE_OK)
+        refuse_copy(target, to ? QString::fromUtf8(sqlite3_errmsg(to)) : QString());
+    copy_pages(from, to, target);
+    if (!is_sound(to))
+        refuse_copy(target, QStringLiteral("the copy is not sound"));
+}
+
+bool sync_path(const QString &path)
+{
+    const int file = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC);
+    if (file < 0)
+        return false;
+    const bool synced = ::fsync(file) == 0;
+    ::close(file);
+    return synced;
+}
+
+}
+
+void copy_store_file(sqlite3 *from, const QString &from_path, const QString &target)
+{
+    if (QFileInfo(target).canonicalFilePath() == QFileInfo(from_path).canonicalFilePath())
+        refuse_copy(target, QStringLiteral("it is the store itself"));
+    const unfinished_copy made{target + ".tmp"};
+    QFile::remove(made.path);
+    write_copy(from, made.path, target);
+    if (!sync_path(made.path) ||
+        std::rename(QFile::encodeName(made.path).constData(), QFile::encodeName(target).constData()) != 0 ||
+        !sync_path(QFileInfo(target).absolutePath()))
+        refuse_copy(target, qt_error_string());
+}
+
+}
