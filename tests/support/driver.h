@@ -8,5 +8,8 @@ struct driver_run {
     QString output, errors;
 };
 
+enum class driver_rights { usual, bound_by_modes }; // the latter: file modes hold for root too
+
 // tessaly_jobs fetch --folder FOLDER; further variables as "NAME=value".
-driver_run run_driver(const QString &folder, const QStringList &variables = {});
+driver_run run_driver(const QString &folder, const QStringList &variables = {},
+                      driver_rights rights = driver_rights::usual);

@@ -6,15 +6,37 @@
 #include "intake/fetch.h"
 #include "intake/fetch_session.h"
 #include "intake/mail_source.h"
+#include "make_store/store_maker.h"
 #include "platform/app_folder.h"
 #include "platform/services.h"
 #include "platform/settings.h"
-#include "support/test_store.h"
 
 #include <QDir>
 #include <QFile>
+#include <string>
 
 namespace {
+
+// As delivered; made once a process.
+const QByteArray &delivered_store()
+{
+    static const QByteArray bytes = [] {
+        const QTemporaryDir place;
+        const QString path = place.filePath("fresh.mdb");
+        const std::string failure = make_store(path.toStdString(), SOURCE_ROOT "/delivered");
+        if (!failure.empty())
+            qFatal("no store: %s", failure.c_str());
+        return bytes_of_file(path);
+    }();
+    return bytes;
+}
+
+void write_bytes(const QString &path, const QByteArray &bytes)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
+        qFatal("cannot write %s", qPrintable(path));
+}
 
 QString shown_value(const ado::Value &value)
 {
@@ -31,7 +53,7 @@ QString yes_or_no(bool flag)
 intake_site::intake_site()
 {
     set_app_folder(folder.path());
-    make_test_store(folder.filePath("mailapp.mdb"));
+    write_bytes(folder.filePath("mailapp.mdb"), delivered_store());
     SaveSetting("mail_client", "kind", "maildir");
     SaveSetting("mail_client", "maildir", maildir());
     SaveSetting("main", "enabledUnsubDate", QString());
