@@ -1,6 +1,8 @@
 // Main: from the process's start to a visible console.
 #include "app/wiring.h"
+#include "frame/error_log.h"
 #include "frame/messages.h"
+#include "frame/session.h"
 #include "frame/start_up.h"
 #include "platform/process.h"
 #include "screens/frame/frmSplash.h"
@@ -18,7 +20,14 @@ int main(int argc, char **argv)
     QApplication::setQuitOnLastWindowClosed(false); // the console ends the process, after its question
     const wiring services_in_force;
 
-    switch (start_up()) {
+    start begun = start::console;
+    if (!guarded("mail_module.bas", "Main", [&] { begun = start_up(); })) {
+        say("Tessaly cannot start: " + session.err_description +
+                "\n\nThe file errorlog.txt in its folder keeps this message.",
+            "Tessaly", message_icon::critical);
+        end_process(1);
+    }
+    switch (begun) {
     case start::another_instance:
         end_process();
     case start::first_run:

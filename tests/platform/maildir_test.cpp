@@ -5,12 +5,15 @@
 #include "platform/outside_effects.h"
 #include "platform/real/mail/real_mail_client.h"
 #include "platform/settings.h"
+#include "support/fault_points.h"
 #include "support/maildir_files.h"
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 #include <utime.h>
 
 namespace {
@@ -215,6 +218,43 @@ private slots:
         box.items->finish_moves();
         QCOMPARE(files_in(box.path()).size(), 1);
         QCOMPARE(box.subjects(), QStringList{"kept"});
+    }
+
+    void nothing_moves_when_the_store_gave_up_rows()
+    {
+        mailbox box;
+        box.put("kept", noon);
+        const auto target = box.inbox->add(QStringLiteral("Tessaly_Inbox"));
+        box.find()->Move(*target);
+        writes_were_lost();
+        QVERIFY(!box.items->FindNext());
+        QCOMPARE(files_in(box.path()).size(), 1);
+        box.find()->Move(*target);
+        QVERIFY(!box.items->FindNext());
+        QCOMPARE(files_in(box.path()).size(), 0);
+    }
+
+    void a_kill_at_any_rename_loses_and_doubles_no_mail()
+    {
+        for (int point = 1; point <= 12; ++point) {
+            mailbox box;
+            for (int number = 0; number < 10; ++number)
+                box.put(QString::number(number), noon + number);
+            const auto target = box.inbox->add(QStringLiteral("Tessaly_Inbox"));
+            const pid_t child = fork();
+            if (child == 0) {
+                die_before_disk_call(point);
+                for (outlook::MailItem *item = box.find(); item; item = box.items->FindNext())
+                    item->Move(*target);
+                _exit(0);
+            }
+            int status = 0;
+            waitpid(child, &status, 0);
+            QVERIFY(WIFSIGNALED(status));
+            const qsizetype moved = files_in(box.path() + "/.Tessaly_Inbox").size();
+            QCOMPARE(moved, qMin(point - 1, 10));
+            QCOMPARE(files_in(box.path()).size(), 10 - moved);
+        }
     }
 
     void a_failed_move_is_raised_once_and_the_others_are_done()

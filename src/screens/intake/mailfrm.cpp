@@ -81,6 +81,7 @@ void mailfrm::fetch_and_parse()
     fetch_mail();
     store_lvindex();
     intake::parse_unprocessed_mails();
+    intake::close_mail_source();
 }
 
 void mailfrm::fetch_mail()
