@@ -65,6 +65,8 @@ class Program:
 
     @staticmethod
     def _matches(node, role, name):
+        if role == "button":
+            role = ["button", "push button"]  # the newer and the older word for it
         if role and node.get_role_name() not in ([role] if isinstance(role, str) else role):
             return False
         if callable(name):
@@ -121,8 +123,9 @@ class Program:
     def dismiss_splash(self):
         """Presses a key on the tips; waits until they are gone and the console is there."""
         self.window("Tip of the Day")
-        subprocess.run(["xdotool", "search", "--sync", "--name", "^Tip of the Day$", "key", "space"], check=True,
-                       stdout=subprocess.DEVNULL)
+        # To the screen, not to the window: that one goes at the press and would leave the key down for ever.
+        subprocess.run(["xdotool", "search", "--sync", "--name", "^Tip of the Day$", "windowfocus"], check=True)
+        subprocess.run(["xdotool", "key", "space"], check=True)
         self.until_gone(None, "Tip of the Day")
 
     def text_of(self, node):
