@@ -4,10 +4,22 @@
 
 #include <QHeaderView>
 #include <QPainter>
+#include <QStyledItemDelegate>
 
 namespace {
 
 const auto widths_section = QStringLiteral("screens");
+
+// Rows with some air between them.
+class airy_rows : public QStyledItemDelegate {
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+    QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override
+    {
+        constexpr int air = 6;
+        return QStyledItemDelegate::sizeHint(option, index) + QSize(0, air);
+    }
+};
 
 QString widths_text(const QHeaderView &heads)
 {
@@ -21,6 +33,7 @@ QString widths_text(const QHeaderView &heads)
 
 list_view::list_view(QWidget *parent) : QTreeView(parent)
 {
+    setItemDelegate(new airy_rows(this));
     setRootIsDecorated(false);
     setUniformRowHeights(true); // fifty thousand rows open at once
     setAllColumnsShowFocus(true);

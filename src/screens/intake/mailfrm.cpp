@@ -19,6 +19,15 @@ const char *const empty_inbox = "No mail is stored yet.\nChoose Mail > Fetch Mai
 const char *const empty_sent = "Nothing was sent yet.\nEvery mail that the program sends is listed here.";
 const char *const nothing_found = "No mail matches the search.\nEmpty the search box to see all mails again.";
 
+// The line whose mail is read: the one with the keyboard's frame, else the first of the selected ones.
+QModelIndex selected_line(const list_view &view)
+{
+    const QModelIndexList rows = view.selectionModel()->selectedRows();
+    if (rows.isEmpty() || view.selectionModel()->isRowSelected(view.currentIndex().row()))
+        return rows.isEmpty() ? QModelIndex() : view.currentIndex();
+    return rows.first();
+}
+
 }
 
 mailfrm::mailfrm(QWidget *parent)
@@ -35,8 +44,8 @@ mailfrm::mailfrm(QWidget *parent)
     ui->qt_splitter->setStretchFactor(1, 2);
     set_up_lists();
 
-    connect(ui->LV_sub->selectionModel(), &QItemSelectionModel::currentRowChanged, this, &mailfrm::LV_sub_Click);
-    connect(ui->LV_sub_si->selectionModel(), &QItemSelectionModel::currentRowChanged, this, &mailfrm::LV_sub_si_Click);
+    connect(ui->LV_sub->selectionModel(), &QItemSelectionModel::selectionChanged, this, &mailfrm::LV_sub_Click);
+    connect(ui->LV_sub_si->selectionModel(), &QItemSelectionModel::selectionChanged, this, &mailfrm::LV_sub_si_Click);
     connect(ui->inb, &QToolButton::clicked, this, &mailfrm::inb_Click);
     connect(ui->sitm, &QToolButton::clicked, this, &mailfrm::sitm_Click);
     connect(ui->search_t, &QLineEdit::textChanged, this, &mailfrm::search_t_Change);
@@ -124,18 +133,20 @@ void mailfrm::show_mail(const intake::mail_text &mail, const QString &who_captio
     ui->txt_body->setPlainText(mail.body);
 }
 
-void mailfrm::LV_sub_Click(const QModelIndex &current)
+void mailfrm::LV_sub_Click()
 {
     show_no_mail();
+    const QModelIndex current = selected_line(*ui->LV_sub);
     if (!current.isValid())
         return;
     guarded("Mailfrm.frm", "LV_sub",
             [&] { show_mail(intake::stored_mail_text(inbox_rows->line(current.row())), "From:  "); });
 }
 
-void mailfrm::LV_sub_si_Click(const QModelIndex &current)
+void mailfrm::LV_sub_si_Click()
 {
     show_no_mail();
+    const QModelIndex current = selected_line(*ui->LV_sub_si);
     if (!current.isValid())
         return;
     guarded("Mailfrm.frm", "LV_sub_si",
@@ -145,14 +156,14 @@ void mailfrm::LV_sub_si_Click(const QModelIndex &current)
 void mailfrm::inb_Click()
 {
     ui->qt_views->setCurrentWidget(ui->inbox_fr);
-    LV_sub_Click(ui->LV_sub->currentIndex());
+    LV_sub_Click();
 }
 
 void mailfrm::sitm_Click()
 {
     guarded("Mailfrm.frm", "sentitems_b_click", [this] { populate_sentitems_tbl(); });
     ui->qt_views->setCurrentWidget(ui->sentitems_fr);
-    LV_sub_si_Click(ui->LV_sub_si->currentIndex());
+    LV_sub_si_Click();
 }
 
 void mailfrm::search_t_Change(const QString &words)
