@@ -26,15 +26,16 @@ void open_store_if_closed()
 QString quote_sql(const QString &value)
 {
     const QString trimmed = trim(value);
-    QString quoted;
-    quoted.reserve(trimmed.size() + 2);
-    quoted += u'\'';
+    QString quoted(trimmed.size() + trimmed.count(u'\'') + 2, Qt::Uninitialized);
+    QChar *to = quoted.data();
+    *to++ = u'\'';
     for (const QChar letter : trimmed) {
         if (letter == u'\'')
-            quoted += u'\'';
-        quoted += letter;
+            *to++ = u'\'';
+        *to++ = letter;
     }
-    return quoted += u'\'';
+    *to = u'\'';
+    return quoted;
 }
 
 void run_sql(const QString &sql)

@@ -36,26 +36,42 @@ qsizetype match_length(QStringView text, qsizetype from, QStringView part)
     return at - from;
 }
 
-QString replaced(QStringView text, QStringView part, QStringView by, bool only_first)
+// Where the part occurs next, and how long it is there; -1 when it does not.
+struct found_part {
+    qsizetype at = -1;
+    qsizetype length = 0;
+};
+
+found_part find_part(QStringView text, qsizetype from, QStringView part)
 {
     if (part.isEmpty())
+        return {};
+    const char32_t first = fold_letter(letter_at(part, 0));
+    for (qsizetype at = from; at < text.size(); at += letter_length(text, at)) {
+        if (fold_letter(letter_at(text, at)) != first)
+            continue;
+        const qsizetype length = match_length(text, at, part);
+        if (length >= 0)
+            return {at, length};
+    }
+    return {};
+}
+
+QString replaced(QStringView text, QStringView part, QStringView by, bool only_first)
+{
+    found_part found = find_part(text, 0, part);
+    if (found.at < 0)
         return text.toString();
     QString result;
     result.reserve(text.size());
-    for (qsizetype at = 0; at < text.size();) {
-        const qsizetype length = match_length(text, at, part);
-        if (length < 0) {
-            const qsizetype step = letter_length(text, at);
-            result += text.sliced(at, step);
-            at += step;
-            continue;
-        }
+    qsizetype copied = 0;
+    while (found.at >= 0) {
+        result += text.sliced(copied, found.at - copied);
         result += by;
-        at += length;
-        if (only_first)
-            return result += text.sliced(at);
+        copied = found.at + found.length;
+        found = only_first ? found_part{} : find_part(text, copied, part);
     }
-    return result;
+    return result += text.sliced(copied);
 }
 
 // The parts of a numeric text, blanks and thousands commas gone; empty when it is none.
@@ -119,13 +135,7 @@ bool same_text(QStringView a, QStringView b)
 
 bool contains_text(QStringView text, QStringView part)
 {
-    if (part.isEmpty())
-        return false;
-    for (qsizetype at = 0; at < text.size(); at += letter_length(text, at)) {
-        if (match_length(text, at, part) >= 0)
-            return true;
-    }
-    return false;
+    return find_part(text, 0, part).at >= 0;
 }
 
 QString replace_all(QStringView text, QStringView part, QStringView by)
@@ -161,12 +171,12 @@ QString left(const QString &text, qsizetype count)
 
 QString crlf_line_ends(QStringView text)
 {
-    QString result;
-    result.reserve(text.size() + text.size() / 16);
+    QString result(text.size() + text.count(u'\n'), Qt::Uninitialized);
+    QChar *to = result.data();
     for (const QChar letter : text) {
         if (letter == u'\n')
-            result += u'\r';
-        result += letter;
+            *to++ = u'\r';
+        *to++ = letter;
     }
     return result;
 }

@@ -13,24 +13,43 @@ char32_t next_letter(QStringView text, qsizetype &at)
     return first.unicode();
 }
 
-void append_letter(QString &text, char32_t letter)
+// Writes the letter at the end of what is written.
+QChar *write_letter(QChar *at, char32_t letter)
 {
     if (QChar::requiresSurrogates(letter)) {
-        text += QChar(QChar::highSurrogate(letter));
-        text += QChar(QChar::lowSurrogate(letter));
+        *at++ = QChar(QChar::highSurrogate(letter));
+        *at++ = QChar(QChar::lowSurrogate(letter));
     } else {
-        text += QChar(char16_t(letter));
+        *at++ = QChar(char16_t(letter));
     }
+    return at;
 }
 
+// Simple mappings keep a letter in its plane, so the text keeps its length.
 template <typename Change>
 QString letter_by_letter(QStringView text, Change change)
 {
-    QString changed;
-    changed.reserve(text.size());
-    for (qsizetype at = 0; at < text.size();)
-        append_letter(changed, change(next_letter(text, at)));
+    QString changed(text.size(), Qt::Uninitialized);
+    QChar *to = changed.data();
+    for (qsizetype at = 0; at < text.size();) {
+        const char16_t unit = text[at].unicode();
+        if (unit < 0x80) {
+            *to++ = QChar(char16_t(change(unit)));
+            ++at;
+        } else {
+            to = write_letter(to, change(next_letter(text, at)));
+        }
+    }
+    changed.truncate(to - changed.constData());
     return changed;
+}
+
+char32_t upper_letter(char32_t letter)
+{
+    if (letter < 0x80)
+        return letter >= U'a' && letter <= U'z' ? letter - 32 : letter;
+    const char32_t upper = QChar::toUpper(letter);
+    return QChar::requiresSurrogates(upper) == QChar::requiresSurrogates(letter) ? upper : letter;
 }
 
 }
@@ -39,17 +58,18 @@ char32_t fold_letter(char32_t letter)
 {
     if (letter < 0x80)
         return letter >= U'A' && letter <= U'Z' ? letter + 32 : letter;
-    return QChar::toCaseFolded(letter);
+    const char32_t folded = QChar::toCaseFolded(letter);
+    return QChar::requiresSurrogates(folded) == QChar::requiresSurrogates(letter) ? folded : letter;
 }
 
 QString upper_case(QStringView text)
 {
-    return letter_by_letter(text, [](char32_t letter) { return QChar::toUpper(letter); });
+    return letter_by_letter(text, upper_letter);
 }
 
 QString fold_case(QStringView text)
 {
-    return letter_by_letter(text, [](char32_t letter) { return fold_letter(letter); });
+    return letter_by_letter(text, fold_letter);
 }
 
 int compare_case_blind(QStringView a, QStringView b)

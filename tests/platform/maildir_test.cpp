@@ -279,6 +279,18 @@ private slots:
         QVERIFY(!box.items->raise_next_failed_move());
     }
 
+    void a_mail_whose_flags_change_meanwhile_is_moved_all_the_same()
+    {
+        mailbox box;
+        const QString name = deliver(box.path(), simple_mail{"", "", "x", ""}, noon);
+        const auto target = box.inbox->add(QStringLiteral("Tessaly_Inbox"));
+        box.find()->Move(*target);
+        QVERIFY(QFile::rename(box.path() + "/new/" + name, box.path() + "/cur/" + name + ":2,S"));
+        box.items->finish_moves();
+        QCOMPARE(files_in(box.path() + "/.Tessaly_Inbox"), QStringList{"cur/" + name + ":2,S"});
+        QVERIFY(!box.items->raise_next_failed_move());
+    }
+
     void a_mail_that_vanishes_in_the_middle_is_passed_over()
     {
         mailbox box;

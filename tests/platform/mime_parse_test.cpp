@@ -295,6 +295,17 @@ private slots:
         QByteArray inner = multipart("alternative", {plain_part, html_part});
         inner.replace("==b==", "==inner==");
         row("nested", multipart("mixed", {inner}), "the plain one");
+        row("an inner boundary that begins like the outer one",
+            QByteArray(
+                "Content-Type: multipart/mixed; boundary=b\n\n--b\nContent-Type: multipart/mixed; boundary=b1\n\n--b1\n\ninner\n--b1--\n--b\n\nouter\n--b--\n"),
+            "inner");
+        row("a boundary inside a line is none", multipart("mixed", {"\na --==b==\nb"}), "a --==b==\nb");
+        row("blanks behind a boundary",
+            QByteArray("Content-Type: multipart/mixed; boundary=b\n\n--b \t\n\ntext\n--b-- \n"), "text");
+        row("nothing behind the last boundary",
+            multipart("mixed", {"Content-Type: image/png\n\nx"}) + "\nepilogue\n--==b==\n\nlate", "");
+        row("an inner multipart without its boundary",
+            multipart("mixed", {"Content-Type: multipart/mixed; boundary=zz\n\nraw"}), "raw");
         row("a forwarded mail", multipart("mixed", {"Content-Type: message/rfc822\n\nSubject: inner\n\nforwarded"}),
             "forwarded");
         row("the last boundary is missing", "Content-Type: multipart/mixed; boundary=x\n\n--x\n\nopen end", "open end");

@@ -191,6 +191,15 @@ void add_structures(const QByteArray &account, mails &all)
                    head_to(account) + "Content-Type: text/plain" + QByteArray("; a=b").repeated(100000) + "\n\nx\n"});
     all.push_back({"a charset in a thousand pieces", head_to(account) + "Content-Type: text/plain" +
                                                          QByteArray("; charset*0=u").repeated(1000) + "\n\nx\n"});
+    all.push_back(
+        {"a million groups within groups in an inner mail",
+         head_to(account) + "Content-Type: message/rfc822\n\nTo: " + QByteArray("g:").repeated(1000000) + "\n\nx\n"});
+    all.push_back({"thirty thousand groups within groups",
+                   "To: " + QByteArray("g:").repeated(30000) + account + "\nSubject: x\n\nx\n"});
+    all.push_back({"nested parts, then a million other boundaries", deep + QByteArray("--x\n").repeated(1000000)});
+    all.push_back({"a million empty parts", multipart_head(account, "b") + QByteArray("\nx\n--b\n").repeated(500000)});
+    all.push_back({"half a million fields in a part",
+                   multipart_head(account, "b") + "--b\n" + QByteArray("X: y\n").repeated(500000) + "\nx\n--b--\n"});
     all.push_back({"an encoding nobody knows", head_to(account) + "Content-Transfer-Encoding: x-secret\n\nx\n"});
 }
 

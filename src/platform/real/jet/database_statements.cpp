@@ -167,7 +167,7 @@ void database::bind_moment(const binding &what, int place)
     if (date.isValid() && time.isValid())
         parameters.date(place, QDateTime(date, time, Qt::UTC));
     else
-        parameters.text(place, u"no date");
+        parameters.null(place);
 }
 
 // --- reading

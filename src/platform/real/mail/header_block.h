@@ -10,7 +10,7 @@ namespace mime {
 // there more than once: the first one, but To, whose further ones follow behind a comma.
 struct header_block {
     QByteArray to, subject, from, reply_to, message_id, references, in_reply_to;
-    QByteArray content_type, transfer_encoding;
+    QByteArray content_type, transfer_encoding, disposition;
     qsizetype body_at = 0; // where the text behind the header begins
     bool complete = false; // the empty line was met (else the bytes may be cut)
 };

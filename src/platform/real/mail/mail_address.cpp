@@ -11,6 +11,7 @@ namespace {
 constexpr qsizetype longest_address = 254; // what the mail protocols carry
 constexpr int most_addresses = 2000;
 constexpr int deepest_group = 8;
+constexpr int most_colons = 200;
 
 bool holds_control_or_blank(const QString &text)
 {
@@ -27,6 +28,18 @@ QString bare_address(InternetAddressMailbox *mailbox)
         return {};
     const QByteArrayView raw(address);
     return raw.startsWith("=?") ? mime::decode_header_text(raw) : mime::text_in_charset(raw, {});
+}
+
+// The library descends into a group for every colon, as deep as its stack and deeper.
+QByteArray without_endless_groups(const QByteArray &field)
+{
+    qsizetype colon = -1;
+    for (int count = 0; count < most_colons; ++count) {
+        colon = field.indexOf(':', colon + 1);
+        if (colon < 0)
+            return field;
+    }
+    return field.first(colon);
 }
 
 void collect(InternetAddressList *list, int depth, QStringList &found)
@@ -52,7 +65,7 @@ QStringList addresses_in(const QByteArray &field)
     if (field.isEmpty())
         return {};
     mime::start_gmime();
-    QByteArray text = field;
+    QByteArray text = without_endless_groups(field);
     text.replace('\0', ' ');
     const std::unique_ptr<InternetAddressList, mime::unref_object> list(
         internet_address_list_parse(nullptr, text.constData()));

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
+#include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -48,6 +49,26 @@ int rename_under_free_name(const QByteArray &from, const QByteArray &folder, con
     return failure;
 }
 
+// Where the mail is now, when another program has changed its flags meanwhile; "" when it is gone.
+QByteArray present_path(const QByteArray &from_folder, const QByteArray &name)
+{
+    const QByteArrayView base = base_name(name);
+    for (const char *part : {"/cur/", "/new/"}) {
+        const QByteArray path = from_folder + part;
+        DIR *reader = opendir(path.constData());
+        if (!reader)
+            continue;
+        QByteArray found;
+        while (const dirent *file = readdir(reader))
+            if (base_name(QByteArrayView(file->d_name)) == base)
+                found = path + file->d_name;
+        closedir(reader);
+        if (!found.isEmpty())
+            return found;
+    }
+    return {};
+}
+
 void sync_folder(const QByteArray &path)
 {
     const int folder = open(path.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
@@ -82,7 +103,13 @@ void move_queue::move_one(const wanted_move &move)
 {
     const QByteArray source_folder = move.from_folder + (move.is_new ? "/new/" : "/cur/");
     const QByteArray target_folder = move.to_folder + "/cur/";
-    const int failure = rename_under_free_name(source_folder + move.name, target_folder, name_for_cur(move.name));
+    int failure = rename_under_free_name(source_folder + move.name, target_folder, name_for_cur(move.name));
+    if (failure == ENOENT) {
+        const QByteArray path = present_path(move.from_folder, move.name);
+        const QByteArray name = path.sliced(path.lastIndexOf('/') + 1);
+        if (!path.isEmpty())
+            failure = rename_under_free_name(path, target_folder, name_for_cur(name));
+    }
     if (failure != 0)
         return failures.push_back(file_failure("The mail cannot be moved", source_folder + move.name, failure));
     for (const QByteArray &folder : {target_folder, source_folder})
