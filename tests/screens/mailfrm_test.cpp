@@ -237,6 +237,7 @@ private slots:
     void no_accounts_are_told()
     {
         screens_site site;
+        session.no_fetch = true;
         the<mailfrm>().load();
         QCOMPARE(site.boxes.shown, QStringList{"Mail ids not yet configured"});
     }
