@@ -80,7 +80,9 @@ void list_view::paintEvent(QPaintEvent *event)
     if (empty_text.isEmpty() || (model() && model()->rowCount() > 0))
         return;
     QPainter painter(viewport());
-    painter.setPen(palette().color(QPalette::Disabled, QPalette::Text));
+    QColor quiet = palette().color(QPalette::Text);
+    quiet.setAlpha(170);
+    painter.setPen(quiet);
     painter.drawText(viewport()->rect().adjusted(24, 24, -24, -24), Qt::AlignCenter | Qt::TextWordWrap, empty_text);
 }
 

@@ -153,6 +153,30 @@ private slots:
         QCOMPARE(control<QPlainTextEdit>(screen, "txt_body").toPlainText(), "Two\n<b>not bold</b>");
     }
 
+    void an_endless_text_is_shown_from_its_start()
+    {
+        screens_site site;
+        site.store.add_account("orders", "orders@shop.example");
+        store_mail(site, "orders", "ann@mail.example", "Long", "8/6/2026 9:00:00 AM", QString(2000000, 'q'));
+        mailfrm &screen = stored_mails_shown();
+        click_row(control<list_view>(screen, "LV_sub"), 0);
+        const QString shown = control<QPlainTextEdit>(screen, "txt_body").toPlainText();
+        QCOMPARE(shown.count('q'), 300000);
+        QVERIFY(shown.endsWith("(The text is longer than what is shown here.)"));
+    }
+
+    void a_long_subject_does_not_widen_the_screen()
+    {
+        screens_site site;
+        site.store.add_account("orders", "orders@shop.example");
+        store_mail(site, "orders", "ann@mail.example", QString(250, 'W'), "8/6/2026 9:00:00 AM");
+        mailfrm &screen = stored_mails_shown();
+        const int width = screen.width();
+        click_row(control<list_view>(screen, "LV_sub"), 0);
+        QCOMPARE(screen.width(), width);
+        QVERIFY(screen.minimumSizeHint().width() <= 700);
+    }
+
     void received_sorts_by_date_and_marks_its_head()
     {
         screens_site site;
