@@ -4,10 +4,22 @@
 
 #include <QHeaderView>
 #include <QPainter>
+#include <QStyledItemDelegate>
 
 namespace {
 
 const auto widths_section = QStringLiteral("screens");
+
+// Rows with some air between them.
+class airy_rows : public QStyledItemDelegate {
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+    QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override
+    {
+        constexpr int air = 6;
+        return QStyledItemDelegate::sizeHint(option, index) + QSize(0, air);
+    }
+};
 
 QString widths_text(const QHeaderView &heads)
 {
@@ -21,6 +33,7 @@ QString widths_text(const QHeaderView &heads)
 
 list_view::list_view(QWidget *parent) : QTreeView(parent)
 {
+    setItemDelegate(new airy_rows(this));
     setRootIsDecorated(false);
     setUniformRowHeights(true); // fifty thousand rows open at once
     setAllColumnsShowFocus(true);
@@ -67,7 +80,9 @@ void list_view::paintEvent(QPaintEvent *event)
     if (empty_text.isEmpty() || (model() && model()->rowCount() > 0))
         return;
     QPainter painter(viewport());
-    painter.setPen(palette().color(QPalette::Disabled, QPalette::Text));
+    QColor quiet = palette().color(QPalette::Text);
+    quiet.setAlpha(170);
+    painter.setPen(quiet);
     painter.drawText(viewport()->rect().adjusted(24, 24, -24, -24), Qt::AlignCenter | Qt::TextWordWrap, empty_text);
 }
 

@@ -14,8 +14,8 @@ constexpr quint32 usual_seed = 20260813;
 // Points spread over the whole run, one at random in each equal part of it.
 QList<int> points_in(int calls, int points)
 {
-    const quint32 seed = qEnvironmentVariableIsSet("TESSALY_SEED") ? qEnvironmentVariable("TESSALY_SEED").toUInt()
-                                                                   : usual_seed;
+    const quint32 seed =
+        qEnvironmentVariableIsSet("TESSALY_SEED") ? qEnvironmentVariable("TESSALY_SEED").toUInt() : usual_seed;
     qInfo("%d calls in a whole fetch, seed %u", calls, seed);
     QRandomGenerator random(seed);
     QList<int> chosen;

@@ -10,7 +10,7 @@ namespace {
 
 const char *const first_steps = "Mail > Fetch Mail takes the form mails of your accounts out of your Inbox.\n"
                                 "Mail > Mail Auditor shows the mails that are stored.\n"
-                                "F1 opens the help, Help > Show Tips a few hints.";
+                                "Help > Show Tips gives a few hints.";
 
 }
 
@@ -52,6 +52,9 @@ void console_area::paintEvent(QPaintEvent *event)
     QColor quiet = palette().color(QPalette::WindowText);
     quiet.setAlpha(190);
     painter.setPen(quiet);
-    painter.drawText(QRect(room.left(), picture.bottom() + 60, room.width(), 90), Qt::AlignHCenter | Qt::AlignTop,
-                     first_steps);
+    QRect line(room.left(), picture.bottom() + 60, room.width(), 22);
+    for (const QString &step : QString(first_steps).split(u'\n')) {
+        painter.drawText(line, Qt::AlignCenter, step);
+        line.translate(0, line.height());
+    }
 }

@@ -19,9 +19,6 @@ frmSplash::frmSplash(QWidget *parent)
     QFont title = font();
     title.setPointSizeF(title.pointSizeF() * 2.4);
     ui->lblProductName->setFont(title);
-    QPalette quiet = ui->dismiss_lb->palette();
-    quiet.setColor(QPalette::WindowText, quiet.color(QPalette::Disabled, QPalette::WindowText));
-    ui->dismiss_lb->setPalette(quiet);
     setFocusPolicy(Qt::StrongFocus);
 
     connect(ui->nexttip_b, &QPushButton::clicked, this, &frmSplash::nexttip_b_Click);

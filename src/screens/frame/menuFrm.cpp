@@ -171,7 +171,8 @@ void menuFrm::exit_Click()
 
 void menuFrm::contents_Click()
 {
-    show_help({});
+    if (!show_help({}))
+        status_line("There is no help file beside the program.");
 }
 
 void menuFrm::showtips_Click()

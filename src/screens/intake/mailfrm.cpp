@@ -4,6 +4,7 @@
 #include "frame/session.h"
 #include "frame/status.h"
 #include "frame/store.h"
+#include "frame/text.h"
 #include "intake/fetch.h"
 #include "intake/mail_lines.h"
 #include "intake/mail_source.h"
@@ -18,6 +19,24 @@ const char *const empty_inbox = "No mail is stored yet.\nChoose Mail > Fetch Mai
                                 "accounts from your Inbox.";
 const char *const empty_sent = "Nothing was sent yet.\nEvery mail that the program sends is listed here.";
 const char *const nothing_found = "No mail matches the search.\nEmpty the search box to see all mails again.";
+
+// Mail is hostile: a text of many megabytes would stop the program for as long as it is laid out.
+QString shown_text(const QString &body)
+{
+    constexpr qsizetype most_shown = 300000;
+    if (body.size() <= most_shown)
+        return body;
+    return left(body, most_shown) + "\n\n(The text is longer than what is shown here.)";
+}
+
+// The line whose mail is read: the one with the keyboard's frame, else the first of the selected ones.
+QModelIndex selected_line(const list_view &view)
+{
+    const QModelIndexList rows = view.selectionModel()->selectedRows();
+    if (rows.isEmpty() || view.selectionModel()->isRowSelected(view.currentIndex().row()))
+        return rows.isEmpty() ? QModelIndex() : view.currentIndex();
+    return rows.first();
+}
 
 }
 
@@ -35,8 +54,8 @@ mailfrm::mailfrm(QWidget *parent)
     ui->qt_splitter->setStretchFactor(1, 2);
     set_up_lists();
 
-    connect(ui->LV_sub->selectionModel(), &QItemSelectionModel::currentRowChanged, this, &mailfrm::LV_sub_Click);
-    connect(ui->LV_sub_si->selectionModel(), &QItemSelectionModel::currentRowChanged, this, &mailfrm::LV_sub_si_Click);
+    connect(ui->LV_sub->selectionModel(), &QItemSelectionModel::selectionChanged, this, &mailfrm::LV_sub_Click);
+    connect(ui->LV_sub_si->selectionModel(), &QItemSelectionModel::selectionChanged, this, &mailfrm::LV_sub_si_Click);
     connect(ui->inb, &QToolButton::clicked, this, &mailfrm::inb_Click);
     connect(ui->sitm, &QToolButton::clicked, this, &mailfrm::sitm_Click);
     connect(ui->search_t, &QLineEdit::textChanged, this, &mailfrm::search_t_Change);
@@ -55,11 +74,12 @@ void mailfrm::set_up_lists()
 void mailfrm::set_up_list(list_view &view, mail_list &rows, const QString &name)
 {
     view.setModel(&rows);
-    view.remember_columns(name, {250, 420, 180});
+    view.remember_columns(name, {240, 400, 170});
 }
 
 void mailfrm::Load()
 {
+    ui->LV_sub->setFocus();
     const bool all_went = guarded("Mailfrm.frm", "Form_load", [this] {
         open_store_if_closed();
         if (session.no_fetch)
@@ -121,21 +141,23 @@ void mailfrm::show_no_mail()
 void mailfrm::show_mail(const intake::mail_text &mail, const QString &who_caption)
 {
     ui->lbl_from->setText(who_caption + mail.who + "\nSub:   " + mail.subject + "\nDate:  " + mail.date);
-    ui->txt_body->setPlainText(mail.body);
+    ui->txt_body->setPlainText(shown_text(mail.body));
 }
 
-void mailfrm::LV_sub_Click(const QModelIndex &current)
+void mailfrm::LV_sub_Click()
 {
     show_no_mail();
+    const QModelIndex current = selected_line(*ui->LV_sub);
     if (!current.isValid())
         return;
     guarded("Mailfrm.frm", "LV_sub",
             [&] { show_mail(intake::stored_mail_text(inbox_rows->line(current.row())), "From:  "); });
 }
 
-void mailfrm::LV_sub_si_Click(const QModelIndex &current)
+void mailfrm::LV_sub_si_Click()
 {
     show_no_mail();
+    const QModelIndex current = selected_line(*ui->LV_sub_si);
     if (!current.isValid())
         return;
     guarded("Mailfrm.frm", "LV_sub_si",
@@ -145,14 +167,14 @@ void mailfrm::LV_sub_si_Click(const QModelIndex &current)
 void mailfrm::inb_Click()
 {
     ui->qt_views->setCurrentWidget(ui->inbox_fr);
-    LV_sub_Click(ui->LV_sub->currentIndex());
+    LV_sub_Click();
 }
 
 void mailfrm::sitm_Click()
 {
     guarded("Mailfrm.frm", "sentitems_b_click", [this] { populate_sentitems_tbl(); });
     ui->qt_views->setCurrentWidget(ui->sentitems_fr);
-    LV_sub_si_Click(ui->LV_sub_si->currentIndex());
+    LV_sub_si_Click();
 }
 
 void mailfrm::search_t_Change(const QString &words)

@@ -37,8 +37,8 @@ private:
     void set_up_list(list_view &view, mail_list &rows, const QString &name);
     void show_no_mail();
     void show_mail(const intake::mail_text &mail, const QString &who_caption);
-    void LV_sub_Click(const QModelIndex &current);
-    void LV_sub_si_Click(const QModelIndex &current);
+    void LV_sub_Click();
+    void LV_sub_si_Click();
     void inb_Click();
     void sitm_Click();
     void search_t_Change(const QString &words);

@@ -1,0 +1,88 @@
+// Closing the console: the back-up question, its two answers, and nothing asked twice.
+#include "frame/messages.h"
+#include "platform/settings.h"
+#include "screens/frame/Exit_frm.h"
+#include "screens/frame/closing.h"
+#include "screens/frame/menuFrm.h"
+#include "screens/screen.h"
+#include "support/screens_driver.h"
+#include "support/screens_site.h"
+
+#include <QAction>
+#include <QDir>
+#include <QFile>
+#include <QTest>
+#include <QTimer>
+
+class closing_test : public QObject {
+    Q_OBJECT
+
+    int ends = 0;
+
+private slots:
+    void init()
+    {
+        ends = 0;
+        set_program_end([this] { ++ends; });
+    }
+    void cleanup() { set_program_end({}); }
+
+    void no_ends_the_program_with_no_back_up_and_no_further_question()
+    {
+        screens_site site;
+        site.boxes.will_say_no();
+        menuFrm console;
+        console.show();
+        console.close();
+        QCOMPARE(site.boxes.shown, QStringList{"Would you like to backup your data?"});
+        QCOMPARE(site.boxes.boxes[0].title, "Tessaly");
+        QVERIFY(site.boxes.boxes[0].kind == message_kind::yes_no);
+        QCOMPARE(ends, 1);
+        QVERIFY(!is_loaded<Exit_frm>());
+    }
+
+    void yes_copies_the_store_behind_a_screen_and_then_ends()
+    {
+        screens_site site;
+        QDir().mkpath(site.file("copies/data"));
+        SaveSetting("main", "backup", site.file("copies"));
+        site.boxes.will_say_yes();
+        menuFrm console;
+        console.show();
+        control<QAction>(console, "exit").trigger();
+        QVERIFY(is_visible<Exit_frm>());
+        QCOMPARE(ends, 0); // the screen paints first
+        QTRY_COMPARE(ends, 1);
+        QVERIFY(QFile::exists(site.file("copies/data/Tessaly.mdb")));
+        QVERIFY(!control<QTimer>(the<Exit_frm>(), "Timer1").isActive());
+    }
+
+    void a_second_close_asks_nothing_more()
+    {
+        screens_site site;
+        site.boxes.will_say_no();
+        menuFrm console;
+        console.show();
+        console.close();
+        console.close();
+        QCOMPARE(site.boxes.shown.size(), 1);
+        QCOMPARE(ends, 1);
+    }
+
+    void a_close_during_long_work_is_not_heard()
+    {
+        screens_site site;
+        menuFrm console;
+        console.show();
+        {
+            const busy_scope working;
+            console.close();
+        }
+        QVERIFY(site.boxes.shown.isEmpty());
+        QCOMPARE(ends, 0);
+        QVERIFY(console.isVisible());
+    }
+};
+
+QTEST_MAIN(closing_test)
+#include "closing_test.moc"

@@ -1,0 +1,128 @@
+// The console's menu: every menu and command with its name and caption in the order shown, and which ones work.
+#include "frame/session.h"
+#include "frame/status.h"
+#include "screens/frame/menuFrm.h"
+#include "screens/intake/mailfrm.h"
+#include "screens/screen.h"
+#include "support/screens_driver.h"
+#include "support/screens_site.h"
+
+#include <QAction>
+#include <QMenu>
+#include <QMenuBar>
+#include <QStatusBar>
+#include <QTest>
+
+namespace {
+
+// Name and caption, two blanks deeper for each level.
+void add_outline(const QList<QAction *> &actions, const QString &indent, QStringList &outline)
+{
+    for (const QAction *action : actions) {
+        const QString name = action->menu() ? action->menu()->objectName() : action->objectName();
+        outline += indent + name + " \"" + action->text() + "\"";
+        if (action->menu())
+            add_outline(action->menu()->actions(), indent + "  ", outline);
+    }
+}
+
+const QStringList whole_menu{
+    "file \"&File\"",
+    "  da \"&Database\"",
+    "    import1 \"&Import\"",
+    "    export \"&Export\"",
+    "    dma \"&Manager\"",
+    "  rst_bkp \"Restore from Backup\"",
+    "  exit \"E&xit\"",
+    "mail \"&Mail\"",
+    "  fetchmail \"&Fetch Mail\"",
+    "  direct_mail \"M&ail Wizard\"",
+    "  mmw \"&Mail Mapping Wizard\"",
+    "  menu \"Mail &Template Wizard\"",
+    "    nt \"New Template\"",
+    "    ot \"Open Existing Template\"",
+    "  mauditor_mnu \"Mail A&uditor\"",
+    "  unsubopt_mnu \"&Subscription Manager\"",
+    "label \"&Labels\"",
+    "  label1 \"Label &Formatter\"",
+    "  gen_lab \"Label &Wizard\"",
+    "  lprint \"&Print\"",
+    "webform_mnu \"&Web Form\"",
+    "  frmBuild_mnu \"Form &Building Wizard\"",
+    "  amendEx_mnu \"&Amend Existing Form\"",
+    "  ftp \"&FTP Wizard\"",
+    "preferences \"&Preferences\"",
+    "  general \"General\"",
+    "  account \"Accounts\"",
+    "help \"&Help\"",
+    "  contents \"&Contents              F1\"",
+    "  showtips \"&Show Tips\"",
+    "  about \"&About\"",
+    "openprev \"&Open\"",
+    "  openex_mnu \"Open Tessaly Form\"",
+    "  openmy_mnu \"Open My Own Form\"",
+    "composer_mnu \"&Composer\"",
+    "  edit_composer \"Edit\"",
+    "  view_composer \"View\"",
+    "  ins_c \"Insert\"",
+    "  format_composer \"Format\"",
+    "  table \"Table\"",
+};
+
+}
+
+class console_menu_test : public QObject {
+    Q_OBJECT
+private slots:
+    void the_menu_is_whole_and_in_order()
+    {
+        screens_site site;
+        menuFrm console;
+        QStringList outline;
+        add_outline(console.menuBar()->actions(), "", outline);
+        QCOMPARE(outline, whole_menu);
+    }
+
+    void commands_without_a_screen_are_disabled_not_missing()
+    {
+        screens_site site;
+        menuFrm console;
+        QStringList enabled;
+        for (const QAction *action : console.findChildren<QAction *>()) {
+            if (!action->menu() && !action->objectName().isEmpty() && action->isEnabled())
+                enabled += action->objectName();
+        }
+        enabled.sort();
+        QCOMPARE(enabled, (QStringList{"about", "contents", "exit", "fetchmail", "mauditor_mnu", "showtips"}));
+    }
+
+    void composer_menus_are_hidden()
+    {
+        screens_site site;
+        menuFrm console;
+        QVERIFY(!control<QMenu>(console, "composer_mnu").menuAction()->isVisible());
+    }
+
+    void mail_auditor_shows_and_does_not_fetch()
+    {
+        screens_site site;
+        site.store.add_account("orders", "orders@shop.example");
+        site.deliver_mail("orders@shop.example");
+        menuFrm console;
+        control<QAction>(console, "mauditor_mnu").trigger();
+        QVERIFY(is_visible<mailfrm>());
+        QVERIFY(session.no_fetch);
+        QCOMPARE(site.rows_of("orders"), 0);
+    }
+
+    void status_lines_go_to_the_status_bar()
+    {
+        screens_site site;
+        menuFrm console;
+        status_line("Something to know");
+        QCOMPARE(console.statusBar()->currentMessage(), "Something to know");
+    }
+};
+
+QTEST_MAIN(console_menu_test)
+#include "console_menu_test.moc"

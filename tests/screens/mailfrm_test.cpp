@@ -1,0 +1,280 @@
+// The Mail Auditor: loading fetches, the lists, their sorting and search, the text of a mail.
+#include "frame/session.h"
+#include "screens/intake/mailfrm.h"
+#include "screens/list_view.h"
+#include "screens/screen.h"
+#include "support/screens_driver.h"
+#include "support/screens_site.h"
+
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QTest>
+#include <QToolButton>
+
+namespace {
+
+void store_mail(screens_site &site, const QString &table, const QString &from, const QString &subject,
+                const QString &date, const QString &body = "Text")
+{
+    site.store.run("insert into " + table + " (tsl_subject,tsl_recdate,tsl_Email,tsl_status,tsl_body) values('" +
+                   subject + "','" + date + "','" + from + "','new','" + body + "')");
+}
+
+QStringList column_texts(const list_view &list, int column)
+{
+    QStringList texts;
+    for (int row = 0; row < list.model()->rowCount(); ++row)
+        texts += list.model()->index(row, column).data().toString();
+    return texts;
+}
+
+QStringList head_marks(const list_view &list)
+{
+    QStringList marks;
+    for (int column = 0; column < list.model()->columnCount(); ++column)
+        marks += list.model()->headerData(column, Qt::Horizontal, Qt::WhatsThisRole).toString();
+    return marks;
+}
+
+void click_head(list_view &list, int column)
+{
+    QHeaderView &head = *list.header();
+    const QPoint middle(head.sectionViewportPosition(column) + head.sectionSize(column) / 2, head.height() / 2);
+    QTest::mouseClick(head.viewport(), Qt::LeftButton, {}, middle);
+}
+
+void click_row(list_view &list, int row)
+{
+    QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, list.visualRect(list.model()->index(row, 0)).center());
+}
+
+mailfrm &stored_mails_shown()
+{
+    session.no_fetch = true;
+    the<mailfrm>().show();
+    return the<mailfrm>();
+}
+
+}
+
+class mailfrm_test : public QObject {
+    Q_OBJECT
+private slots:
+    void making_the_screen_does_not_fetch()
+    {
+        screens_site site;
+        site.store.add_account("orders", "orders@shop.example");
+        site.deliver_mail("orders@shop.example");
+        const mailfrm screen;
+        QCOMPARE(site.rows_of("orders"), 0);
+    }
+
+    void loading_it_fetches_parses_and_lists_without_showing()
+    {
+        screens_site site;
+        const qint64 account = site.store.add_account("orders", "orders@shop.example");
+        site.store.add_map("shop", account, "Order", {{.name = "city", .piece = 1}});
+        site.deliver_mail("orders@shop.example", "Order", "Bath");
+        site.deliver_mail("friend@shop.example", "Lunch?", "At noon");
+        the<mailfrm>().load();
+        QCOMPARE(site.store.cell("select city from shop"), "Bath");
+        QCOMPARE(column_texts(control<list_view>(the<mailfrm>(), "LV_sub"), 1), QStringList{"Order"});
+        QCOMPARE(control<QLabel>(the<mailfrm>(), "Label3").text(), "1 of 2 mails processed");
+        QVERIFY(!is_visible<mailfrm>());
+    }
+
+    void with_no_fetch_it_only_shows_what_is_stored()
+    {
+        screens_site site;
+        site.store.add_account("orders", "orders@shop.example");
+        store_mail(site, "orders", "ann@mail.example", "Old", "8/6/2026 9:00:00 AM");
+        site.deliver_mail("orders@shop.example", "New");
+        const auto &list = control<list_view>(stored_mails_shown(), "LV_sub");
+        QCOMPARE(column_texts(list, 1), QStringList{"Old"});
+        QCOMPARE(site.rows_of("orders"), 1);
+    }
+
+    void the_lists_have_their_heads_and_the_screen_its_title()
+    {
+        screens_site site;
+        mailfrm screen;
+        const auto heads = [&screen](const char *name) {
+            const QAbstractItemModel &rows = *control<list_view>(screen, name).model();
+            return QStringList{rows.headerData(0, Qt::Horizontal).toString(),
+                               rows.headerData(1, Qt::Horizontal).toString(),
+                               rows.headerData(2, Qt::Horizontal).toString()};
+        };
+        QCOMPARE(screen.windowTitle(), "Tessaly - Inbox");
+        QCOMPARE(heads("LV_sub"), (QStringList{"From", "Subject", "Received"}));
+        QCOMPARE(heads("LV_sub_si"), (QStringList{"To", "Subject", "Sent"}));
+        QCOMPARE(control<QToolButton>(screen, "inb").text(), "Inbox");
+        QCOMPARE(control<QToolButton>(screen, "sitm").text(), "Sent Item");
+    }
+
+    void the_mails_of_all_accounts_are_listed()
+    {
+        screens_site site;
+        site.store.add_account("orders", "orders@shop.example");
+        site.store.add_account("contact", "hello@shop.example");
+        store_mail(site, "contact", "bob@mail.example", "Question", "8/5/2026 9:00:00 AM");
+        store_mail(site, "orders", "ann@mail.example", "Order", "8/6/2026 1:02:03 PM");
+        const auto &list = control<list_view>(stored_mails_shown(), "LV_sub");
+        QCOMPARE(column_texts(list, 0), (QStringList{"ann@mail.example", "bob@mail.example"}));
+        QCOMPARE(column_texts(list, 2), (QStringList{"8/6/2026 1:02:03 PM", "8/5/2026 9:00:00 AM"}));
+    }
+
+    void an_account_without_its_table_does_not_hide_the_others()
+    {
+        screens_site site;
+        site.store.add_account("orders", "orders@shop.example");
+        site.store.add_account("contact", "hello@shop.example");
+        store_mail(site, "contact", "bob@mail.example", "Question", "8/5/2026 9:00:00 AM");
+        site.store.run("drop table orders");
+        const auto &list = control<list_view>(stored_mails_shown(), "LV_sub");
+        QCOMPARE(column_texts(list, 1), QStringList{"Question"});
+        QCOMPARE(session.err_form, "Mailfrm.frm");
+        QCOMPARE(session.err_routine, "showmails_from_database");
+        QCOMPARE(site.status_lines.size(), 1);
+    }
+
+    void a_click_shows_the_lines_above_and_the_text()
+    {
+        screens_site site;
+        site.store.add_account("orders", "orders@shop.example");
+        store_mail(site, "orders", "ann@mail.example", "First", "8/6/2026 9:00:00 AM", "One");
+        store_mail(site, "orders", "bob@mail.example", "Second", "8/6/2026 1:02:03 PM", "Two\r\n<b>not bold</b>");
+        mailfrm &screen = stored_mails_shown();
+        click_row(control<list_view>(screen, "LV_sub"), 1);
+        QCOMPARE(control<QLabel>(screen, "lbl_from").text(),
+                 "From:  bob@mail.example\nSub:   Second\nDate:  8/6/2026 1:02:03 PM");
+        QCOMPARE(control<QLabel>(screen, "lbl_from").textFormat(), Qt::PlainText);
+        QCOMPARE(control<QPlainTextEdit>(screen, "txt_body").toPlainText(), "Two\n<b>not bold</b>");
+    }
+
+    void an_endless_text_is_shown_from_its_start()
+    {
+        screens_site site;
+        site.store.add_account("orders", "orders@shop.example");
+        store_mail(site, "orders", "ann@mail.example", "Long", "8/6/2026 9:00:00 AM", QString(2000000, 'q'));
+        mailfrm &screen = stored_mails_shown();
+        click_row(control<list_view>(screen, "LV_sub"), 0);
+        const QString shown = control<QPlainTextEdit>(screen, "txt_body").toPlainText();
+        QCOMPARE(shown.count('q'), 300000);
+        QVERIFY(shown.endsWith("(The text is longer than what is shown here.)"));
+    }
+
+    void a_long_subject_does_not_widen_the_screen()
+    {
+        screens_site site;
+        site.store.add_account("orders", "orders@shop.example");
+        store_mail(site, "orders", "ann@mail.example", QString(250, 'W'), "8/6/2026 9:00:00 AM");
+        mailfrm &screen = stored_mails_shown();
+        const int width = screen.width();
+        click_row(control<list_view>(screen, "LV_sub"), 0);
+        QCOMPARE(screen.width(), width);
+        QVERIFY(screen.minimumSizeHint().width() <= 700);
+    }
+
+    void received_sorts_by_date_and_marks_its_head()
+    {
+        screens_site site;
+        site.store.add_account("orders", "orders@shop.example");
+        store_mail(site, "orders", "a@mail.example", "october", "10/1/2026 9:00:00 AM");
+        store_mail(site, "orders", "b@mail.example", "september", "9/30/2026 9:00:00 PM");
+        store_mail(site, "orders", "c@mail.example", "year before", "12/31/2025 11:59:59 PM");
+        auto &list = control<list_view>(stored_mails_shown(), "LV_sub");
+        QCOMPARE(head_marks(list), (QStringList{"keynone", "keynone", "keynone"}));
+        click_head(list, 2);
+        QCOMPARE(column_texts(list, 1), (QStringList{"year before", "september", "october"}));
+        QCOMPARE(head_marks(list), (QStringList{"keynone", "keynone", "key1"}));
+        click_head(list, 2);
+        QCOMPARE(column_texts(list, 1), (QStringList{"october", "september", "year before"}));
+        QCOMPARE(head_marks(list), (QStringList{"keynone", "keynone", "key2"}));
+    }
+
+    void the_other_columns_sort_as_text_in_any_case()
+    {
+        screens_site site;
+        site.store.add_account("orders", "orders@shop.example");
+        store_mail(site, "orders", "x@mail.example", "banana", "8/6/2026 9:00:00 AM");
+        store_mail(site, "orders", "y@mail.example", "Cherry", "8/6/2026 9:00:00 AM");
+        store_mail(site, "orders", "z@mail.example", "Apple", "8/6/2026 9:00:00 AM");
+        auto &list = control<list_view>(stored_mails_shown(), "LV_sub");
+        click_head(list, 1);
+        QCOMPARE(column_texts(list, 1), (QStringList{"Apple", "banana", "Cherry"}));
+        QCOMPARE(head_marks(list), (QStringList{"keynone", "key1", "keynone"}));
+    }
+
+    void the_selected_mail_stays_selected_when_the_list_is_sorted()
+    {
+        screens_site site;
+        site.store.add_account("orders", "orders@shop.example");
+        store_mail(site, "orders", "x@mail.example", "b", "8/6/2026 9:00:00 AM", "Text of b");
+        store_mail(site, "orders", "y@mail.example", "a", "8/6/2026 9:00:00 AM", "Text of a");
+        mailfrm &screen = stored_mails_shown();
+        auto &list = control<list_view>(screen, "LV_sub");
+        click_row(list, 0);
+        click_head(list, 1);
+        QCOMPARE(list.currentIndex().row(), 1);
+        QCOMPARE(control<QPlainTextEdit>(screen, "txt_body").toPlainText(), "Text of b");
+    }
+
+    void the_search_shows_the_mails_that_hold_the_words()
+    {
+        screens_site site;
+        site.store.add_account("orders", "orders@shop.example");
+        store_mail(site, "orders", "ann@mail.example", "Roses", "8/6/2026 9:00:00 AM");
+        store_mail(site, "orders", "rosa@mail.example", "Order", "8/6/2026 9:00:00 AM");
+        store_mail(site, "orders", "bob@mail.example", "Other", "8/6/2026 9:00:00 AM");
+        mailfrm &screen = stored_mails_shown();
+        const auto &list = control<list_view>(screen, "LV_sub");
+        QTest::keyClicks(&control<QLineEdit>(screen, "search_t"), "ROS");
+        QCOMPARE(column_texts(list, 1), (QStringList{"Roses", "Order"}));
+        control<QLineEdit>(screen, "search_t").clear();
+        QCOMPARE(list.model()->rowCount(), 3);
+    }
+
+    void sent_item_lists_what_was_sent()
+    {
+        screens_site site;
+        site.store.add_account("orders", "orders@shop.example");
+        site.store.run("insert into sentitems_tbl (tsl_to,tsl_subject,tsl_sentdate,tsl_body,tsl_sentaccount,"
+                       "tsl_sentmailid) values('cat@mail.example','Thanks','8/7/2026 10:00:00 AM','Body of it',"
+                       "'orders','orders@shop.example')");
+        mailfrm &screen = stored_mails_shown();
+        QTest::mouseClick(&control<QToolButton>(screen, "sitm"), Qt::LeftButton);
+        auto &list = control<list_view>(screen, "LV_sub_si");
+        QVERIFY(control<QFrame>(screen, "sentitems_fr").isVisible());
+        QVERIFY(!control<QFrame>(screen, "inbox_fr").isVisible());
+        QCOMPARE(column_texts(list, 0), QStringList{"cat@mail.example"});
+        QCOMPARE(column_texts(list, 2), QStringList{"8/7/2026 10:00:00 AM"});
+        click_row(list, 0);
+        QCOMPARE(control<QLabel>(screen, "lbl_from").text(),
+                 "To:  cat@mail.example\nSub:   Thanks\nDate:  8/7/2026 10:00:00 AM");
+        QCOMPARE(control<QPlainTextEdit>(screen, "txt_body").toPlainText(), "Body of it");
+        QTest::mouseClick(&control<QToolButton>(screen, "inb"), Qt::LeftButton);
+        QVERIFY(control<QFrame>(screen, "inbox_fr").isVisible());
+    }
+
+    void no_accounts_are_told()
+    {
+        screens_site site;
+        session.no_fetch = true;
+        the<mailfrm>().load();
+        QCOMPARE(site.boxes.shown, QStringList{"Mail ids not yet configured"});
+    }
+
+    void column_widths_are_remembered()
+    {
+        screens_site site;
+        site.store.add_account("orders", "orders@shop.example");
+        control<list_view>(stored_mails_shown(), "LV_sub").setColumnWidth(0, 133);
+        the<mailfrm>().unload();
+        QCOMPARE(control<list_view>(stored_mails_shown(), "LV_sub").columnWidth(0), 133);
+    }
+};
+
+QTEST_MAIN(mailfrm_test)
+#include "mailfrm_test.moc"

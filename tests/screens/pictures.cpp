@@ -1,0 +1,161 @@
+// Saves a picture of every screen, on a light and on a dark desktop: screens_pictures FOLDER. No test: for eyes.
+#include "frame/messages.h"
+#include "frame/session.h"
+#include "intake/progress_page.h"
+#include "screens/frame/Exit_frm.h"
+#include "screens/frame/frmAbout.h"
+#include "screens/frame/frmSplash.h"
+#include "screens/frame/menuFrm.h"
+#include "screens/intake/mailfrm.h"
+#include "screens/intake/mapinprogress_frm.h"
+#include "screens/intake/mfetchinprogress_frm.h"
+#include "screens/list_view.h"
+#include "screens/message_boxes.h"
+#include "screens/screen.h"
+#include "support/screens_driver.h"
+#include "support/screens_site.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QFile>
+#include <QMenu>
+#include <QStyleFactory>
+#include <QTest>
+#include <QTimer>
+#include <QToolButton>
+
+namespace {
+
+struct album {
+    QString folder;
+    QString desktop; // "light" or "dark"
+
+    void keep(QWidget &window, const QString &name) const
+    {
+        QTest::qWait(30); // the animation's first frame
+        window.grab().save(folder + "/" + desktop + "-" + name + ".png");
+    }
+};
+
+QPalette dark_colours()
+{
+    QPalette colours(QColor(0x35, 0x37, 0x3a), QColor(0x2a, 0x2c, 0x2f));
+    colours.setColor(QPalette::Base, QColor(0x1f, 0x21, 0x23));
+    colours.setColor(QPalette::AlternateBase, QColor(0x27, 0x29, 0x2c));
+    colours.setColor(QPalette::Highlight, QColor(0x2f, 0x6f, 0xb5));
+    colours.setColor(QPalette::PlaceholderText, QColor(0x9a, 0x9d, 0xa1));
+    return colours;
+}
+
+void fill_site(screens_site &site)
+{
+    for (const char *file :
+         {"/delivered/tips.tip", "/delivered/pictures/otl-to-tsl.gif", "/delivered/pictures/tsl-to-dtb.gif"}) {
+        const QString from = QStringLiteral(SOURCE_ROOT) + file;
+        QFile::copy(from, site.file(from.section('/', -1)));
+    }
+    site.store.add_account("orders", "orders@rosecottage.example");
+    site.store.add_account("contact", "hello@rosecottage.example");
+    for (int number = 1; number <= 24; ++number) {
+        const bool order = number % 3 != 0;
+        site.deliver_mail(order ? "orders@rosecottage.example" : "hello@rosecottage.example",
+                          order ? "Order " + QString::number(1000 + number) : "Which roses grow in the shade?",
+                          "Name: Zoë Krämer\nCity: Köln\nItem: Lavender, blue\nQuantity: 12");
+    }
+}
+
+void picture_console(const album &pictures, menuFrm &console)
+{
+    pictures.keep(console, "menuFrm");
+    for (const char *name : {"file", "mail", "help"}) {
+        auto &menu = control<QMenu>(console, name);
+        menu.popup({});
+        pictures.keep(menu, QString("menuFrm-") + name);
+        menu.close();
+    }
+}
+
+void picture_auditor(const album &pictures, menuFrm &console)
+{
+    session.no_fetch = true;
+    the<mailfrm>().show();
+    pictures.keep(console, "mailfrm-empty");
+    the<mailfrm>().unload();
+    session.no_fetch = false;
+    the<mailfrm>().show();
+    auto &list = control<list_view>(the<mailfrm>(), "LV_sub");
+    list.setCurrentIndex(list.model()->index(3, 0));
+    pictures.keep(console, "mailfrm");
+    control<QToolButton>(the<mailfrm>(), "sitm").click();
+    pictures.keep(console, "mailfrm-sent");
+    the<mailfrm>().unload();
+}
+
+void picture_waits(const album &pictures, const menuFrm &console)
+{
+    const QColor ground = console.palette().color(QPalette::Window);
+    const auto platform_colour = quint32(ground.blue() << 16 | ground.green() << 8 | ground.red());
+    intake::write_fetch_animation(platform_colour);
+    mfetchinprogress_frm fetch;
+    fetch.Load();
+    fetch.adjustSize();
+    pictures.keep(fetch, "mfetchinprogress_frm");
+    intake::write_mapping_animation(platform_colour);
+    mapinprogress_frm mapping;
+    mapping.Load();
+    mapping.adjustSize();
+    pictures.keep(mapping, "mapinprogress_frm");
+}
+
+void picture_small_screens(const album &pictures)
+{
+    the<frmSplash>().show();
+    pictures.keep(the<frmSplash>(), "frmSplash");
+    the<frmSplash>().unload();
+    frmAbout about;
+    about.show();
+    about.adjustSize();
+    pictures.keep(about, "frmAbout");
+    Exit_frm leaving;
+    leaving.adjustSize();
+    pictures.keep(leaving, "Exit_frm");
+}
+
+void picture_question(const album &pictures)
+{
+    message_boxes boxes;
+    QTimer::singleShot(100, [&pictures] {
+        pictures.keep(*QApplication::activeModalWidget(), "question");
+        QApplication::activeModalWidget()->close();
+    });
+    boxes.show({message_kind::yes_no, "Would you like to backup your data?", "Tessaly", message_icon::question, {}});
+}
+
+void take_pictures(const album &pictures)
+{
+    screens_site site;
+    fill_site(site);
+    menuFrm console;
+    console.show();
+    picture_console(pictures, console);
+    picture_auditor(pictures, console);
+    picture_waits(pictures, console);
+    picture_small_screens(pictures);
+    picture_question(pictures);
+}
+
+}
+
+int main(int argc, char **argv)
+{
+    QApplication application(argc, argv);
+    if (argc != 2)
+        qFatal("screens_pictures FOLDER");
+    const QString folder = QString::fromLocal8Bit(argv[1]);
+    QDir().mkpath(folder);
+    QApplication::setStyle(QStyleFactory::create("Fusion"));
+    take_pictures({folder, "light"});
+    QApplication::setPalette(dark_colours());
+    take_pictures({folder, "dark"});
+    return 0;
+}

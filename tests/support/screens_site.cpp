@@ -1,0 +1,38 @@
+#include "support/screens_site.h"
+#include "frame/status.h"
+#include "frame/store.h"
+#include "platform/app_folder.h"
+#include "platform/services.h"
+#include "platform/settings.h"
+#include "support/maildir_files.h"
+#include "support/screens_driver.h"
+
+screens_site::screens_site()
+{
+    forget_screens();
+    set_app_folder(store.folder());
+    SaveSetting("mail_client", "kind", "maildir");
+    SaveSetting("mail_client", "maildir", maildir());
+    services.mail_client = &mail;
+    set_status_sink([this](const QString &line) { status_lines += line; });
+    open_store();
+}
+
+screens_site::~screens_site()
+{
+    set_status_sink({});
+    forget_screens();
+    services = {};
+    set_app_folder({});
+}
+
+void screens_site::deliver_mail(const QString &to, const QString &subject, const QString &body)
+{
+    deliver(maildir(), simple_mail{to, "ann@mail.example", subject, body}, next_delivery);
+    next_delivery += 60;
+}
+
+qint64 screens_site::rows_of(const QString &table)
+{
+    return store.cell("select count(*) from " + table).toLongLong();
+}
