@@ -141,6 +141,9 @@ void database::begin_write()
     if (!event_loop)
         watch_event_loop();
     open_again_when_writable();
+    if (sqlite3_db_readonly(db, "main") == 1) // SQLite would begin a transaction that cannot write
+        fail(ado::store_failure,
+             QStringLiteral("Operation must use an updateable query: '") + path + "' cannot be written.");
     run("BEGIN IMMEDIATE");
     writing = true;
     statements = 1;
