@@ -8,6 +8,7 @@
 #include "intake/mail_source.h"
 #include "intake/map_parser.h"
 #include "intake/write_data.h"
+#include "platform/outside_effects.h"
 
 namespace intake {
 
@@ -105,6 +106,8 @@ bool fetch_and_parse()
         choose_mail_source();
         fetch_mail();
         parse_unprocessed_mails();
+        before_outside_effect(); // a pass that cannot be kept is a failure of this fetch, not a loss that nobody hears
+                                 // of
     });
 }
 

@@ -65,6 +65,6 @@ int main(int argc, char **argv)
     try {
         end_process(run(words[0]));
     } catch (const run_time_error &error) {
-        return fail(error.description);
+        end_process(fail(error.description));
     }
 }

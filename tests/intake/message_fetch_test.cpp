@@ -50,6 +50,8 @@ private slots:
     void a_bad_entry_is_none();
     void a_mail_to_nobody_with_the_keyword_stores_no_row();
     void the_source_is_let_go();
+    void a_client_with_folders_that_cannot_be_had_gives_way_to_this_one();
+    void a_client_with_folders_comes_first();
 };
 
 void message_fetch_test::signing_on_and_fetching_as_told()
@@ -181,6 +183,33 @@ void message_fetch_test::the_source_is_let_go()
     intake::close_mail_source();
     QVERIFY(!site.session_service.log.signed_on);
     QVERIFY(!intake::fetching.use_mapi);
+}
+
+void message_fetch_test::a_client_with_folders_that_cannot_be_had_gives_way_to_this_one()
+{
+    class absent_client : public outlook::mail_client_service {
+        std::unique_ptr<outlook::Application> GetObject() override { return nullptr; }
+        std::unique_ptr<outlook::Application> CreateObject() override { return nullptr; }
+    };
+    message_site site;
+    absent_client absent;
+    services.mail_client = &absent;
+    SaveSetting("mail_client", "kind", "maildir");
+    site.put("smtp:orders@example.org", "An order");
+    QVERIFY(site.fetch());
+    QVERIFY(intake::fetching.use_mapi);
+    QCOMPARE(site.column(stored), QStringList{"An order"});
+}
+
+void message_fetch_test::a_client_with_folders_comes_first()
+{
+    message_site site;
+    SaveSetting("mail_client", "kind", "maildir");
+    site.put("smtp:orders@example.org", "Not looked at");
+    QVERIFY(site.fetch());
+    QVERIFY(!intake::fetching.use_mapi);
+    QVERIFY(!site.session_service.log.signed_on);
+    QCOMPARE(site.column(stored), QStringList());
 }
 
 QTEST_GUILESS_MAIN(message_fetch_test)

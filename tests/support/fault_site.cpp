@@ -127,6 +127,8 @@ driver_run fault_site::fetch_with(const QString &calls, const QStringList &shim_
 {
     QStringList variables{"LD_PRELOAD=" + qEnvironmentVariable("DISK_SHIM"), "DISK_SHIM_CALLS=" + calls,
                           "DISK_SHIM_COUNT=" + path("count")};
+    // A driver with the sanitizers in it does not ask to be loaded first then.
+    variables += "ASAN_OPTIONS=verify_asan_link_order=0";
     for (const QString &setting : shim_settings)
         variables += "DISK_SHIM_" + setting;
     return run(variables, driver_rights::usual);

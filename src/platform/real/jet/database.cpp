@@ -122,6 +122,7 @@ void database::check(int result)
     if (writing && sqlite3_get_autocommit(db)) {
         writing = false;
         stale = true;
+        writes_were_lost();
         failure.number = ado::store_failure;
     }
     throw run_time_error(failure);
