@@ -1,5 +1,6 @@
 // Which real service stands behind which platform header. Tests wire their stand-ins instead.
 #pragma once
+#include "platform/real/mail/no_mail_session.h"
 #include "platform/real/mail/real_mail_client.h"
 #include "screens/desktop_dialogs.h"
 #include "screens/message_boxes.h"
@@ -16,4 +17,5 @@ private:
     message_boxes boxes;
     desktop_dialogs dialogs;
     real_mail_client mail;
+    no_mail_session no_session;
 };
