@@ -38,7 +38,7 @@ private slots:
     void other_separators_data();
     void other_separators();
     void a_mail_with_its_own_carriage_returns_is_cut_cleanly();
-    void labels_and_supporting_texts_as_told();
+    void labels_and_supporting_texts();
     void words_as_field_names();
     void remapping_takes_processed_mails_too();
     void remapping_then_parsing_stores_a_mail_once_a_pass();
@@ -205,7 +205,7 @@ void map_parser_test::a_mail_with_its_own_carriage_returns_is_cut_cleanly()
     QCOMPARE(site.rows("select full_name,city from names"), QStringList{"Bob|Rome"});
 }
 
-void map_parser_test::labels_and_supporting_texts_as_told()
+void map_parser_test::labels_and_supporting_texts()
 {
     parser_site site;
     site.add_map("names", 1, "Order", "Line",
