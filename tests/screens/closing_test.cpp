@@ -57,6 +57,19 @@ private slots:
         QVERIFY(!control<QTimer>(the<Exit_frm>(), "Timer1").isActive());
     }
 
+    void yes_from_a_minimised_console_ends_too()
+    {
+        screens_site site;
+        QDir().mkpath(site.file("copies/data"));
+        SaveSetting("main", "backup", site.file("copies"));
+        site.boxes.will_say_yes();
+        menuFrm console;
+        console.showMinimized();
+        console.close();
+        QVERIFY(!console.isMinimized());
+        QTRY_COMPARE(ends, 1);
+    }
+
     void a_second_close_asks_nothing_more()
     {
         screens_site site;

@@ -192,10 +192,11 @@ void menuFrm::closeEvent(QCloseEvent *event)
         return;
     closing = true;
     Timer1->stop();
-    if (yes_no("Would you like to backup your data?"))
-        the<Exit_frm>().show();
-    else
-        end_program();
+    if (!yes_no("Would you like to backup your data?"))
+        return end_program();
+    if (isMinimized()) // the last screen begins its work when it has painted, and an icon paints nothing
+        showNormal();
+    the<Exit_frm>().show();
 }
 
 void menuFrm::keyPressEvent(QKeyEvent *event)
