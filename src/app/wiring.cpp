@@ -7,7 +7,7 @@ wiring::wiring()
     set_message_service(&boxes);
     services.dialogs = &dialogs;
     services.mail_client = &mail;
-    services.mail_session = &no_session;
+    services.mail_session = &mail_session;
 }
 
 wiring::~wiring()

@@ -17,5 +17,5 @@ private:
     message_boxes boxes;
     desktop_dialogs dialogs;
     real_mail_client mail;
-    no_mail_session no_session;
+    no_mail_session mail_session;
 };

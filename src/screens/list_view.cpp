@@ -21,10 +21,11 @@ public:
     }
 };
 
+// The last column takes what is left over, so its width is not the user's.
 QString widths_text(const QHeaderView &heads)
 {
     QStringList widths;
-    for (int column = 0; column < heads.count(); ++column)
+    for (int column = 0; column < heads.count() - 1; ++column)
         widths += QString::number(heads.sectionSize(column));
     return widths.join(u' ');
 }

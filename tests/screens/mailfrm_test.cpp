@@ -1,5 +1,6 @@
 // The Mail Auditor: loading fetches, the lists, their sorting and search, the text of a mail.
 #include "frame/session.h"
+#include "platform/settings.h"
 #include "screens/intake/mailfrm.h"
 #include "screens/list_view.h"
 #include "screens/screen.h"
@@ -256,6 +257,19 @@ private slots:
         QCOMPARE(control<QPlainTextEdit>(screen, "txt_body").toPlainText(), "Body of it");
         QTest::mouseClick(&control<QToolButton>(screen, "inb"), Qt::LeftButton);
         QVERIFY(control<QFrame>(screen, "inbox_fr").isVisible());
+    }
+
+    void what_is_stored_is_shown_though_the_mail_client_fails()
+    {
+        screens_site site;
+        site.store.add_account("orders", "orders@shop.example");
+        store_mail(site, "orders", "ann@mail.example", "Old", "8/6/2026 9:00:00 AM");
+        SaveSetting("mail_client", "kind", "pop3"); // a kind that is not there
+        the<mailfrm>().load();
+        QCOMPARE(column_texts(control<list_view>(the<mailfrm>(), "LV_sub"), 1), QStringList{"Old"});
+        QCOMPARE(session.err_form, "Mailfrm.frm");
+        QCOMPARE(session.err_routine, "Form_load");
+        QCOMPARE(site.status_lines.size(), 1);
     }
 
     void no_accounts_are_told()

@@ -14,6 +14,7 @@ screens_site::screens_site()
     SaveSetting("mail_client", "kind", "maildir");
     SaveSetting("mail_client", "maildir", maildir());
     services.mail_client = &mail;
+    services.mail_session = &mail_session;
     set_status_sink([this](const QString &line) { status_lines += line; });
     open_store();
 }

@@ -94,7 +94,12 @@ void mailfrm::Load()
     // What is stored can still be read, whatever became of the fetch.
     status_line("Not everything went well: " + session.err_description);
     guarded("Mailfrm.frm", "Form_load", [] { intake::close_mail_source(); });
-    guarded("Mailfrm.frm", "Form_load", [this] { showmails_from_database(); });
+    guarded("Mailfrm.frm", "Form_load", [this] {
+        open_store_if_closed();
+        if (session.account_ids.empty())
+            load_accounts();
+        showmails_from_database();
+    });
 }
 
 void mailfrm::fetch_and_parse()

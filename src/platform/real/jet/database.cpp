@@ -79,6 +79,7 @@ void database::close()
     for (open_rows *rows : open_recordsets)
         rows->release_statements();
     plans.clear();
+    newest.forget_statements();
     sqlite3_exec(db, "PRAGMA journal_mode=DELETE", nullptr, nullptr, nullptr); // leaves no empty journal behind
     sqlite3_close(std::exchange(db, nullptr));
 }
@@ -97,6 +98,7 @@ void database::load_schema_when_stale()
     if (!stale)
         return;
     plans.clear();
+    newest.forget_statements();
     for (open_rows *rows : open_recordsets)
         rows->release_statements();
     tables.load(db);
@@ -122,6 +124,7 @@ void database::check(int result)
     if (writing && sqlite3_get_autocommit(db)) {
         writing = false;
         stale = true;
+        newest.drop();
         writes_were_lost();
         failure.number = ado::store_failure;
     }
@@ -131,6 +134,7 @@ void database::check(int result)
 void database::begin_write()
 {
     raise_deferred();
+    write_newest_row();
     ++changes_begun;
     if (writing) {
         if (++statements < most_statements && std::chrono::steady_clock::now() - begun < longest_transaction)
@@ -141,6 +145,9 @@ void database::begin_write()
     if (!event_loop)
         watch_event_loop();
     open_again_when_writable();
+    if (sqlite3_db_readonly(db, "main") == 1) // SQLite would begin a transaction that cannot write
+        fail(ado::store_failure,
+             QStringLiteral("Operation must use an updateable query: '") + path + "' cannot be written.");
     run("BEGIN IMMEDIATE");
     writing = true;
     statements = 1;
@@ -151,6 +158,7 @@ void database::commit()
 {
     if (!writing)
         return;
+    write_newest_row();
     run("COMMIT");
     writing = false;
 }

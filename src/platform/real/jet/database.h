@@ -6,6 +6,7 @@
 // missing whose consequence was seen outside.
 #pragma once
 #include "platform/real/jet/lexer.h"
+#include "platform/real/jet/newest_row.h"
 #include "platform/real/jet/plan_cache.h"
 #include "platform/real/jet/schema.h"
 #include <QObject>
@@ -76,6 +77,8 @@ private:
     void bind_literal(const binding &what, int place);
     void bind_moment(const binding &what, int place);
     qint64 change(plan &of);
+    qint64 put_off(plan &of); // a change of the newest row, see newest_row.h
+    void write_newest_row();
     qint64 define(plan &of);
     void tell_recordsets(const QString &table);
     qint64 step_change(sqlite3_stmt *which);
@@ -88,6 +91,7 @@ private:
     plan_cache plans;
     token_list tokens;
     binder parameters;
+    newest_row newest;
     std::vector<open_rows *> open_recordsets;
 
     bool writing = false;

@@ -174,6 +174,7 @@ void database::bind_moment(const binding &what, int place)
 
 void database::read(plan &of, QStringView sql, part which, const take_row &take)
 {
+    write_newest_row();
     lex(sql, tokens);
     prepared_statement keys_only;
     if (which == part::keys && !of.keys_sql.isEmpty())
@@ -190,6 +191,7 @@ void database::read(plan &of, QStringView sql, part which, const take_row &take)
 void database::read_by_keys(plan &of, const qint64 *first, const qint64 *last, const take_row &take,
                             const std::function<void()> &missing)
 {
+    write_newest_row();
     if (!of.by_key)
         of.by_key = prepare(db, of.by_key_sql, true);
     const one_read_lock locks(db, !writing && last - first > 1);
@@ -215,6 +217,8 @@ qint64 database::execute(QStringView sql)
         read(*of, sql, part::rows, [](sqlite3_stmt *) { return true; });
         return 0;
     }
+    if (of->newest_row_place >= 0)
+        return put_off(*of);
     const bool changes_rows = of->before.empty() && of->kind != statement_kind::select_into;
     return changes_rows ? change(*of) : define(*of);
 }
@@ -240,6 +244,36 @@ qint64 database::change(plan &of)
     sqlite3_stmt *which = prepared(of);
     bind(of, which);
     return step_change(which);
+}
+
+// The number of rows changed: none in an empty table.
+qint64 database::put_off(plan &of)
+{
+    const token &literal = tokens.literal(of.bindings[0].literals[0]);
+    const ado::Value given = literal.kind == token_kind::number
+                                 ? literal_number(tokens.view(literal), of.bindings[0].negative)
+                                 : ado::Value(tokens.literal_text(of.bindings[0].literals[0]));
+    ado::Value value = convert(given, of.bindings[0].to);
+    if (!newest.is_of(of.table)) {
+        begin_write();
+        tell_recordsets(of.table);
+        sqlite3_stmt *key = newest.key_statement(db, table_of(of));
+        const reset_after resets{key};
+        const int result = sqlite3_step(key);
+        check(result);
+        if (result != SQLITE_ROW || sqlite3_column_type(key, 0) == SQLITE_NULL)
+            return 0;
+        newest.begin(of.table, sqlite3_column_int64(key, 0));
+    }
+    ++changes_begun;
+    newest.put(of.newest_row_place, std::move(value));
+    return 1;
+}
+
+void database::write_newest_row()
+{
+    if (newest.waits())
+        step_change(newest.take(db, tables, parameters));
 }
 
 qint64 database::define(plan &of)
@@ -270,11 +304,7 @@ qint64 database::insert(plan &through, const std::vector<int> &places, const std
     prepared_statement &which = through.inserts[places];
     if (!which)
         which = prepare(db, insert_text(table_of(through), places), true);
-    qsizetype longest = 0;
-    for (const ado::Value &value : values)
-        if (const auto *text = std::get_if<QString>(&value.held))
-            longest += text->size();
-    parameters.start(which.get(), longest);
+    parameters.start(which.get(), values);
     for (size_t i = 0; i < values.size(); ++i)
         parameters.value(int(i) + 1, values[i]);
     step_change(which.get());
@@ -288,11 +318,7 @@ void database::update(plan &through, qint64 key, const std::vector<int> &places,
     prepared_statement &which = through.updates[places];
     if (!which)
         which = prepare(db, update_text(table_of(through), places), true);
-    qsizetype longest = 0;
-    for (const ado::Value &value : values)
-        if (const auto *text = std::get_if<QString>(&value.held))
-            longest += text->size();
-    parameters.start(which.get(), longest);
+    parameters.start(which.get(), values);
     for (size_t i = 0; i < values.size(); ++i)
         parameters.value(int(i) + 1, values[i]);
     parameters.number(int(values.size()) + 1, key);

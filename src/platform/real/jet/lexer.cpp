@@ -155,7 +155,8 @@ private:
     void take_bracketed()
     {
         const qsizetype found = sql.indexOf(u']', at);
-        if (found < 0 || found == at + 1)
+        const bool named = found > at + 1 && !sql.mid(at, found - at).contains(QChar(u'\0'));
+        if (!named) // SQLite would end the name at the zero
             fail_syntax(sql.mid(at).toString());
         push(token_kind::bracketed, at + 1, qint32(found) - at - 1);
         shape(sql.mid(at, found - at + 1));

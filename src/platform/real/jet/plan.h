@@ -33,6 +33,7 @@ struct plan {
     QString table;                         // the one read or written, in its own spelling
     QByteArray sql;                        // of a keyed select: the row's key, then the columns
     std::vector<binding> bindings;         // one a parameter of sql
+    int newest_row_place = -1;             // of an update of one column of the newest row by a literal: the column
     std::vector<QByteArray> before, after; // of a definition: the steps around sql, all or none
 
     // Selects only.

@@ -32,6 +32,15 @@ void binder::start(sqlite3_stmt *to, qsizetype longest)
         std::vector<char>(std::max(wanted, size_t(65536))).swap(buffer);
 }
 
+void binder::start(sqlite3_stmt *to, const std::vector<ado::Value> &values_to_come)
+{
+    qsizetype longest = 0;
+    for (const ado::Value &value : values_to_come)
+        if (const auto *text = std::get_if<QString>(&value.held))
+            longest += text->size();
+    start(to, longest);
+}
+
 char *binder::room(qsizetype bytes)
 {
     Q_ASSERT(used + size_t(bytes) <= buffer.size());

@@ -24,6 +24,7 @@ class binder {
 public:
     // longest: an upper limit of UTF-16 units over all texts to come.
     void start(sqlite3_stmt *to, qsizetype longest);
+    void start(sqlite3_stmt *to, const std::vector<ado::Value> &values_to_come);
     void null(int place);
     void number(int place, qint64 value);
     void number(int place, double value);

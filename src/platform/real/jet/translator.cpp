@@ -213,7 +213,36 @@ private:
             text.sql += (i > 0 ? "," : "") + columns[i]->quoted + '=';
             text.assigned(syntax.values[i], *columns[i]);
         }
+        const bool by_one_literal = columns.size() == 1 && of.place_of(columns[0]->name) != of.key_column &&
+                                    made->bindings.size() == 1 && made->bindings[0].from == binding::source::literal &&
+                                    made->bindings[0].as == binding::form::to_column;
         text.where(syntax.where);
+        if (by_one_literal && made->bindings.size() == 1 && means_newest_row(of))
+            made->newest_row_place = of.place_of(columns[0]->name);
+    }
+
+    bool is_key(node_id which, const table &of) const
+    {
+        const node &leaf = syntax.nodes[which];
+        return leaf.kind == node_kind::column && of.place_of(text.name(leaf.name)) == of.key_column;
+    }
+
+    // where key=(select max(key) from this table)
+    bool means_newest_row(const table &of) const
+    {
+        if (syntax.where == nothing || of.key_column < 0)
+            return false;
+        const node &test = syntax.nodes[syntax.where];
+        if (test.kind != node_kind::compare || test.symbol != u'=' || !is_key(test.parts[0], of))
+            return false;
+        const node &right = syntax.nodes[test.parts[1]];
+        if (right.kind != node_kind::select)
+            return false;
+        const select_syntax &newest = syntax.selects[right.select];
+        if (newest.all || newest.items.size() != 1 || newest.where != nothing || newest.into != nothing)
+            return false;
+        const node &item = syntax.nodes[newest.items[0]];
+        return &text.table_named(newest.from) == &of && item.kind == node_kind::max_of && is_key(item.parts[0], of);
     }
 
     void delete_rows()
