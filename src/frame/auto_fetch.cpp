@@ -1,5 +1,6 @@
 #include "frame/auto_fetch.h"
 #include "frame/store.h"
+#include "frame/text.h"
 
 namespace {
 
@@ -7,7 +8,7 @@ qint16 read_minutes()
 {
     ado::Recordset rows;
     rows.Open("select * from autofetch", *session.store_connection);
-    return rows.EOF_() ? qint16(0) : qint16(rows["minutes"].to_number());
+    return rows.EOF_() ? qint16(0) : to_int16(QString::number(rows["minutes"].to_number()));
 }
 
 }

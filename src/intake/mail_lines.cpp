@@ -26,12 +26,12 @@ QString date_text(const ado::Value &value)
     return moment.isValid() ? us_date_time(moment) : value.text_or_empty();
 }
 
-void add_lines_of(int account, std::vector<mail_line> &lines)
+void add_lines_of(const QString &table, std::vector<mail_line> &lines)
 {
     ado::Recordset mails;
-    mails.Open("select * from " + session.account_ids[size_t(account)].table_name, *session.store_connection);
+    mails.Open("select * from " + table, *session.store_connection);
     for (; !mails.EOF_(); mails.MoveNext()) {
-        lines.push_back({account, mails["message_id"].to_number(), mails["tsl_Email"].text_or_empty(),
+        lines.push_back({table, mails["message_id"].to_number(), mails["tsl_Email"].text_or_empty(),
                          mails["tsl_subject"].text_or_empty(), moment_of(mails["tsl_recdate"])});
     }
     mails.Close();
@@ -57,7 +57,8 @@ std::vector<mail_line> stored_mail_lines(int &left_out)
     std::vector<mail_line> lines;
     left_out = 0;
     for (int account = 1; account < account_upper_bound(); ++account) {
-        if (!guarded("Mailfrm.frm", "showmails_from_database", [&] { add_lines_of(account, lines); }))
+        const QString table = session.account_ids[size_t(account)].table_name;
+        if (!guarded("Mailfrm.frm", "showmails_from_database", [&] { add_lines_of(table, lines); }))
             ++left_out;
     }
     return lines;
@@ -65,8 +66,7 @@ std::vector<mail_line> stored_mail_lines(int &left_out)
 
 mail_text stored_mail_text(const mail_line &line)
 {
-    const QString table = session.account_ids[size_t(line.account)].table_name;
-    return text_of("select * from " + table + " where message_id=" + QString::number(line.id), "tsl_Email",
+    return text_of("select * from " + line.table + " where message_id=" + QString::number(line.id), "tsl_Email",
                    "tsl_recdate");
 }
 
@@ -76,8 +76,11 @@ std::vector<mail_line> sent_mail_lines()
     ado::Recordset sent;
     sent.Open("select * from sentitems_tbl", *session.store_connection);
     for (; !sent.EOF_(); sent.MoveNext()) {
-        lines.push_back({0, sent["sentid"].to_number(), sent["tsl_to"].text_or_empty(),
-                         sent["tsl_subject"].text_or_empty(), moment_of(sent["tsl_sentdate"])});
+        lines.push_back({{},
+                         sent["sentid"].to_number(),
+                         sent["tsl_to"].text_or_empty(),
+                         sent["tsl_subject"].text_or_empty(),
+                         moment_of(sent["tsl_sentdate"])});
     }
     sent.Close();
     return lines;

@@ -7,10 +7,10 @@
 
 namespace intake {
 
-struct mail_line {   // no body: fifty thousand lines stay small
-    int account = 0; // index into session.account_ids; 0 in the list of sent mails
-    qint64 id = 0;   // message_id, or sentid
-    QString who;     // who it is from, or to
+struct mail_line { // no body: fifty thousand lines stay small
+    QString table; // the account's, shared by its lines; "" in the list of sent mails
+    qint64 id = 0; // message_id, or sentid
+    QString who;   // who it is from, or to
     QString subject;
     QDateTime date; // not valid: none
 };

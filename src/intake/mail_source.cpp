@@ -43,8 +43,9 @@ void open_inbox()
 void sign_on()
 {
     fetching.use_mapi = true;
-    fetching.MAPISession1 = services.mail_session->session();
-    fetching.MAPISession1->SignOn();
+    auto session = services.mail_session->session();
+    session->SignOn();
+    fetching.MAPISession1 = std::move(session); // from here on there is something to sign off
     fetching.MAPIMessages1 = services.mail_session->messages();
     auto &messages = *fetching.MAPIMessages1;
     messages.SessionID = fetching.MAPISession1->SessionID();
@@ -74,10 +75,10 @@ void close_mail_source()
     fetching.inbox_folder.reset();
     fetching.outlook_app.reset();
     fetching.MAPIMessages1.reset();
-    if (fetching.MAPISession1)
-        fetching.MAPISession1->SignOff();
-    fetching.MAPISession1.reset();
+    const auto session = std::move(fetching.MAPISession1);
     fetching = {};
+    if (session) // last: it may fail, and nothing of this fetch may be left for the next one
+        session->SignOff();
 }
 
 }

@@ -17,19 +17,19 @@ struct folder_state {
     int lock = -1;
 } the_folder;
 
-void copy_missing(const QString &from, const QString &to)
+bool copy_folder(const QString &from, const QString &to)
 {
-    QDir().mkpath(to);
+    bool whole = QDir().mkpath(to);
     const auto entries = QDir(from).entryInfoList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::NoSymLinks);
     for (const QFileInfo &entry : entries) {
         const QString target = to + u'/' + entry.fileName();
-        if (entry.isDir()) {
-            copy_missing(entry.filePath(), target);
-        } else if (!entry.isExecutable() && !QFileInfo::exists(target)) {
-            QFile::copy(entry.filePath(), target);
-            QFile::setPermissions(target, QFile::permissions(target) | QFile::WriteOwner);
-        }
+        if (entry.isDir())
+            whole = whole && copy_folder(entry.filePath(), target);
+        else if (!entry.isExecutable())
+            whole = whole && QFile::copy(entry.filePath(), target) &&
+                    QFile::setPermissions(target, QFile::permissions(target) | QFile::WriteOwner);
     }
+    return whole;
 }
 
 QString find_folder()
@@ -40,10 +40,18 @@ QString find_folder()
     const QString own =
         QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + QStringLiteral("/tessaly");
     if (!QDir(own).exists())
-        copy_missing(installed, own);
+        seed_folder(installed, own);
     return own;
 }
 
+}
+
+void seed_folder(const QString &from, const QString &to)
+{
+    const QString half = to + QStringLiteral(".new"); // what a kill or a full disk left of an earlier try goes
+    QDir(half).removeRecursively();
+    if (!copy_folder(from, half) || !QDir().rename(half, to))
+        QDir(half).removeRecursively();
 }
 
 QString app_folder()
@@ -70,6 +78,8 @@ bool lock_app_folder()
         return true;
     const QString path = app_path(u"\\tessaly.lock");
     const int descriptor = ::open(QFile::encodeName(path).constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0644);
+    if (descriptor < 0 && (errno == ENOENT || errno == ENOTDIR))
+        throw run_time_error{76, QStringLiteral("Path not found: ") + app_folder()};
     if (descriptor < 0)
         throw run_time_error{70, QStringLiteral("Permission denied: ") + path};
     if (::flock(descriptor, LOCK_EX | LOCK_NB) != 0) {

@@ -1,4 +1,5 @@
 #include "screens/wait_screen.h"
+#include "frame/error_log.h"
 #include "frame/session.h"
 #include "frame/status.h"
 #include "platform/widgets/picture_page.h"
@@ -55,7 +56,8 @@ wait_screen::~wait_screen() = default;
 
 void wait_screen::Load()
 {
-    WebBrowser1->Navigate(session.animation_file);
+    // The work goes on without its animation.
+    guarded(qPrintable(objectName() + ".frm"), "Form_Load", [this] { WebBrowser1->Navigate(session.animation_file); });
 }
 
 void wait_screen::paintEvent(QPaintEvent *event)

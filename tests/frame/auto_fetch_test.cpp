@@ -1,5 +1,6 @@
 // What one tick of the console's timer decides.
 #include "frame/auto_fetch.h"
+#include "frame/error_log.h"
 #include "frame/session.h"
 #include "support/intake_site.h"
 
@@ -13,6 +14,7 @@ private slots:
     void every_tick_is_the_same();
     void a_closed_store_is_opened();
     void without_a_row_nothing_is_fetched();
+    void a_number_beyond_16_bits_does_not_wrap_round_to_one();
 };
 
 void auto_fetch_test::a_tick_data()
@@ -60,6 +62,16 @@ void auto_fetch_test::without_a_row_nothing_is_fetched()
     const intake_site site;
     site.run("delete from autofetch");
     QVERIFY(!auto_fetch_due());
+}
+
+void auto_fetch_test::a_number_beyond_16_bits_does_not_wrap_round_to_one()
+{
+    const intake_site site;
+    site.run("update autofetch set minutes=65537");
+    bool due = false;
+    QVERIFY(!guarded("menuFrm.frm", "Timer1", [&] { due = auto_fetch_due(); }));
+    QVERIFY(!due);
+    QCOMPARE(site.log_entries(), QStringList{"6|Overflow|menuFrm.frm|Timer1"});
 }
 
 QTEST_GUILESS_MAIN(auto_fetch_test)

@@ -38,8 +38,10 @@ private slots:
     void other_separators_data();
     void other_separators();
     void a_mail_with_its_own_carriage_returns_is_cut_cleanly();
-    void labels_and_supporting_texts_as_told();
+    void labels_and_supporting_texts();
     void words_as_field_names();
+    void words_and_odd_names_as_map_names_data();
+    void words_and_odd_names_as_map_names();
     void remapping_takes_processed_mails_too();
     void remapping_then_parsing_stores_a_mail_once_a_pass();
     void remapping_leaves_mails_that_do_not_fit();
@@ -205,7 +207,7 @@ void map_parser_test::a_mail_with_its_own_carriage_returns_is_cut_cleanly()
     QCOMPARE(site.rows("select full_name,city from names"), QStringList{"Bob|Rome"});
 }
 
-void map_parser_test::labels_and_supporting_texts_as_told()
+void map_parser_test::labels_and_supporting_texts()
 {
     parser_site site;
     site.add_map("names", 1, "Order", "Line",
@@ -235,6 +237,26 @@ void map_parser_test::words_as_field_names()
     intake::parse_unprocessed_mails();
     QCOMPARE(site.log_text(), QString());
     QCOMPARE(site.rows("select * from names").value(0).section(u'|', 5), body.chopped(2).replace("\r\n", "|"));
+}
+
+void map_parser_test::words_and_odd_names_as_map_names_data()
+{
+    QTest::addColumn<QString>("name");
+    for (const char *name : {"Where", "Set", "Values", "Into", "Like", "sqlite_orders", "Transaction", "Limit", "Case",
+                             "web-orders.de", "a--b"})
+        QTest::newRow(name) << QString(name);
+}
+
+void map_parser_test::words_and_odd_names_as_map_names()
+{
+    QFETCH(QString, name);
+    parser_site site;
+    site.add_name_map(name);
+    site.add_stored_mail("orders", "Order", good_body);
+    intake::parse_unprocessed_mails();
+    intake::remap_account_mails("orders", name);
+    QCOMPARE(site.log_text(), QString());
+    QCOMPARE(site.column("select full_name from [" + name + "]"), QStringList({"Bob", "Bob"}));
 }
 
 void map_parser_test::remapping_takes_processed_mails_too()

@@ -1,4 +1,5 @@
 // The fetch over the client that reads and leaves, by a stand-in of its verbs.
+#include "frame/error_log.h"
 #include "frame/session.h"
 #include "intake/fetch.h"
 #include "intake/fetch_session.h"
@@ -37,7 +38,7 @@ struct message_site : intake_site {
 class message_fetch_test : public QObject {
     Q_OBJECT
 private slots:
-    void signing_on_and_fetching_as_told();
+    void signing_on_and_fetching();
     void a_mail_to_an_account_is_stored_and_left();
     void a_mail_to_nobody_without_the_keyword_is_left_alone();
     void two_addresses_in_to_are_taken();
@@ -50,11 +51,12 @@ private slots:
     void a_bad_entry_is_none();
     void a_mail_to_nobody_with_the_keyword_stores_no_row();
     void the_source_is_let_go();
+    void signing_off_that_fails_leaves_nothing_for_the_next_fetch();
     void a_client_with_folders_that_cannot_be_had_gives_way_to_this_one();
     void a_client_with_folders_comes_first();
 };
 
-void message_fetch_test::signing_on_and_fetching_as_told()
+void message_fetch_test::signing_on_and_fetching()
 {
     message_site site;
     QVERIFY(site.fetch());
@@ -183,6 +185,20 @@ void message_fetch_test::the_source_is_let_go()
     intake::close_mail_source();
     QVERIFY(!site.session_service.log.signed_on);
     QVERIFY(!intake::fetching.use_mapi);
+}
+
+void message_fetch_test::signing_off_that_fails_leaves_nothing_for_the_next_fetch()
+{
+    message_site site;
+    site.put("orders@example.org", "An order");
+    site.session_service.log.sign_off_fails = true;
+    QVERIFY(site.fetch());
+    QVERIFY(!guarded("Mailfrm.frm", "Form_load", [] { intake::close_mail_source(); }));
+    QVERIFY(!intake::fetching.MAPISession1);
+    QVERIFY(!intake::fetching.MAPIMessages1);
+    QVERIFY(site.fetch());
+    QCOMPARE(intake::fetch_summary(), QString("0 of 1 mails processed"));
+    site.session_service.log.sign_off_fails = false;
 }
 
 void message_fetch_test::a_client_with_folders_that_cannot_be_had_gives_way_to_this_one()

@@ -1,5 +1,8 @@
 // Closing the console: the back-up question, its two answers, and nothing asked twice.
 #include "frame/messages.h"
+#include "frame/session.h"
+#include "frame/status.h"
+#include "platform/outside_effects.h"
 #include "platform/settings.h"
 #include "screens/frame/Exit_frm.h"
 #include "screens/frame/closing.h"
@@ -57,6 +60,19 @@ private slots:
         QVERIFY(!control<QTimer>(the<Exit_frm>(), "Timer1").isActive());
     }
 
+    void yes_from_a_minimised_console_ends_too()
+    {
+        screens_site site;
+        QDir().mkpath(site.file("copies/data"));
+        SaveSetting("main", "backup", site.file("copies"));
+        site.boxes.will_say_yes();
+        menuFrm console;
+        console.showMinimized();
+        console.close();
+        QVERIFY(!console.isMinimized());
+        QTRY_COMPARE(ends, 1);
+    }
+
     void a_second_close_asks_nothing_more()
     {
         screens_site site;
@@ -66,6 +82,26 @@ private slots:
         console.close();
         console.close();
         QCOMPARE(site.boxes.shown.size(), 1);
+        QCOMPARE(ends, 1);
+    }
+
+    void a_store_that_cannot_be_written_is_told_and_a_second_close_asks()
+    {
+        screens_site site;
+        menuFrm console;
+        console.show();
+        QStringList lines;
+        set_status_sink([&](const QString &line) { lines += line; });
+        const int refusing = on_outside_effect([] { throw run_time_error{ado::store_failure, "The disk is full"}; });
+        console.close();
+        forget_outside_effect(refusing);
+        QCOMPARE(lines.last(), "The store cannot be written: The disk is full");
+        QCOMPARE(session.err_routine, "Form_QueryUnload");
+        QVERIFY(site.boxes.shown.isEmpty());
+        QCOMPARE(ends, 0);
+        QVERIFY(control<QTimer>(console, "Timer1").isActive());
+        site.boxes.will_say_no();
+        console.close();
         QCOMPARE(ends, 1);
     }
 

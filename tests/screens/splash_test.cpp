@@ -1,4 +1,5 @@
 // The splash: what makes it go, what follows, and its tips.
+#include "frame/session.h"
 #include "platform/settings.h"
 #include "screens/frame/frmSplash.h"
 #include "screens/screen.h"
@@ -12,6 +13,7 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QTest>
+#include <sys/resource.h>
 
 class splash_test : public QObject {
     Q_OBJECT
@@ -100,6 +102,23 @@ private slots:
     void without_a_tips_file_it_shows_no_empty_box()
     {
         screens_site site;
+        the<frmSplash>().show();
+        QVERIFY(!control<QGroupBox>(the<frmSplash>(), "tips_f").isVisible());
+    }
+
+    void tips_that_cannot_be_read_are_a_failure_that_ends_nothing()
+    {
+        screens_site site;
+        write_tips(site, "A tip\n");
+        the<frmSplash>();
+        rlimit before{};
+        QCOMPARE(getrlimit(RLIMIT_NOFILE, &before), 0);
+        const rlimit no_further_file{0, before.rlim_max}; // modes do not keep the superuser out, this does
+        QCOMPARE(setrlimit(RLIMIT_NOFILE, &no_further_file), 0);
+        the<frmSplash>().load();
+        QCOMPARE(setrlimit(RLIMIT_NOFILE, &before), 0);
+        QCOMPARE(session.err_form, "frmsplash.frm");
+        QVERIFY(session.err_description.startsWith("Permission denied: "));
         the<frmSplash>().show();
         QVERIFY(!control<QGroupBox>(the<frmSplash>(), "tips_f").isVisible());
     }

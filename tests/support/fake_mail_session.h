@@ -12,6 +12,7 @@ struct fake_message {
 };
 
 struct fake_mail_session_log {
+    bool sign_off_fails = false;
     bool signed_on = false, fetched = false, sorted = false, unread_only = true;
     long session_id = 0;
     std::vector<fake_message> messages;
@@ -22,7 +23,12 @@ class fake_session : public mapi::MAPISession {
 public:
     explicit fake_session(fake_mail_session_log &the_log) : log(the_log) {}
     void SignOn() override { log.signed_on = true; }
-    void SignOff() override { log.signed_on = false; }
+    void SignOff() override
+    {
+        log.signed_on = false;
+        if (log.sign_off_fails)
+            throw run_time_error{32002, "Unspecified failure"};
+    }
     long SessionID() const override { return 4711; }
 
 private:

@@ -1,4 +1,5 @@
 #include "screens/frame/frmAbout.h"
+#include "frame/error_log.h"
 #include "frame/messages.h"
 #include "screens/icons.h"
 #include "ui_frmAbout.h"
@@ -64,8 +65,10 @@ void frmAbout::Load()
 
 void frmAbout::cmdSysInfo_Click()
 {
-    if (!start_system_information())
-        say("System Information Is Unavailable At This Time", "Tessaly", message_icon::exclamation);
+    guarded("frmAbout.frm", "cmdSysInfo", [] {
+        if (!start_system_information())
+            say("System Information Is Unavailable At This Time", "Tessaly", message_icon::exclamation);
+    });
 }
 
 void frmAbout::cmdOK_Click()

@@ -10,8 +10,7 @@
 
 #include <QKeyEvent>
 
-frmSplash::frmSplash(QWidget *parent)
-    : screen(parent), ui(std::make_unique<Ui::frmSplash>()), tips(app_path(u"\\tips.tip"))
+frmSplash::frmSplash(QWidget *parent) : screen(parent), ui(std::make_unique<Ui::frmSplash>())
 {
     ui->setupUi(this);
     setWindowFlags(Qt::Tool | Qt::FramelessWindowHint);
@@ -30,8 +29,10 @@ frmSplash::~frmSplash() = default;
 
 void frmSplash::Load()
 {
+    ui->tips_f->hide(); // until there is one to show
     guarded("frmsplash.frm", "Form_Load", [this] {
         open_store_if_closed();
+        tips.read(app_path(u"\\tips.tip"));
         const bool at_start = tip_list::shown_at_start();
         const QSignalBlocker no_saving(ui->showtips_ch);
         ui->showtips_ch->setChecked(at_start);

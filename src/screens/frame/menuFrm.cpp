@@ -192,10 +192,18 @@ void menuFrm::closeEvent(QCloseEvent *event)
         return;
     closing = true;
     Timer1->stop();
-    if (yes_no("Would you like to backup your data?"))
-        the<Exit_frm>().show();
-    else
-        end_program();
+    bool backs_up = false;
+    if (!guarded("menuFrm.frm", "Form_QueryUnload",
+                 [&] { backs_up = yes_no("Would you like to backup your data?"); })) {
+        closing = false; // what was written last could not be kept; the user hears of it before the program goes
+        Timer1->start();
+        return status_line("The store cannot be written: " + session.err_description);
+    }
+    if (!backs_up)
+        return end_program();
+    if (isMinimized()) // the last screen begins its work when it has painted, and an icon paints nothing
+        showNormal();
+    the<Exit_frm>().show();
 }
 
 void menuFrm::keyPressEvent(QKeyEvent *event)

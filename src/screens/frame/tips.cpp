@@ -3,8 +3,9 @@
 #include "platform/settings.h"
 #include "platform/text_file.h"
 
-tip_list::tip_list(const QString &file)
+void tip_list::read(const QString &file)
 {
+    tips.clear();
     if (!FileExists(file))
         return;
     for (const QString &line : ReadAll(file).split(u'\n')) {

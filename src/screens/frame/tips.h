@@ -5,7 +5,7 @@
 
 class tip_list {
 public:
-    explicit tip_list(const QString &file); // a missing file gives no tips
+    void read(const QString &file); // a missing file gives no tips; one that cannot be read throws
 
     bool isEmpty() const { return tips.isEmpty(); }
     QString current() const; // "" without tips

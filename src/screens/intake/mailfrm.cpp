@@ -9,6 +9,7 @@
 #include "intake/mail_lines.h"
 #include "intake/mail_source.h"
 #include "intake/map_parser.h"
+#include "platform/outside_effects.h"
 #include "screens/icons.h"
 #include "screens/intake/mail_list.h"
 #include "ui_mailfrm.h"
@@ -92,6 +93,7 @@ void mailfrm::Load()
         return;
     // What is stored can still be read, whatever became of the fetch.
     status_line("Not everything went well: " + session.err_description);
+    guarded("Mailfrm.frm", "Form_load", [] { intake::close_mail_source(); });
     guarded("Mailfrm.frm", "Form_load", [this] {
         open_store_if_closed();
         if (session.account_ids.empty())
@@ -106,6 +108,7 @@ void mailfrm::fetch_and_parse()
     fetch_mail();
     store_lvindex();
     intake::parse_unprocessed_mails();
+    before_outside_effect(); // a pass that cannot be kept is a failure that is told, not a loss that nobody hears of
     intake::close_mail_source();
 }
 
