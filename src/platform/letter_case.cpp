@@ -54,10 +54,8 @@ char32_t upper_letter(char32_t letter)
 
 }
 
-char32_t fold_letter(char32_t letter)
+char32_t fold_far_letter(char32_t letter)
 {
-    if (letter < 0x80)
-        return letter >= U'A' && letter <= U'Z' ? letter + 32 : letter;
     const char32_t folded = QChar::toCaseFolded(letter);
     return QChar::requiresSurrogates(folded) == QChar::requiresSurrogates(letter) ? folded : letter;
 }

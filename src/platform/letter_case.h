@@ -5,5 +5,13 @@
 
 QString upper_case(QStringView text);                 // simple Unicode upper case, same length in letters
 QString fold_case(QStringView text);                  // simple Unicode case folding
-char32_t fold_letter(char32_t letter);                // of one letter
 int compare_case_blind(QStringView a, QStringView b); // below, equal to, above 0; by folded code point
+
+char32_t fold_far_letter(char32_t letter); // beyond ASCII
+
+inline char32_t fold_letter(char32_t letter)
+{
+    if (letter >= 0x80)
+        return fold_far_letter(letter);
+    return letter >= U'A' && letter <= U'Z' ? letter + 32 : letter;
+}

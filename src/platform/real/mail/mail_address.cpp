@@ -42,6 +42,37 @@ QByteArray without_endless_groups(const QByteArray &field)
     return field.first(colon);
 }
 
+bool is_letter_or_digit(char letter)
+{
+    return (letter >= 'a' && letter <= 'z') || (letter >= 'A' && letter <= 'Z') || (letter >= '0' && letter <= '9');
+}
+
+bool is_plain_address(QByteArrayView text)
+{
+    qsizetype signs = 0;
+    for (const char letter : text) {
+        signs += letter == '@';
+        if (!is_letter_or_digit(letter) && !QByteArrayView("@._-+").contains(letter))
+            return false;
+    }
+    return signs == 1 && !text.startsWith('@') && !text.endsWith('@') && !text.startsWith('.') &&
+           !text.contains("..") && !text.contains(".@") && !text.contains("@.") && !text.endsWith('.');
+}
+
+// "ann@example.org" or "Ann Bee <ann@example.org>", as nearly all fields are: read without the library. "" for others.
+QByteArrayView only_plain_address(QByteArrayView field)
+{
+    const QByteArrayView text = field.trimmed();
+    if (!text.endsWith('>'))
+        return is_plain_address(text) ? text : QByteArrayView();
+    const qsizetype open = text.indexOf('<');
+    for (const char letter : text.first(qMax<qsizetype>(open, 0)))
+        if (!is_letter_or_digit(letter) && letter != ' ')
+            return {};
+    const QByteArrayView address = open < 0 ? QByteArrayView() : text.sliced(open + 1).chopped(1);
+    return is_plain_address(address) ? address : QByteArrayView();
+}
+
 void collect(InternetAddressList *list, int depth, QStringList &found)
 {
     for (int index = 0; index < internet_address_list_length(list) && found.size() < most_addresses; ++index) {
@@ -64,6 +95,8 @@ QStringList addresses_in(const QByteArray &field)
 {
     if (field.isEmpty())
         return {};
+    if (const QByteArrayView plain = only_plain_address(field); !plain.isEmpty())
+        return {QString::fromLatin1(plain)};
     mime::start_gmime();
     QByteArray text = without_endless_groups(field);
     text.replace('\0', ' ');
