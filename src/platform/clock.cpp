@@ -1,21 +1,18 @@
 #include "platform/clock.h"
 
+#include <ctime>
+
 namespace {
 
 struct clock_state {
     std::function<QDateTime()> replaced;
 } clock_used;
 
-QDateTime as_wall_clock(const QDateTime &local)
-{
-    return QDateTime(local.date(), QTime(local.time().hour(), local.time().minute(), local.time().second()), Qt::UTC);
-}
-
 }
 
 QDateTime now()
 {
-    return clock_used.replaced ? clock_used.replaced() : as_wall_clock(QDateTime::currentDateTime());
+    return clock_used.replaced ? clock_used.replaced() : wall_clock(time(nullptr));
 }
 
 QDate today()
@@ -25,7 +22,13 @@ QDate today()
 
 QDateTime wall_clock(qint64 seconds_since_1970)
 {
-    return as_wall_clock(QDateTime::fromSecsSinceEpoch(seconds_since_1970));
+    const auto moment = time_t(seconds_since_1970);
+    struct tm local {};
+    if (!localtime_r(&moment, &local))
+        return {};
+    // A leap second is shown as the last one of its minute.
+    return QDateTime(QDate(local.tm_year + 1900, local.tm_mon + 1, local.tm_mday),
+                     QTime(local.tm_hour, local.tm_min, qMin(local.tm_sec, 59)), Qt::UTC);
 }
 
 void set_clock(std::function<QDateTime()> clock)
