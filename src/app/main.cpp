@@ -4,7 +4,9 @@
 #include "frame/messages.h"
 #include "frame/session.h"
 #include "frame/start_up.h"
+#include "platform/app_folder.h"
 #include "platform/process.h"
+#include "platform/text_file.h"
 #include "screens/frame/frmSplash.h"
 #include "screens/frame/menuFrm.h"
 #include "screens/icons.h"
@@ -22,8 +24,9 @@ int main(int argc, char **argv)
 
     start begun = start::console;
     if (!guarded("mail_module.bas", "Main", [&] { begun = start_up(); })) {
+        const bool logged = FileExists(app_path(u"\\errorlog.txt")); // not where the folder cannot be written
         say("Tessaly cannot start: " + session.err_description +
-                "\n\nThe file errorlog.txt in its folder keeps this message.",
+                (logged ? "\n\nThe file errorlog.txt in its folder keeps this message." : ""),
             "Tessaly", message_icon::critical);
         end_process(1);
     }

@@ -29,4 +29,10 @@ with site() as here:
         tessaly.ended()
     equal("a store made by the way", here.store.exists(), False)
 
+    here.store.write_bytes(b"no store at all, but a file of that name. " * 100)
+    with here.start() as tessaly:
+        tessaly.find("label", lambda text: text.startswith("Tessaly cannot start: Unrecognized database format."))
+        tessaly.press(tessaly.find("button", "OK"))
+        equal("exit status with a damaged store", tessaly.ended(), 1)
+
 sys.exit(0)
