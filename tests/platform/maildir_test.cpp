@@ -11,6 +11,8 @@
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
+#include <cerrno>
+#include <cstring>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -55,6 +57,18 @@ struct mailbox {
         for (outlook::MailItem *item = find(wanted); item; item = items->FindNext())
             found.append(item->Subject());
         return found;
+    }
+    QStringList failures()
+    {
+        QStringList told;
+        for (bool more = true; more;) {
+            try {
+                more = items->raise_next_failure();
+            } catch (const run_time_error &failure) {
+                told += QString::number(failure.number) + u' ' + failure.description;
+            }
+        }
+        return told;
     }
     void put(const QString &subject, qint64 delivered)
     {
@@ -152,7 +166,7 @@ private slots:
         QCOMPARE(seen, 250);
         QCOMPARE(files_in(box.path()), QStringList());
         QCOMPARE(files_in(box.path() + "/.Tessaly_Inbox").size(), 250);
-        QVERIFY(!box.items->raise_next_failed_move());
+        QVERIFY(!box.items->raise_next_failure());
     }
 
     void moved_mails_lie_in_cur_with_their_flags()
@@ -271,12 +285,12 @@ private slots:
         QCOMPARE(files_in(box.path() + "/.Tessaly_Inbox").size(), 1);
         bool thrown = false;
         try {
-            box.items->raise_next_failed_move();
+            box.items->raise_next_failure();
         } catch (const run_time_error &error) {
             thrown = error.number == 53;
         }
         QVERIFY(thrown);
-        QVERIFY(!box.items->raise_next_failed_move());
+        QVERIFY(!box.items->raise_next_failure());
     }
 
     void a_mail_whose_flags_change_meanwhile_is_moved_all_the_same()
@@ -288,7 +302,7 @@ private slots:
         QVERIFY(QFile::rename(box.path() + "/new/" + name, box.path() + "/cur/" + name + ":2,S"));
         box.items->finish_moves();
         QCOMPARE(files_in(box.path() + "/.Tessaly_Inbox"), QStringList{"cur/" + name + ":2,S"});
-        QVERIFY(!box.items->raise_next_failed_move());
+        QVERIFY(!box.items->raise_next_failure());
     }
 
     void a_mail_that_vanishes_in_the_middle_is_passed_over()
@@ -507,6 +521,45 @@ private slots:
         QCOMPARE(kept.at(0).state, outbox::mail_state::refused);
         QVERIFY(!kept.at(0).reason.isEmpty());
         QCOMPARE(outbox::waiting_count(), 0);
+    }
+
+    void a_file_that_cannot_be_read_is_told_once_and_passed_over()
+    {
+        mailbox box;
+        box.put("good", noon + 1);
+        const QString bad = box.path() + "/new/" + QString::number(noon) + ".bad";
+        QVERIFY(symlink(qPrintable(bad), qPrintable(bad)) == 0); // leads to itself: nobody can open it
+        QCOMPARE(box.subjects(), QStringList{"good"});
+        QCOMPARE(box.failures(), QStringList{"75 The mail cannot be read (" + bad + "): " + strerror(ELOOP)});
+        box.put("later", noon + 2);
+        box.open();
+        QCOMPARE(box.subjects(), QStringList({"good", "later"}));
+        QCOMPARE(box.failures(), QStringList());
+    }
+
+    void of_many_unreadable_files_some_are_told_at_a_time()
+    {
+        mailbox box;
+        for (int i = 0; i < 25; ++i) {
+            const QString bad = box.path() + "/new/" + QString::number(noon + i) + ".bad";
+            QVERIFY(symlink(qPrintable(bad), qPrintable(bad)) == 0);
+        }
+        QList<qsizetype> told;
+        for (int walk = 0; walk < 3; ++walk) {
+            QCOMPARE(box.subjects(), QStringList());
+            told += box.failures().size();
+        }
+        QCOMPARE(told, QList<qsizetype>({20, 5, 0}));
+    }
+
+    void a_mail_that_vanished_before_it_was_read_is_no_failure()
+    {
+        mailbox box;
+        box.put("gone", noon);
+        QCOMPARE(box.items->Count(), 1);
+        QVERIFY(QFile::remove(box.path() + u'/' + files_in(box.path()).value(0)));
+        QCOMPARE(box.subjects(), QStringList());
+        QCOMPARE(box.failures(), QStringList());
     }
 
     void a_closed_or_missing_inbox_says_so()
