@@ -33,6 +33,7 @@ struct mailbox {
     mailbox()
     {
         set_app_folder(folder.path());
+        QDir().mkpath(path());
         SaveSetting(QStringLiteral("mail_client"), QStringLiteral("maildir"), path());
         open();
     }
@@ -111,7 +112,22 @@ private slots:
         QVERIFY(!box.items->FindNext());
     }
 
-    void the_inbox_is_made_on_demand()
+    void a_missing_maildir_that_was_set_is_a_failure_and_is_not_made()
+    {
+        mailbox box;
+        const QString typed = box.folder.filePath("mial/box");
+        SaveSetting("mail_client", "maildir", typed);
+        try {
+            box.open();
+            QFAIL("The missing Maildir was taken.");
+        } catch (const run_time_error &failure) {
+            QCOMPARE(failure.number, 76u);
+            QCOMPARE(failure.description, "Path not found: " + typed);
+        }
+        QVERIFY(!QDir(box.folder.filePath("mial")).exists());
+    }
+
+    void the_folders_in_an_empty_maildir_are_made()
     {
         mailbox box;
         for (const char *part : {"cur", "new", "tmp"})
