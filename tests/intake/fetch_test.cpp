@@ -10,6 +10,7 @@
 
 #include <QDir>
 #include <QtTest/QTest>
+#include <unistd.h>
 
 namespace {
 
@@ -44,6 +45,7 @@ private slots:
     void account_names_that_are_words_of_the_store_data();
     void account_names_that_are_words_of_the_store();
     void a_dropped_account_table_leaves_its_mails_and_takes_the_others();
+    void a_mail_file_that_cannot_be_read_is_logged_once_and_the_others_are_taken();
     void without_accounts_the_message_comes_and_nothing_is_stored();
     void the_count_is_a_16_bit_number();
     void the_count_starts_anew_with_each_fetch();
@@ -245,6 +247,22 @@ void fetch_test::a_dropped_account_table_leaves_its_mails_and_takes_the_others()
     QVERIFY(entries[0].startsWith(QString::number(qint32(ado::unknown_table)) + u'|'));
     QVERIFY(entries[0].endsWith("|Mailfrm.frm|write_data"));
     QVERIFY(entries[1].endsWith("|Mailfrm.frm|write_data"));
+}
+
+void fetch_test::a_mail_file_that_cannot_be_read_is_logged_once_and_the_others_are_taken()
+{
+    orders_site site;
+    site.put(order("First"));
+    const QString bad = site.maildir() + "/new/1767268800.bad";
+    QVERIFY(symlink(qPrintable(bad), qPrintable(bad)) == 0); // leads to itself: nobody can open it
+    QVERIFY(site.fetch());
+    const QStringList entries = site.log_entries();
+    QCOMPARE(entries.size(), 1);
+    QVERIFY2(entries[0].startsWith("75|The mail cannot be read (" + bad), qPrintable(entries[0]));
+    site.put(order("Second"));
+    QVERIFY(site.fetch());
+    QCOMPARE(site.column(subjects), QStringList({"First", "Second"}));
+    QCOMPARE(site.log_entries().size(), 1);
 }
 
 void fetch_test::without_accounts_the_message_comes_and_nothing_is_stored()
