@@ -1,12 +1,14 @@
 // The Mail Auditor: loading fetches, the lists, their sorting and search, the text of a mail.
 #include "frame/session.h"
 #include "platform/settings.h"
+#include "screens/frame/closing.h"
 #include "screens/intake/mailfrm.h"
 #include "screens/list_view.h"
 #include "screens/screen.h"
 #include "support/screens_driver.h"
 #include "support/screens_site.h"
 
+#include <QFile>
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
@@ -281,6 +283,28 @@ private slots:
         the<mailfrm>().load();
         QCOMPARE(column_texts(control<list_view>(the<mailfrm>(), "LV_sub"), 1), QStringList{"Old"});
         QCOMPARE(site.status_lines.last(), "Not everything went well: Path not found: /no/such/Maildir");
+    }
+
+    void a_store_that_cannot_be_opened_any_more_is_shown_and_ends_the_program()
+    {
+        screens_site site;
+        session.store_connection->Close();
+        site.store.connection().Close();
+        QFile store(site.file("mailapp.mdb"));
+        QVERIFY(store.open(QIODevice::WriteOnly));
+        store.write(QByteArray(8192, 'x'));
+        store.close();
+        int ended = 0;
+        set_program_end([&ended] { ++ended; });
+        the<mailfrm>().load();
+        set_program_end({});
+        QCOMPARE(ended, 1);
+        QCOMPARE(session.err_routine, "Form_load");
+        QCOMPARE(site.boxes.shown, QStringList{"Critical Error: " + QString::number(qint32(session.err_number)) + " " +
+                                               session.err_description});
+        QVERIFY(site.boxes.shown.value(0).startsWith("Critical Error: -2147467259 Unrecognized database format."));
+        QVERIFY(site.boxes.boxes.at(0).icon == message_icon::critical);
+        QVERIFY(site.boxes.boxes.at(0).kind == message_kind::say);
     }
 
     void no_accounts_are_told()

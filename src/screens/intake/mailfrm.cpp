@@ -1,6 +1,7 @@
 #include "screens/intake/mailfrm.h"
 #include "frame/account_list.h"
 #include "frame/error_log.h"
+#include "frame/messages.h"
 #include "frame/session.h"
 #include "frame/status.h"
 #include "frame/store.h"
@@ -10,6 +11,7 @@
 #include "intake/mail_source.h"
 #include "intake/map_parser.h"
 #include "platform/outside_effects.h"
+#include "screens/frame/closing.h"
 #include "screens/icons.h"
 #include "screens/intake/mail_list.h"
 #include "ui_mailfrm.h"
@@ -81,8 +83,9 @@ void mailfrm::set_up_list(list_view &view, mail_list &rows, const QString &name)
 void mailfrm::Load()
 {
     ui->LV_sub->setFocus();
+    if (!guarded("Mailfrm.frm", "Form_load", open_store_if_closed))
+        return CriticalError(); // without the store nothing can be fetched, shown or done
     const bool all_went = guarded("Mailfrm.frm", "Form_load", [this] {
-        open_store_if_closed();
         if (session.no_fetch)
             load_accounts();
         else
@@ -95,11 +98,17 @@ void mailfrm::Load()
     status_line("Not everything went well: " + session.err_description);
     guarded("Mailfrm.frm", "Form_load", [] { intake::close_mail_source(); });
     guarded("Mailfrm.frm", "Form_load", [this] {
-        open_store_if_closed();
         if (session.account_ids.empty())
             load_accounts();
         showmails_from_database();
     });
+}
+
+void mailfrm::CriticalError()
+{
+    say("Critical Error: " + QString::number(qint32(session.err_number)) + " " + session.err_description, "Tessaly",
+        message_icon::critical);
+    end_program();
 }
 
 void mailfrm::fetch_and_parse()

@@ -25,6 +25,8 @@ public:
     void store_lvindex(); // forgets which mail stands on which line; the lists are filled anew
     void showmails_from_database();
     void populate_sentitems_tbl();
+    // Shows the session's last error in a box and ends the program: for what leaves nothing to go on with.
+    void CriticalError();
 
     QSize sizeHint() const override;
 
