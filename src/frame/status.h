@@ -1,4 +1,5 @@
-// One line for the user that is no box: the console's status bar, the driver's stderr. And the progress of long work.
+// One line for the user that is no box: in the console's status bar, where it stays until the next one and an empty
+// text takes it away, or on the driver's stderr. And the progress of long work.
 #pragma once
 #include <QString>
 #include <functional>

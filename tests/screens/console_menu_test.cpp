@@ -8,6 +8,7 @@
 #include "support/screens_site.h"
 
 #include <QAction>
+#include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
 #include <QStatusBar>
@@ -119,8 +120,45 @@ private slots:
     {
         screens_site site;
         menuFrm console;
+        console.show();
+        const auto &line = control<QLabel>(console, "status_l");
+        QVERIFY(!line.isVisible());
         status_line("Something to know");
-        QCOMPARE(console.statusBar()->currentMessage(), "Something to know");
+        QCOMPARE(line.text(), "Something to know");
+        QVERIFY(line.isVisible());
+        status_line({});
+        QVERIFY(!line.isVisible());
+    }
+
+    void a_status_line_stays_beside_the_tips_of_the_menu()
+    {
+        screens_site site;
+        menuFrm console;
+        console.show();
+        status_line("Something to know");
+        control<QAction>(console, "fetchmail").showStatusText(&console);
+        QCOMPARE(console.statusBar()->currentMessage(), control<QAction>(console, "fetchmail").statusTip());
+        QCOMPARE(control<QLabel>(console, "status_l").text(), "Something to know");
+        QVERIFY(control<QLabel>(console, "status_l").isVisible());
+        console.statusBar()->clearMessage();
+        QCOMPARE(control<QLabel>(console, "status_l").text(), "Something to know");
+    }
+
+    void a_long_status_line_is_cut_and_told_whole_in_its_tool_tip()
+    {
+        screens_site site;
+        menuFrm console;
+        console.show();
+        const int width = console.width();
+        status_line("<b>" + QString(500, 'W'));
+        QCoreApplication::processEvents();
+        const auto &line = control<QLabel>(console, "status_l");
+        QVERIFY(line.text().startsWith("<b>WW"));
+        QVERIFY(line.text().endsWith(u'\u2026'));
+        QCOMPARE(line.textFormat(), Qt::PlainText);
+        QCOMPARE(line.toolTip(), "<qt>&lt;b&gt;" + QString(500, 'W') + "</qt>");
+        QCOMPARE(console.width(), width);
+        QVERIFY(line.width() <= width * 2 / 3);
     }
 };
 

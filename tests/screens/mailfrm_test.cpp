@@ -1,5 +1,6 @@
 // The Mail Auditor: loading fetches, the lists, their sorting and search, the text of a mail.
 #include "frame/session.h"
+#include "frame/status.h"
 #include "platform/settings.h"
 #include "screens/frame/closing.h"
 #include "screens/intake/mailfrm.h"
@@ -271,7 +272,8 @@ private slots:
         QCOMPARE(column_texts(control<list_view>(the<mailfrm>(), "LV_sub"), 1), QStringList{"Old"});
         QCOMPARE(session.err_form, "Mailfrm.frm");
         QCOMPARE(session.err_routine, "Form_load");
-        QCOMPARE(site.status_lines.size(), 1);
+        QCOMPARE(site.status_lines.size(), 2); // the first one empties it
+        QVERIFY(site.status_lines.last().startsWith("Not everything went well: "));
     }
 
     void a_missing_maildir_is_told_and_what_is_stored_is_shown()
@@ -305,6 +307,15 @@ private slots:
         QVERIFY(site.boxes.shown.value(0).startsWith("Critical Error: -2147467259 Unrecognized database format."));
         QVERIFY(site.boxes.boxes.at(0).icon == message_icon::critical);
         QVERIFY(site.boxes.boxes.at(0).kind == message_kind::say);
+    }
+
+    void what_an_earlier_fetch_told_goes_when_the_next_one_begins()
+    {
+        screens_site site;
+        site.store.add_account("orders", "orders@shop.example");
+        status_line("Not everything went well: no line");
+        the<mailfrm>().load();
+        QCOMPARE(site.status_lines.last(), QString());
     }
 
     void no_accounts_are_told()

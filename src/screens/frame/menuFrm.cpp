@@ -12,6 +12,7 @@
 #include "screens/frame/frmAbout.h"
 #include "screens/frame/frmSplash.h"
 #include "screens/frame/menu_tree.h"
+#include "screens/frame/status_text.h"
 #include "screens/icons.h"
 #include "screens/intake/mailfrm.h"
 #include "screens/intake/mfetchinprogress_frm.h"
@@ -33,7 +34,8 @@ constexpr int tick_ms = 10000;
 
 }
 
-menuFrm::menuFrm(QWidget *parent) : QMainWindow(parent), area(new console_area(this)), Timer1(new QTimer(this))
+menuFrm::menuFrm(QWidget *parent)
+    : QMainWindow(parent), area(new console_area(this)), Timer1(new QTimer(this)), lasting_line(new status_text(this))
 {
     setObjectName("menuFrm");
     setWindowTitle("Tessaly");
@@ -43,6 +45,9 @@ menuFrm::menuFrm(QWidget *parent) : QMainWindow(parent), area(new console_area(t
     setCentralWidget(area);
     area->setObjectName("area");
     statusBar()->setObjectName("StatusBar1");
+    lasting_line->setObjectName("status_l");
+    statusBar()->addPermanentWidget(lasting_line);
+    lasting_line->hide(); // adding has shown it
     Timer1->setObjectName("Timer1");
     Timer1->setInterval(tick_ms);
     build_menu();
@@ -57,9 +62,9 @@ menuFrm::menuFrm(QWidget *parent) : QMainWindow(parent), area(new console_area(t
 
     connect(Timer1, &QTimer::timeout, this, &menuFrm::Timer1_Timer);
     set_screen_area(area);
-    set_status_sink([line = QPointer<QStatusBar>(statusBar())](const QString &text) {
+    set_status_sink([line = QPointer<status_text>(lasting_line)](const QString &text) {
         if (line)
-            line->showMessage(text);
+            line->set_whole_text(text);
     });
 }
 
@@ -125,6 +130,13 @@ void menuFrm::showEvent(QShowEvent *event)
         Timer1->start();
 }
 
+// The rest is for the tips of the menu.
+void menuFrm::resizeEvent(QResizeEvent *event)
+{
+    QMainWindow::resizeEvent(event);
+    lasting_line->setMaximumWidth(width() * 2 / 3);
+}
+
 void menuFrm::Timer1_Timer()
 {
     if (busy()) // timers fire inside message boxes and while long work lets the screen paint
@@ -172,7 +184,7 @@ void menuFrm::exit_Click()
 void menuFrm::contents_Click()
 {
     if (!show_help({}))
-        status_line("There is no help file beside the program.");
+        statusBar()->showMessage("There is no help file beside the program."); // passes with the next tip
 }
 
 void menuFrm::showtips_Click()

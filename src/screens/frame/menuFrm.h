@@ -6,6 +6,7 @@
 class QMenu;
 class QTimer;
 class console_area;
+class status_text;
 
 class menuFrm : public QMainWindow {
     Q_OBJECT
@@ -19,6 +20,7 @@ protected:
     void closeEvent(QCloseEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void showEvent(QShowEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
 
 private:
     void build_menu();
@@ -37,5 +39,6 @@ private:
 
     console_area *area;
     QTimer *Timer1;
+    status_text *lasting_line;
     bool closing = false; // the question was answered; a second close asks nothing
 };

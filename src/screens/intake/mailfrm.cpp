@@ -113,6 +113,7 @@ void mailfrm::CriticalError()
 
 void mailfrm::fetch_and_parse()
 {
+    status_line({}); // what an earlier fetch had to tell is past
     intake::choose_mail_source();
     fetch_mail();
     store_lvindex();
