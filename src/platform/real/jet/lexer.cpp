@@ -114,7 +114,11 @@ private:
     void take_number()
     {
         const qint32 start = at;
-        while (at < size && (is_digit(sql[at].unicode()) || sql[at] == u'.'))
+        while (at < size && is_digit(sql[at].unicode()))
+            ++at;
+        if (at < size && sql[at] == u'.')
+            ++at;
+        while (at < size && is_digit(sql[at].unicode()))
             ++at;
         if (at < size && (sql[at] == u'e' || sql[at] == u'E')) {
             qint32 behind = at + 1;
@@ -126,7 +130,7 @@ private:
                     ++at;
             }
         }
-        if (at < size && in_name(sql[at].unicode()))
+        if (at < size && in_table_name(sql[at].unicode()) && sql[at] != u'-')
             fail_syntax(sql.mid(start).toString());
         push(token_kind::number, start, at - start);
         shape_literal(u'\x02');
