@@ -130,7 +130,11 @@ private:
     void take_number()
     {
         const qint32 start = at;
-        while (at < size && (is_digit(sql[at].unicode()) || sql[at] == u'.'))
+        while (at < size && is_digit(sql[at].unicode()))
+            ++at;
+        if (at < size && sql[at] == u'.')
+            ++at;
+        while (at < size && is_digit(sql[at].unicode()))
             ++at;
         if (at < size && (sql[at] == u'e' || sql[at] == u'E')) {
             qint32 behind = at + 1;
@@ -142,7 +146,7 @@ private:
                     ++at;
             }
         }
-        if (at < size && can_be(sql[at].unicode(), name_part))
+        if (at < size && can_be(sql[at].unicode(), table_name_part) && sql[at] != u'-')
             fail_syntax(sql.mid(start).toString());
         push(token_kind::number, start, at - start);
         shape_literal(u'\x02');
