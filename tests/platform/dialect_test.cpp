@@ -163,6 +163,8 @@ void dialect_test::refused_data()
     row("a function nobody knows", "select * from cust where lower(city)='x'", ado::syntax_error);
     row("too deep", "select * from cust where " + QString(5000, '(') + "1=1" + QString(5000, ')'), ado::syntax_error);
     row("too many minus signs", "select * from cust where 1=" + QString("- ").repeated(5000) + "1", ado::syntax_error);
+    row("two points in a number", "select * from cust where message_id=1.2.3", ado::syntax_error);
+    row("two points in a list of numbers", "delete from cust where message_id in (1,1.2.3)", ado::syntax_error);
     row("more values than columns", "insert into sign(signtitle) values('a','b')", ado::syntax_error);
     row("an unknown column", "select * from cust where nowhere='x'", ado::unknown_column);
     row("an unknown column of an insert", "insert into cust(nowhere) values('x')", ado::unknown_column);

@@ -44,6 +44,36 @@ private slots:
         QVERIFY(!is_loaded<Exit_frm>());
     }
 
+    void the_console_opens_where_it_was_closed()
+    {
+        screens_site site;
+        {
+            menuFrm console;
+            console.resize(700, 500);
+            console.show();
+            site.boxes.will_say_no();
+            console.close();
+        }
+        QCOMPARE(menuFrm().size(), QSize(700, 500));
+        SaveSetting("screens", "menuFrm.place", "nonsense");
+        QCOMPARE(menuFrm().size(), QSize(1120, 720));
+    }
+
+    void a_maximised_console_comes_back_maximised()
+    {
+        screens_site site;
+        {
+            menuFrm console;
+            console.showMaximized();
+            site.boxes.will_say_no();
+            console.close();
+        }
+        menuFrm console;
+        console.show();
+        QVERIFY(console.isMaximized());
+        SaveSetting("screens", "menuFrm.place", {});
+    }
+
     void yes_copies_the_store_behind_a_screen_and_then_ends()
     {
         screens_site site;

@@ -9,6 +9,7 @@
 #include "screens/frame/Exit_frm.h"
 #include "screens/frame/closing.h"
 #include "screens/frame/console_area.h"
+#include "screens/frame/console_place.h"
 #include "screens/frame/frmAbout.h"
 #include "screens/frame/frmSplash.h"
 #include "screens/frame/menu_tree.h"
@@ -40,8 +41,9 @@ menuFrm::menuFrm(QWidget *parent)
     setObjectName("menuFrm");
     setWindowTitle("Tessaly");
     setWindowIcon(drawn_icon("tessaly"));
-    setMinimumSize(640, 440);
+    setMinimumSize(640, 480);
     resize(1120, 720);
+    restore_console_place(*this);
     setCentralWidget(area);
     area->setObjectName("area");
     statusBar()->setObjectName("StatusBar1");
@@ -211,6 +213,7 @@ void menuFrm::closeEvent(QCloseEvent *event)
         Timer1->start();
         return status_line("The store cannot be written: " + session.err_description);
     }
+    guarded("menuFrm.frm", "keep_console_place", [this] { keep_console_place(*this); });
     if (!backs_up)
         return end_program();
     if (isMinimized()) // the last screen begins its work when it has painted, and an icon paints nothing

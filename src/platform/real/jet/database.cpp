@@ -144,13 +144,13 @@ void database::begin_write()
     raise_deferred();
     need_open();
     write_newest_row();
+    load_schema_when_stale();
     ++changes_begun;
     if (writing) {
         if (++statements < most_statements && std::chrono::steady_clock::now() - begun < longest_transaction)
             return;
         commit();
     }
-    load_schema_when_stale();
     if (!event_loop)
         watch_event_loop();
     open_again_when_writable();

@@ -6,6 +6,7 @@
 #include "platform/real/jet/failures.h"
 #include "platform/real/jet/like.h"
 #include "platform/real/jet/translator.h"
+#include <algorithm>
 #include <cstdio>
 #include <sqlite3.h>
 
@@ -53,6 +54,20 @@ private:
     sqlite3 *db;
     bool kept = false;
 };
+
+// Where the columns lie that a recordset was opened with: a definition may have moved them since.
+std::vector<int> places_now(const plan &opened, const std::vector<int> &places, const table &now)
+{
+    std::vector<int> found;
+    for (const int place : places) {
+        const auto column = std::find_if(opened.columns.begin(), opened.columns.end(),
+                                         [place](const result_column &each) { return each.place == place; });
+        found.push_back(now.place_of(column->name));
+        if (found.back() < 0)
+            fail_no_column(column->name);
+    }
+    return found;
+}
 
 ado::Value literal_number(QStringView text, bool negative)
 {
@@ -305,8 +320,10 @@ qint64 database::insert(plan &through, const std::vector<int> &places, const std
 {
     begin_write();
     prepared_statement &which = through.inserts[places];
-    if (!which)
-        which = prepare(db, insert_text(table_of(through), places), true);
+    if (!which) {
+        const table &of = table_of(through);
+        which = prepare(db, insert_text(of, places_now(through, places, of)), true);
+    }
     parameters.start(which.get(), values);
     for (size_t i = 0; i < values.size(); ++i)
         parameters.value(int(i) + 1, values[i]);
@@ -319,8 +336,10 @@ void database::update(plan &through, qint64 key, const std::vector<int> &places,
     begin_write();
     tell_recordsets(through.table);
     prepared_statement &which = through.updates[places];
-    if (!which)
-        which = prepare(db, update_text(table_of(through), places), true);
+    if (!which) {
+        const table &of = table_of(through);
+        which = prepare(db, update_text(of, places_now(through, places, of)), true);
+    }
     parameters.start(which.get(), values);
     for (size_t i = 0; i < values.size(); ++i)
         parameters.value(int(i) + 1, values[i]);

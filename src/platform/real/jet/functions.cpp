@@ -5,6 +5,7 @@
 #include "platform/real/jet/expression_writer.h"
 #include "platform/real/jet/failures.h"
 #include "platform/real/jet/like.h"
+#include "platform/real/jet/statement.h"
 #include <sqlite3.h>
 
 namespace jet {
@@ -48,7 +49,8 @@ int compare_folded(void *, int length_a, const void *a, int length_b, const void
 
 QString text_argument(sqlite3_value *of)
 {
-    return QString::fromUtf8(reinterpret_cast<const char *>(sqlite3_value_text(of)), sqlite3_value_bytes(of));
+    const unsigned char *text = sqlite3_value_text(of);
+    return kept_utf8(text, sqlite3_value_bytes(of));
 }
 
 void give_text(sqlite3_context *context, const QString &text)

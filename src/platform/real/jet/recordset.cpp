@@ -82,8 +82,9 @@ Recordset::~Recordset() = default;
 
 void Recordset::Open(const QString &sql, Connection &connection, cursor_type cursor, lock_type lock)
 {
-    if (held)
+    if (State() == 1)
         jet::fail(object_open, QStringLiteral("Operation is not allowed when the object is open."));
+    held.reset(); // closed with its connection
     if (!connection.handle)
         jet::fail(object_closed, QStringLiteral("The connection cannot be used to perform this operation. It is either "
                                                 "closed or invalid in this context."));
@@ -197,6 +198,7 @@ void Recordset::Delete()
     state &of = open_state(held);
     of.need_changeable();
     of.forget_edits();
+    of.rows->count(); // the rows are found while the one to go is still among them
     const qint64 key = of.rows->current_key();
     of.store()->store.delete_row(of.rows->select(), key);
     of.rows->deleted();

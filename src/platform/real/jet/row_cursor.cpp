@@ -62,8 +62,12 @@ void row_cursor::load()
     rows = of->keyed ? qint64(keys.size()) : qint64(window.size());
     loaded = true;
     if (added) {
-        const auto found = std::find(keys.begin(), keys.end(), *added);
-        position = found == keys.end() ? 0 : found - keys.begin();
+        auto found = std::find(keys.begin(), keys.end(), *added);
+        if (found == keys.end()) { // added, though the statement would not find it
+            found = keys.insert(found, *added);
+            ++rows;
+        }
+        position = found - keys.begin();
         added.reset();
     }
 }

@@ -2,6 +2,7 @@
 #include "platform/real/jet/dates.h"
 #include "platform/real/jet/failures.h"
 #include <QStringConverter>
+#include <cstring>
 #include <sqlite3.h>
 
 namespace jet {
@@ -94,6 +95,13 @@ void binder::value(int place, const ado::Value &value)
         null(place);
 }
 
+QString kept_utf8(const unsigned char *text, int length)
+{
+    const auto *bytes = reinterpret_cast<const char *>(text);
+    const QString read = QString::fromUtf8(bytes, length);
+    return length >= 3 && std::memcmp(bytes, "\xEF\xBB\xBF", 3) == 0 ? QChar(0xFEFF) + read : read;
+}
+
 ado::Value column_value(sqlite3_stmt *row, int place, ado::field_type type)
 {
     const int kept_as = sqlite3_column_type(row, place);
@@ -105,12 +113,12 @@ ado::Value column_value(sqlite3_stmt *row, int place, ado::field_type type)
     }
     if (kept_as == SQLITE_FLOAT)
         return ado::Value(sqlite3_column_double(row, place));
-    const auto *text = reinterpret_cast<const char *>(sqlite3_column_text(row, place));
+    const unsigned char *text = sqlite3_column_text(row, place);
     const int length = sqlite3_column_bytes(row, place);
     if (type == ado::field_type::date)
-        if (const QDateTime date = read_kept(text, length); date.isValid())
+        if (const QDateTime date = read_kept(reinterpret_cast<const char *>(text), length); date.isValid())
             return ado::Value(date);
-    return ado::Value(QString::fromUtf8(text, length));
+    return ado::Value(kept_utf8(text, length));
 }
 
 }

@@ -40,6 +40,9 @@ private:
     size_t used = 0;
 };
 
+// SQLite's text as it is: a leading U+FEFF is a letter of the text here, which Qt's own reading would drop.
+QString kept_utf8(const unsigned char *text, int length);
+
 // A column of the current row as a value of the type.
 ado::Value column_value(sqlite3_stmt *row, int place, ado::field_type type);
 
