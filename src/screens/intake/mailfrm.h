@@ -30,6 +30,7 @@ public:
 
 protected:
     QString help_topic() const override;
+    void keyPressEvent(QKeyEvent *event) override;
 
 private:
     void fetch_and_parse();
