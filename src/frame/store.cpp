@@ -25,17 +25,10 @@ void open_store_if_closed()
 
 QString quote_sql(const QString &value)
 {
-    const QString trimmed = trim(value);
-    QString quoted(trimmed.size() + trimmed.count(u'\'') + 2, Qt::Uninitialized);
-    QChar *to = quoted.data();
-    *to++ = u'\'';
-    for (const QChar letter : trimmed) {
-        if (letter == u'\'')
-            *to++ = u'\'';
-        *to++ = letter;
-    }
-    *to = u'\'';
-    return quoted;
+    QString trimmed = trim(value);
+    if (trimmed.contains(u'\''))
+        trimmed.replace(QStringLiteral("'"), QStringLiteral("''"));
+    return u'\'' + trimmed + u'\'';
 }
 
 void run_sql(const QString &sql)

@@ -42,14 +42,27 @@ struct found_part {
     qsizetype length = 0;
 };
 
+// The first place from here on whose letter is that one, case-blind; the text's length when there is none.
+qsizetype next_place_of(char32_t folded, QStringView text, qsizetype from)
+{
+    const QChar *const letters = text.data();
+    const qsizetype size = text.size();
+    for (qsizetype at = from; at < size;) {
+        const char16_t unit = letters[at].unicode();
+        const bool ascii = unit < 0x80;
+        if (fold_letter(ascii ? unit : letter_at(text, at)) == folded)
+            return at;
+        at += ascii ? 1 : letter_length(text, at);
+    }
+    return size;
+}
+
 found_part find_part(QStringView text, qsizetype from, QStringView part)
 {
     if (part.isEmpty())
         return {};
     const char32_t first = fold_letter(letter_at(part, 0));
-    for (qsizetype at = from; at < text.size(); at += letter_length(text, at)) {
-        if (fold_letter(letter_at(text, at)) != first)
-            continue;
+    for (qsizetype at = from; (at = next_place_of(first, text, at)) < text.size(); at += letter_length(text, at)) {
         const qsizetype length = match_length(text, at, part);
         if (length >= 0)
             return {at, length};
@@ -171,14 +184,12 @@ QString left(const QString &text, qsizetype count)
 
 QString crlf_line_ends(QStringView text)
 {
-    QString result(text.size() + text.count(u'\n'), Qt::Uninitialized);
-    QChar *to = result.data();
-    for (const QChar letter : text) {
-        if (letter == u'\n')
-            *to++ = u'\r';
-        *to++ = letter;
-    }
-    return result;
+    QString result;
+    result.reserve(text.size() + text.size() / 16 + 16);
+    qsizetype from = 0;
+    for (qsizetype at = 0; (at = text.indexOf(u'\n', from)) >= 0; from = at + 1)
+        result.append(text.sliced(from, at - from)).append(QStringView(u"\r\n"));
+    return result.append(text.sliced(from));
 }
 
 bool is_numeric(QStringView text)

@@ -43,11 +43,12 @@ void begin_fetch()
     fetching.rules = read_unsubscribe_rules();
 }
 
-// A move is done some mails after it was asked for; what failed then is told here, an entry a mail.
-void log_failed_moves()
+// A move is done some mails after it was asked for, and what cannot be read is passed over: what failed then is told
+// here, an entry a mail.
+void log_failures()
 {
     for (bool more = true; more;)
-        guarded("Mailfrm.frm", "write_data", [&] { more = fetching.inbox_items->raise_next_failed_move(); });
+        guarded("Mailfrm.frm", "write_data", [&] { more = fetching.inbox_items->raise_next_failure(); });
 }
 
 void walk_folder()
@@ -63,7 +64,7 @@ void walk_folder()
     }
     fetching.current_item = nullptr;
     guarded("Mailfrm.frm", "write_data", [&] { items.finish_moves(); });
-    log_failed_moves();
+    log_failures();
 }
 
 void walk_messages()

@@ -14,18 +14,16 @@ unsubscribe_rules read_unsubscribe_rules()
         rules.keyword = row["unsub_keyword"].text_or_empty();
         rules.enabled = row["enable_unsub"].to_flag();
     }
-    const QString since = GetSetting("main", "enabledUnsubDate");
-    if (!since.isEmpty())
-        rules.since = ado::Value(since).to_date();
+    rules.since = GetSetting("main", "enabledUnsubDate");
     return rules;
 }
 
 std::optional<QString> entry_number_in(const QString &subject, const QDateTime &received,
                                        const unsubscribe_rules &rules)
 {
-    if (!rules.since.isValid() || received < rules.since)
-        return std::nullopt;
     if (!rules.enabled || !contains_text(subject, rules.keyword)) // an empty keyword is contained in nothing
+        return std::nullopt;
+    if (rules.since.isEmpty() || received < ado::Value(rules.since).to_date())
         return std::nullopt;
     const QString number = trim(remove_all(remove_all(subject, rules.keyword), u":"));
     return is_numeric(number) ? std::optional(number) : std::nullopt;

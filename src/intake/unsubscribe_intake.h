@@ -10,12 +10,13 @@ namespace intake {
 struct unsubscribe_rules { // unsub_detail and the setting enabledUnsubDate
     bool enabled = false;
     QString keyword;
-    QDateTime since; // not valid: unsubscribing does not apply
+    QString since; // as it is set; empty: unsubscribing does not apply
 };
 
 unsubscribe_rules read_unsubscribe_rules();
 
-// The entry number in the subject, or nothing when the mail is no unsubscribe. A text: "000701" is not "701".
+// The entry number in the subject, or nothing when the mail is no unsubscribe. A text: "000701" is not "701". Throws
+// when the date cannot be read, but only for a mail that it decides about.
 std::optional<QString> entry_number_in(const QString &subject, const QDateTime &received,
                                        const unsubscribe_rules &rules);
 

@@ -2,7 +2,9 @@
 //   tessaly_jobs JOB --folder PROGRAM_FOLDER
 // Status 0: done; 1: not done, a line on stderr says why; 2: a question came up. It takes the same lock and reads the
 // same settings as the program.
+#include "frame/error_log.h"
 #include "frame/messages.h"
+#include "frame/session.h"
 #include "frame/start_up.h"
 #include "frame/status.h"
 #include "jobs/fetch_job.h"
@@ -62,9 +64,8 @@ int main(int argc, char **argv)
     job_messages boxes;
     set_message_service(&boxes);
     set_status_sink([](const QString &text) { std::fprintf(stderr, "%s\n", qPrintable(text)); });
-    try {
-        end_process(run(words[0]));
-    } catch (const run_time_error &error) {
-        end_process(fail(error.description));
-    }
+    int status = 1;
+    if (!guarded("mail_module.bas", "Main", [&] { status = run(words[0]); }))
+        status = fail(session.err_description);
+    end_process(status);
 }

@@ -6,6 +6,7 @@
 #include <QFile>
 #include <QStandardPaths>
 #include <cerrno>
+#include <cstring>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <unistd.h>
@@ -83,8 +84,12 @@ bool lock_app_folder()
     if (descriptor < 0)
         throw run_time_error{70, QStringLiteral("Permission denied: ") + path};
     if (::flock(descriptor, LOCK_EX | LOCK_NB) != 0) {
+        const int failure = errno;
         ::close(descriptor);
-        return false;
+        if (failure == EWOULDBLOCK)
+            return false;
+        throw run_time_error{75, QStringLiteral("Path/File access error: ") + path + QStringLiteral(": ") +
+                                     QString::fromLocal8Bit(strerror(failure))};
     }
     the_folder.lock = descriptor;
     return true;

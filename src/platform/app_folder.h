@@ -13,6 +13,7 @@ void set_app_folder(const QString &folder); // the driver's --folder, and tests
 QString app_path(QStringView tail);
 
 // One running program or driver a folder. The lock dies with the process, so a killed one leaves none behind.
-// False: another one holds it. Throws 76 where the folder is not there, 70 where it cannot be written.
+// False: another one holds it. Throws 76 where the folder is not there, 70 where it cannot be written, 75 where its
+// file system has no locks.
 bool lock_app_folder();
 void unlock_app_folder();

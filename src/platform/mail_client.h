@@ -2,7 +2,7 @@
 // Maildir or an IMAP mailbox (platform/real). The kind that only reads and leaves: platform/mail_session.h.
 //
 // A move is asked for at once and done later, in ranges, after a commit of what the store was given: a mail never
-// leaves the Inbox before its row is durable. raise_next_failed_move tells what could not be moved.
+// leaves the Inbox before its row is durable. raise_next_failure tells what could not be moved, or read.
 #pragma once
 #include "platform/run_time_error.h"
 #include <QDateTime>
@@ -53,8 +53,9 @@ public:
     // lives until the next call. Only the filter "every item, read or unread" exists.
     virtual MailItem *Find(const QString &filter, const wanted_mails &wanted) = 0;
     virtual MailItem *FindNext() = 0;
-    // Throws the next failure of a move that was asked for and could not be done; false when there is none (left).
-    virtual bool raise_next_failed_move() = 0;
+    // Throws the next failure: of a mail that could not be read (each is told once, and some at a time), or of a move
+    // that was asked for and could not be done. False when there is none (left).
+    virtual bool raise_next_failure() = 0;
     // Does all moves asked for so far, after a commit of the store. FindNext does it too, from time to time.
     virtual void finish_moves() = 0;
 };

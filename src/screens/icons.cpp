@@ -1,6 +1,7 @@
 #include "screens/icons.h"
 
 #include <QGuiApplication>
+#include <QIconEngine>
 #include <QPainter>
 #include <QPainterPath>
 #include <QPalette>
@@ -142,42 +143,63 @@ const std::map<QString, draw_routine> &pictures()
     return all;
 }
 
-QPixmap picture_at(draw_routine draw, int size, bool lit)
+void draw_lit_ground(QPainter &painter)
 {
-    QPixmap pixmap(size, size);
-    pixmap.fill(Qt::transparent);
-    QPainter painter(&pixmap);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.scale(size / 24.0, size / 24.0);
-    if (lit) {
-        QColor light = QGuiApplication::palette().color(QPalette::Highlight);
-        light.setAlpha(60);
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(light);
-        painter.drawRoundedRect(QRectF(0, 0, 24, 24), 5, 5);
-    }
-    draw(painter);
-    return pixmap;
+    QColor light = QGuiApplication::palette().color(QPalette::Highlight);
+    light.setAlpha(60);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(light);
+    painter.drawRoundedRect(QRectF(0, 0, 24, 24), 5, 5);
 }
+
+// Draws at the size that is asked for, when it is asked for: at the start nearly none is.
+class drawn_engine : public QIconEngine {
+public:
+    drawn_engine(draw_routine routine, bool lights_up) : draw(routine), lit_when_active(lights_up) {}
+
+    void paint(QPainter *painter, const QRect &rect, QIcon::Mode mode, QIcon::State) override
+    {
+        const int size = qMin(rect.width(), rect.height());
+        painter->save();
+        painter->setRenderHint(QPainter::Antialiasing);
+        painter->translate(rect.x() + (rect.width() - size) / 2.0, rect.y() + (rect.height() - size) / 2.0);
+        painter->scale(size / 24.0, size / 24.0);
+        if (mode == QIcon::Disabled)
+            painter->setOpacity(0.4);
+        if (mode == QIcon::Active && lit_when_active)
+            draw_lit_ground(*painter);
+        draw(*painter);
+        painter->restore();
+    }
+
+    QPixmap pixmap(const QSize &size, QIcon::Mode mode, QIcon::State state) override
+    {
+        QPixmap made(size);
+        made.fill(Qt::transparent);
+        QPainter painter(&made);
+        paint(&painter, made.rect(), mode, state);
+        return made;
+    }
+
+    QIconEngine *clone() const override { return new drawn_engine(*this); }
+
+private:
+    draw_routine draw;
+    bool lit_when_active;
+};
 
 }
 
 QIcon drawn_icon(const QString &name)
 {
-    QIcon icon;
     const auto found = pictures().find(name);
-    if (found == pictures().end())
-        return icon;
-    for (const int size : {16, 24, 32, 48, 64, 128}) {
-        icon.addPixmap(picture_at(found->second, size, false), QIcon::Normal);
-        if (!name.startsWith(u"key"))
-            icon.addPixmap(picture_at(found->second, size, true), QIcon::Active);
-    }
-    return icon;
+    return found == pictures().end() ? QIcon() : QIcon(new drawn_engine(found->second, !name.startsWith(u"key")));
 }
 
 QPixmap drawn_picture(const QString &name, int size)
 {
     const auto found = pictures().find(name);
-    return found == pictures().end() ? QPixmap() : picture_at(found->second, size, false);
+    return found == pictures().end()
+               ? QPixmap()
+               : drawn_engine(found->second, false).pixmap({size, size}, QIcon::Normal, QIcon::Off);
 }

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QInputDialog>
+#include <QLabel>
 #include <QMessageBox>
 
 namespace {
@@ -34,6 +35,7 @@ std::optional<QString> ask_for_text(const message_box &box)
     QInputDialog dialog(window_in_front());
     dialog.setWindowTitle(box.title);
     dialog.setLabelText(box.text);
+    dialog.findChild<QLabel *>()->setTextFormat(Qt::PlainText);
     dialog.setTextValue(box.proposal);
     if (dialog.exec() != QDialog::Accepted)
         return std::nullopt;

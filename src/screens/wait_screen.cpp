@@ -36,6 +36,7 @@ wait_screen::wait_screen(const QString &name, const QString &title, QWidget *par
     WebBrowser1->setAccessibleName("Animation");
     WebBrowser1->setMinimumSize(360, 96);
     what_l->setObjectName("what_l");
+    what_l->setTextFormat(Qt::PlainText);
     progress_bar->setObjectName("progress_bar");
     progress_bar->setAccessibleName("Progress");
     progress_bar->setRange(0, 0);

@@ -3,6 +3,7 @@
 #include "frame/session.h"
 #include "frame/start_up.h"
 #include "platform/app_folder.h"
+#include "platform/outside_effects.h"
 #include "platform/settings.h"
 #include "support/driver.h"
 #include "support/intake_site.h"
@@ -51,6 +52,8 @@ private slots:
     void a_failing_map_count_is_logged();
     void without_the_store_the_driver_shows_the_message_and_ends();
     void a_second_driver_shows_the_message_and_ends();
+    void a_failed_start_of_the_driver_is_logged();
+    void a_missing_maildir_ends_the_driver_with_one_line();
     void a_killed_holder_leaves_no_lock_behind();
 };
 
@@ -156,6 +159,34 @@ void start_up_test::a_second_driver_shows_the_message_and_ends()
     const driver_run run = run_driver(empty.path());
     QCOMPARE(run.status, 1);
     QCOMPARE(run.errors, QString("Another instance of this program is already running\n"));
+}
+
+void start_up_test::a_failed_start_of_the_driver_is_logged()
+{
+    intake_site site;
+    session.store_connection->Close();
+    QFile store(site.folder.filePath("mailapp.mdb"));
+    QVERIFY(store.open(QIODevice::WriteOnly));
+    store.write(QByteArray(8192, 'x'));
+    store.close();
+    const driver_run run = run_driver(site.folder.path());
+    QCOMPARE(run.status, 1);
+    QVERIFY2(run.errors.startsWith("Unrecognized database format."), qPrintable(run.errors));
+    QCOMPARE(run.errors.count(u'\n'), 1);
+    const QStringList entries = site.log_entries();
+    QCOMPARE(entries.size(), 1);
+    QVERIFY2(entries[0].endsWith("|mail_module.bas|Main"), qPrintable(entries[0]));
+}
+
+void start_up_test::a_missing_maildir_ends_the_driver_with_one_line()
+{
+    intake_site site;
+    before_outside_effect(); // what the driver opens is the file
+    SaveSetting("mail_client", "maildir", "/no/such/Maildir");
+    const driver_run run = run_driver(site.folder.path());
+    QCOMPARE(run.status, 1);
+    QCOMPARE(run.errors, QString("Form_load: Path not found: /no/such/Maildir\n"));
+    QCOMPARE(site.log_entries(), QStringList{"76|Path not found: /no/such/Maildir|Mailfrm.frm|Form_load"});
 }
 
 void start_up_test::a_killed_holder_leaves_no_lock_behind()

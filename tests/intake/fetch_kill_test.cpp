@@ -2,32 +2,10 @@
 // killed before the n-th call that changes something on disk, and fetches once more.
 // A few points unless TESSALY_LONG is set; the seed is printed, and TESSALY_SEED repeats a run.
 #include "support/fault_site.h"
+#include "support/kill_points.h"
 
-#include <QRandomGenerator>
 #include <QtTest/QTest>
 #include <csignal>
-
-namespace {
-
-constexpr quint32 usual_seed = 20260813;
-
-// Points spread over the whole run, one at random in each equal part of it.
-QList<int> points_in(int calls, int points)
-{
-    const quint32 seed =
-        qEnvironmentVariableIsSet("TESSALY_SEED") ? qEnvironmentVariable("TESSALY_SEED").toUInt() : usual_seed;
-    qInfo("%d calls in a whole fetch, seed %u", calls, seed);
-    QRandomGenerator random(seed);
-    QList<int> chosen;
-    for (int part = 0; part < points; ++part) {
-        const int from = int(qint64(calls) * part / points);
-        const int to = qMax(from + 1, int(qint64(calls) * (part + 1) / points));
-        chosen += 1 + from + int(random.bounded(quint32(to - from)));
-    }
-    return chosen;
-}
-
-}
 
 class fetch_kill_test : public QObject {
     Q_OBJECT
@@ -64,8 +42,7 @@ void fetch_kill_test::kill_at_points(const QString &calls)
 {
     const int all_calls = fault_site().calls_of_a_whole_fetch(calls);
     QVERIFY2(all_calls > 20, "the calls are not seen");
-    const int points = qEnvironmentVariableIsSet("TESSALY_LONG") ? 50 : 10;
-    for (const int point : points_in(all_calls, points)) {
+    for (const int point : points_in(all_calls, usual_points() / 2)) { // half of them before each kind of call
         const fault_site site;
         const QByteArray where = QString("killed before call %1 of the %2").arg(point).arg(calls).toUtf8();
         const driver_run killed = site.fetch_with(calls, {"KILL=" + QString::number(point)});

@@ -58,6 +58,7 @@ private slots:
     void before_the_enabled_date_a_keyword_mail_to_an_account_is_stored_and_nothing_else();
     void at_the_enabled_second_it_applies();
     void without_an_enabled_date_it_does_not_apply();
+    void a_date_that_cannot_be_read_keeps_back_only_keyword_mails();
     void switched_off_it_does_not_apply();
     void an_empty_keyword_is_in_no_subject();
     void an_address_already_blocked_gets_no_second_confirmation();
@@ -162,6 +163,27 @@ void unsubscribe_fetch_test::without_an_enabled_date_it_does_not_apply()
     QVERIFY(site.fetch());
     QCOMPARE(site.column(blocked), QStringList());
     QCOMPARE(site.inbox().size(), 1);
+}
+
+void unsubscribe_fetch_test::a_date_that_cannot_be_read_keeps_back_only_keyword_mails()
+{
+    unsubscribe_site site;
+    site.add_map("cut", 1, "Order", "Line", {{"word", "Line1", "", true}});
+    SaveSetting("main", "enabledUnsubDate", "last summer");
+    site.put(to_account("Order"));
+    site.put(to_account("unsubscribe 1037"));
+    site.put(to_nobody("unsubscribe 1037"));
+    site.put(to_account("Hello"));
+    QVERIFY(site.fetch());
+    QCOMPARE(site.column(stored), QStringList({"Order", "Hello"}));
+    QCOMPARE(site.column("select word from cut"), QStringList{"Please."});
+    QCOMPARE(site.inbox().size(), 2);
+    QCOMPARE(site.column(blocked), QStringList());
+    QCOMPARE(site.answers(), QStringList());
+    const QStringList entries = site.log_entries();
+    QCOMPARE(entries.size(), 2);
+    for (const QString &entry : entries)
+        QVERIFY2(entry.endsWith("|Mailfrm.frm|write_data"), qPrintable(entry));
 }
 
 void unsubscribe_fetch_test::switched_off_it_does_not_apply()

@@ -4,13 +4,14 @@
 #include "platform/run_time_error.h"
 #include "platform/settings.h"
 #include "support/intake_site.h"
+#include "support/test_store.h"
 
 #include <QtTest/QTest>
 
 namespace {
 
 const QDateTime noon(QDate(2026, 8, 13), QTime(12, 0, 0), Qt::UTC);
-const intake::unsubscribe_rules enabled_rules{true, "Unsubscribe", noon};
+const intake::unsubscribe_rules enabled_rules{true, "Unsubscribe", "8/13/2026 12:00:00 PM"};
 const QString blocked = "select email from unsubscribe_tbl";
 
 }
@@ -22,6 +23,8 @@ private slots:
     void the_number_in_a_subject();
     void when_it_applies_data();
     void when_it_applies();
+    void a_date_that_cannot_be_read_fails_only_where_it_decides_data();
+    void a_date_that_cannot_be_read_fails_only_where_it_decides();
     void the_rules_as_they_are_kept();
     void without_a_row_unsubscribing_is_off();
     void the_address_of_an_entry();
@@ -79,26 +82,49 @@ void unsubscribe_intake_test::when_it_applies_data()
 {
     QTest::addColumn<bool>("enabled");
     QTest::addColumn<QString>("keyword");
-    QTest::addColumn<QDateTime>("since");
+    QTest::addColumn<QString>("since");
     QTest::addColumn<QDateTime>("received");
     QTest::addColumn<bool>("applies");
-    QTest::newRow("on the second") << true << "Unsubscribe" << noon << noon << true;
-    QTest::newRow("later") << true << "Unsubscribe" << noon << noon.addDays(1) << true;
-    QTest::newRow("one second too early") << true << "Unsubscribe" << noon << noon.addSecs(-1) << false;
-    QTest::newRow("earlier on the same day") << true << "Unsubscribe" << noon << noon.addSecs(-3600) << false;
-    QTest::newRow("no date was set") << true << "Unsubscribe" << QDateTime() << noon << false;
-    QTest::newRow("switched off") << false << "Unsubscribe" << noon << noon << false;
-    QTest::newRow("an empty keyword is contained in nothing") << true << "" << noon << noon << false;
-    QTest::newRow("another keyword") << true << "Stop" << noon << noon << false;
+    const QString at_noon = "8/13/2026 12:00:00 PM";
+    QTest::newRow("on the second") << true << "Unsubscribe" << at_noon << noon << true;
+    QTest::newRow("later") << true << "Unsubscribe" << at_noon << noon.addDays(1) << true;
+    QTest::newRow("one second too early") << true << "Unsubscribe" << at_noon << noon.addSecs(-1) << false;
+    QTest::newRow("earlier on the same day") << true << "Unsubscribe" << at_noon << noon.addSecs(-3600) << false;
+    QTest::newRow("no date was set") << true << "Unsubscribe"
+                                     << "" << noon << false;
+    QTest::newRow("switched off") << false << "Unsubscribe" << at_noon << noon << false;
+    QTest::newRow("an empty keyword is contained in nothing") << true << "" << at_noon << noon << false;
+    QTest::newRow("another keyword") << true << "Stop" << at_noon << noon << false;
+    QTest::newRow("a day alone begins at midnight")
+        << true << "Unsubscribe"
+        << "8/13/2026" << QDateTime(QDate(2026, 8, 13), QTime(0, 0), Qt::UTC) << true;
 }
 
 void unsubscribe_intake_test::when_it_applies()
 {
     QFETCH(bool, enabled);
     QFETCH(QString, keyword);
-    QFETCH(QDateTime, since);
+    QFETCH(QString, since);
     QFETCH(QDateTime, received);
     QTEST(intake::entry_number_in("Unsubscribe 1037", received, {enabled, keyword, since}).has_value(), "applies");
+}
+
+void unsubscribe_intake_test::a_date_that_cannot_be_read_fails_only_where_it_decides_data()
+{
+    QTest::addColumn<bool>("enabled");
+    QTest::addColumn<QString>("subject");
+    QTest::addColumn<bool>("fails");
+    QTest::newRow("the keyword, and enabled") << true << "Unsubscribe 1037" << true;
+    QTest::newRow("no keyword") << true << "Order 1037" << false;
+    QTest::newRow("switched off") << false << "Unsubscribe 1037" << false;
+}
+
+void unsubscribe_intake_test::a_date_that_cannot_be_read_fails_only_where_it_decides()
+{
+    QFETCH(bool, enabled);
+    QFETCH(QString, subject);
+    const intake::unsubscribe_rules rules{enabled, "Unsubscribe", "last summer"};
+    QTEST(error_number_of([&] { intake::entry_number_in(subject, noon, rules); }) != 0, "fails");
 }
 
 void unsubscribe_intake_test::the_rules_as_they_are_kept()
@@ -108,13 +134,13 @@ void unsubscribe_intake_test::the_rules_as_they_are_kept()
     const auto rules = intake::read_unsubscribe_rules();
     QVERIFY(rules.enabled);
     QCOMPARE(rules.keyword, QString("unsubscribe"));
-    QCOMPARE(rules.since, noon);
+    QCOMPARE(rules.since, QString("8/13/2026 12:00:00 PM"));
     site.run("update unsub_detail set enable_unsub=no,unsub_keyword='STOP'");
     SaveSetting("main", "enabledUnsubDate", "8/13/2026");
     const auto changed = intake::read_unsubscribe_rules();
     QVERIFY(!changed.enabled);
     QCOMPARE(changed.keyword, QString("STOP"));
-    QCOMPARE(changed.since, QDateTime(QDate(2026, 8, 13), QTime(0, 0), Qt::UTC));
+    QCOMPARE(changed.since, QString("8/13/2026"));
 }
 
 void unsubscribe_intake_test::without_a_row_unsubscribing_is_off()
@@ -124,7 +150,7 @@ void unsubscribe_intake_test::without_a_row_unsubscribing_is_off()
     const auto rules = intake::read_unsubscribe_rules();
     QVERIFY(!rules.enabled);
     QCOMPARE(rules.keyword, QString());
-    QVERIFY(!rules.since.isValid());
+    QCOMPARE(rules.since, QString());
 }
 
 void unsubscribe_intake_test::the_address_of_an_entry()

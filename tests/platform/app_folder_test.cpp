@@ -5,6 +5,22 @@
 #include <QDir>
 #include <QFile>
 #include <QtTest/QTest>
+#include <cerrno>
+
+namespace {
+
+struct lock_state {
+    int failure = 0; // what the next locks fail with
+} locks;
+
+}
+
+// The program's own calls come here instead of to the C library, because the linker meets this one first.
+extern "C" int flock(int, int) noexcept
+{
+    errno = locks.failure;
+    return locks.failure == 0 ? 0 : -1;
+}
 
 class app_folder_test : public QObject {
     Q_OBJECT
@@ -66,6 +82,19 @@ private slots:
         const QTemporaryDir place;
         set_app_folder(place.filePath("gone"));
         QCOMPARE(error_number_of([] { lock_app_folder(); }), 76u);
+        set_app_folder({});
+    }
+
+    void where_locks_do_not_work_it_is_no_other_instance()
+    {
+        const QTemporaryDir place;
+        set_app_folder(place.path());
+        locks.failure = ENOLCK;
+        QCOMPARE(error_number_of([] { lock_app_folder(); }), 75u);
+        locks.failure = EWOULDBLOCK;
+        QVERIFY(!lock_app_folder());
+        locks.failure = 0;
+        QVERIFY(lock_app_folder());
         set_app_folder({});
     }
 };

@@ -1,5 +1,6 @@
 // What is on disk when: barriers, kills, copies, and disks that are full or may not be written.
 #include "platform/outside_effects.h"
+#include "support/kill_points.h"
 #include "support/statement_effects.h"
 #include <QCoreApplication>
 #include <QDir>
@@ -27,6 +28,7 @@ private slots:
     void a_copy_that_cannot_be_made_changes_nothing();
     void a_full_disk_is_told_and_passes();
     void a_read_only_store_is_told_and_passes();
+    void a_read_only_store_that_became_garbage_fails_clearly_until_it_is_back();
     void a_file_of_another_format_is_refused();
     void a_missing_file_is_refused();
     void nothing_is_left_beside_a_closed_store();
@@ -35,6 +37,7 @@ private slots:
 namespace {
 
 constexpr uid_t nobody = 65534;
+constexpr int writes = 400; // of the run that is killed
 
 // Another process's view: what a connection of its own would see on disk.
 QString seen_by_others(const QString &path, const QString &select)
@@ -50,6 +53,34 @@ QString seen_by_others(const QString &path, const QString &select)
     ado::Recordset rows;
     rows.Open(select, other);
     return rows.EOF_() ? QString() : rows[0].text_or_empty();
+}
+
+// Closes it and makes it a file that this process cannot write once it is nobody's.
+void give_away_read_only(test_store &store)
+{
+    store.connection().Close();
+    chmod(qPrintable(store.folder()), 0777);
+    chmod(qPrintable(store.path()), 0444);
+    if (geteuid() != 0)
+        return;
+    if (chown(qPrintable(store.path()), nobody, nobody) != 0)
+        qFatal("cannot give the store away");
+    for (QString folder = store.folder(); folder.size() > 1; folder = folder.left(folder.lastIndexOf('/')))
+        chmod(qPrintable(folder), 0777);
+}
+
+QByteArray bytes_of(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+// The file itself stays, so whoever has it open sees the new bytes.
+void replace_bytes(const QString &path, const QByteArray &bytes)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
+        qFatal("cannot write %s", qPrintable(path));
 }
 
 // Runs the work in a child process and gives its exit status, or minus the signal that ended it.
@@ -111,8 +142,11 @@ void durability_test::two_connections_share_what_is_pending()
 void durability_test::a_killed_process_has_done_a_prefix_data()
 {
     QTest::addColumn<int>("kill_at");
-    for (const int at : {0, 1, 2, 3, 7, 29, 99, 100, 101, 250, 399})
-        QTest::addRow("at write %d", at) << at;
+    for (const int at : {0, 99, 100, writes - 1}) // the first, around a barrier, the last
+        QTest::addRow("before write %d", at) << at;
+    const QList<int> points = points_in(writes, usual_points());
+    for (qsizetype i = 0; i < points.size(); ++i)
+        QTest::addRow("point %d, before write %d", int(i) + 1, points[i] - 1) << points[i] - 1;
 }
 
 // Two rows a step, in two tables, a barrier every 50 steps: whatever survives is a beginning, and holds every barrier.
@@ -126,7 +160,7 @@ void durability_test::a_killed_process_has_done_a_prefix()
     const int ended = in_child([&] {
         ado::Connection mine;
         store.open(mine);
-        for (int write = 0; write < 400; ++write) {
+        for (int write = 0; write < writes; ++write) {
             if (write == kill_at)
                 raise(SIGKILL);
             mine.Execute(write % 2 == 0 ? "insert into cust(city) values('c')"
@@ -235,13 +269,7 @@ void durability_test::a_read_only_store_is_told_and_passes()
 {
     test_store store;
     fill_sample_store(store);
-    store.connection().Close();
-    chmod(qPrintable(store.folder()), 0777);
-    chmod(qPrintable(store.path()), 0444);
-    QVERIFY(geteuid() != 0 || chown(qPrintable(store.path()), nobody, nobody) == 0);
-    for (QString folder = store.folder(); geteuid() == 0 && folder.size() > 1;
-         folder = folder.left(folder.lastIndexOf('/')))
-        chmod(qPrintable(folder), 0777);
+    give_away_read_only(store);
     const int ended = in_child([&] {
         if (geteuid() == 0 && setresuid(nobody, nobody, nobody) != 0)
             return 1;
@@ -263,6 +291,42 @@ void durability_test::a_read_only_store_is_told_and_passes()
     QCOMPARE(ended, 0);
     store.open(store.connection());
     QCOMPARE(store.cell("select city from cust where message_id=4"), "x");
+}
+
+// The first change after the file can be written again opens it anew; until that succeeds, every statement fails.
+void durability_test::a_read_only_store_that_became_garbage_fails_clearly_until_it_is_back()
+{
+    test_store store;
+    fill_sample_store(store);
+    give_away_read_only(store);
+    const int ended = in_child([&] {
+        if (geteuid() == 0 && setresuid(nobody, nobody, nobody) != 0)
+            return 1;
+        ado::Connection mine;
+        store.open(mine);
+        ado::Recordset before, live;
+        before.Open("select city from cust", mine);
+        live.Open("select city from cust", mine, ado::cursor_type::keyset, ado::lock_type::optimistic);
+        const auto insert = [&] { mine.Execute("insert into cust(city) values('x')"); };
+        const QByteArray whole = bytes_of(store.path());
+        chmod(qPrintable(store.path()), 0644);
+        replace_bytes(store.path(), QByteArray(8192, 'x'));
+        ado::Recordset rows;
+        const auto select = [&] { rows.Open("select count(*) from cust", mine); };
+        const auto count_live = [&] { live.RecordCount(); };
+        const auto copy = [&] { mine.copy_store(store.folder() + "/copy.mdb"); };
+        for (int attempt = 0; attempt < 2; ++attempt)
+            if (error_number_of(insert) != ado::store_failure || error_number_of(select) != ado::store_failure ||
+                error_number_of(count_live) != ado::store_failure || error_number_of(copy) != ado::store_failure)
+                return 2;
+        if (before["city"].to_text() != "Paris")
+            return 3;
+        replace_bytes(store.path(), whole);
+        if (error_number_of(insert) != 0 || live.RecordCount() != 4)
+            return 4;
+        return 0;
+    });
+    QCOMPARE(ended, 0);
 }
 
 void durability_test::a_file_of_another_format_is_refused()

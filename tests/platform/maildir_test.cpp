@@ -11,6 +11,8 @@
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
+#include <cerrno>
+#include <cstring>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -31,6 +33,7 @@ struct mailbox {
     mailbox()
     {
         set_app_folder(folder.path());
+        QDir().mkpath(path());
         SaveSetting(QStringLiteral("mail_client"), QStringLiteral("maildir"), path());
         open();
     }
@@ -55,6 +58,18 @@ struct mailbox {
         for (outlook::MailItem *item = find(wanted); item; item = items->FindNext())
             found.append(item->Subject());
         return found;
+    }
+    QStringList failures()
+    {
+        QStringList told;
+        for (bool more = true; more;) {
+            try {
+                more = items->raise_next_failure();
+            } catch (const run_time_error &failure) {
+                told += QString::number(failure.number) + u' ' + failure.description;
+            }
+        }
+        return told;
     }
     void put(const QString &subject, qint64 delivered)
     {
@@ -97,7 +112,22 @@ private slots:
         QVERIFY(!box.items->FindNext());
     }
 
-    void the_inbox_is_made_on_demand()
+    void a_missing_maildir_that_was_set_is_a_failure_and_is_not_made()
+    {
+        mailbox box;
+        const QString typed = box.folder.filePath("mial/box");
+        SaveSetting("mail_client", "maildir", typed);
+        try {
+            box.open();
+            QFAIL("The missing Maildir was taken.");
+        } catch (const run_time_error &failure) {
+            QCOMPARE(failure.number, 76u);
+            QCOMPARE(failure.description, "Path not found: " + typed);
+        }
+        QVERIFY(!QDir(box.folder.filePath("mial")).exists());
+    }
+
+    void the_folders_in_an_empty_maildir_are_made()
     {
         mailbox box;
         for (const char *part : {"cur", "new", "tmp"})
@@ -152,7 +182,7 @@ private slots:
         QCOMPARE(seen, 250);
         QCOMPARE(files_in(box.path()), QStringList());
         QCOMPARE(files_in(box.path() + "/.Tessaly_Inbox").size(), 250);
-        QVERIFY(!box.items->raise_next_failed_move());
+        QVERIFY(!box.items->raise_next_failure());
     }
 
     void moved_mails_lie_in_cur_with_their_flags()
@@ -271,12 +301,12 @@ private slots:
         QCOMPARE(files_in(box.path() + "/.Tessaly_Inbox").size(), 1);
         bool thrown = false;
         try {
-            box.items->raise_next_failed_move();
+            box.items->raise_next_failure();
         } catch (const run_time_error &error) {
             thrown = error.number == 53;
         }
         QVERIFY(thrown);
-        QVERIFY(!box.items->raise_next_failed_move());
+        QVERIFY(!box.items->raise_next_failure());
     }
 
     void a_mail_whose_flags_change_meanwhile_is_moved_all_the_same()
@@ -288,7 +318,7 @@ private slots:
         QVERIFY(QFile::rename(box.path() + "/new/" + name, box.path() + "/cur/" + name + ":2,S"));
         box.items->finish_moves();
         QCOMPARE(files_in(box.path() + "/.Tessaly_Inbox"), QStringList{"cur/" + name + ":2,S"});
-        QVERIFY(!box.items->raise_next_failed_move());
+        QVERIFY(!box.items->raise_next_failure());
     }
 
     void a_mail_that_vanishes_in_the_middle_is_passed_over()
@@ -507,6 +537,45 @@ private slots:
         QCOMPARE(kept.at(0).state, outbox::mail_state::refused);
         QVERIFY(!kept.at(0).reason.isEmpty());
         QCOMPARE(outbox::waiting_count(), 0);
+    }
+
+    void a_file_that_cannot_be_read_is_told_once_and_passed_over()
+    {
+        mailbox box;
+        box.put("good", noon + 1);
+        const QString bad = box.path() + "/new/" + QString::number(noon) + ".bad";
+        QVERIFY(symlink(qPrintable(bad), qPrintable(bad)) == 0); // leads to itself: nobody can open it
+        QCOMPARE(box.subjects(), QStringList{"good"});
+        QCOMPARE(box.failures(), QStringList{"75 The mail cannot be read (" + bad + "): " + strerror(ELOOP)});
+        box.put("later", noon + 2);
+        box.open();
+        QCOMPARE(box.subjects(), QStringList({"good", "later"}));
+        QCOMPARE(box.failures(), QStringList());
+    }
+
+    void of_many_unreadable_files_some_are_told_at_a_time()
+    {
+        mailbox box;
+        for (int i = 0; i < 25; ++i) {
+            const QString bad = box.path() + "/new/" + QString::number(noon + i) + ".bad";
+            QVERIFY(symlink(qPrintable(bad), qPrintable(bad)) == 0);
+        }
+        QList<qsizetype> told;
+        for (int walk = 0; walk < 3; ++walk) {
+            QCOMPARE(box.subjects(), QStringList());
+            told += box.failures().size();
+        }
+        QCOMPARE(told, QList<qsizetype>({20, 5, 0}));
+    }
+
+    void a_mail_that_vanished_before_it_was_read_is_no_failure()
+    {
+        mailbox box;
+        box.put("gone", noon);
+        QCOMPARE(box.items->Count(), 1);
+        QVERIFY(QFile::remove(box.path() + u'/' + files_in(box.path()).value(0)));
+        QCOMPARE(box.subjects(), QStringList());
+        QCOMPARE(box.failures(), QStringList());
     }
 
     void a_closed_or_missing_inbox_says_so()

@@ -273,6 +273,17 @@ private slots:
         QCOMPARE(site.status_lines.size(), 1);
     }
 
+    void a_missing_maildir_is_told_and_what_is_stored_is_shown()
+    {
+        screens_site site;
+        site.store.add_account("orders", "orders@shop.example");
+        store_mail(site, "orders", "ann@mail.example", "Old", "8/6/2026 9:00:00 AM");
+        SaveSetting("mail_client", "maildir", "/no/such/Maildir");
+        the<mailfrm>().load();
+        QCOMPARE(column_texts(control<list_view>(the<mailfrm>(), "LV_sub"), 1), QStringList{"Old"});
+        QCOMPARE(site.status_lines.last(), "Not everything went well: Path not found: /no/such/Maildir");
+    }
+
     void no_accounts_are_told()
     {
         screens_site site;

@@ -2,6 +2,7 @@
 #include "screens/message_boxes.h"
 
 #include <QApplication>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
@@ -62,12 +63,14 @@ private slots:
 
     void a_typed_text_comes_back_and_escape_gives_none()
     {
-        const message_box box{message_kind::input, "Name:", "Tessaly", message_icon::none, "proposal"};
+        const message_box box{message_kind::input, "<i>Name</i>:", "Tessaly", message_icon::none, "proposal"};
         const auto type_more = [](QWidget &shown) {
             auto *line = shown.findChild<QLineEdit *>();
             QVERIFY(line);
             QCOMPARE(line->text(), "proposal");
             line->setText("my name");
+            QCOMPARE(shown.findChild<QLabel *>()->text(), "<i>Name</i>:");
+            QCOMPARE(shown.findChild<QLabel *>()->textFormat(), Qt::PlainText);
         };
         QCOMPARE(answer(box, Qt::Key_Return, type_more), std::optional<QString>("my name"));
         QVERIFY(!answer(box, Qt::Key_Escape).has_value());

@@ -54,6 +54,7 @@ intake_site::intake_site()
 {
     set_app_folder(folder.path());
     write_bytes(folder.filePath("mailapp.mdb"), delivered_store());
+    QDir().mkpath(maildir());
     SaveSetting("mail_client", "kind", "maildir");
     SaveSetting("mail_client", "maildir", maildir());
     SaveSetting("main", "enabledUnsubDate", QString());

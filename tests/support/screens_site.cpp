@@ -7,10 +7,13 @@
 #include "support/maildir_files.h"
 #include "support/screens_driver.h"
 
+#include <QDir>
+
 screens_site::screens_site()
 {
     forget_screens();
     set_app_folder(store.folder());
+    QDir().mkpath(maildir());
     SaveSetting("mail_client", "kind", "maildir");
     SaveSetting("mail_client", "maildir", maildir());
     services.mail_client = &mail;

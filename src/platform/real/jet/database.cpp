@@ -80,8 +80,16 @@ void database::close()
         rows->release_statements();
     plans.clear();
     newest.forget_statements();
+    if (!db)
+        return;
     sqlite3_exec(db, "PRAGMA journal_mode=DELETE", nullptr, nullptr, nullptr); // leaves no empty journal behind
     sqlite3_close(std::exchange(db, nullptr));
+}
+
+void database::need_open()
+{
+    if (!db)
+        open();
 }
 
 // A file opened while it could not be written stays so for SQLite, even when it can be written again.
@@ -134,6 +142,7 @@ void database::check(int result)
 void database::begin_write()
 {
     raise_deferred();
+    need_open();
     write_newest_row();
     load_schema_when_stale();
     ++changes_begun;
@@ -196,6 +205,7 @@ void database::watch_event_loop()
 void database::copy_to(const QString &target)
 {
     barrier();
+    need_open();
     copy_store_file(db, path, target);
 }
 

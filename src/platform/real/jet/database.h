@@ -58,6 +58,7 @@ public:
 
 private:
     void open();
+    void need_open(); // after a failed reopening: tries again, and fails as that did
     void close();
     void load_schema_when_stale();
     void open_again_when_writable();

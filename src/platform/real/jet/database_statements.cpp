@@ -107,6 +107,7 @@ std::shared_ptr<plan> database::plan_of_tokens()
 std::shared_ptr<plan> database::plan_of(QStringView sql)
 {
     raise_deferred();
+    need_open();
     load_schema_when_stale();
     lex(sql, tokens);
     return plan_of_tokens();
@@ -189,6 +190,7 @@ void database::bind_moment(const binding &what, int place)
 
 void database::read(plan &of, QStringView sql, part which, const take_row &take)
 {
+    need_open();
     write_newest_row();
     lex(sql, tokens);
     prepared_statement keys_only;
@@ -206,6 +208,7 @@ void database::read(plan &of, QStringView sql, part which, const take_row &take)
 void database::read_by_keys(plan &of, const qint64 *first, const qint64 *last, const take_row &take,
                             const std::function<void()> &missing)
 {
+    need_open();
     write_newest_row();
     if (!of.by_key)
         of.by_key = prepare(db, of.by_key_sql, true);

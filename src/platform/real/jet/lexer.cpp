@@ -1,28 +1,35 @@
 #include "platform/real/jet/lexer.h"
 #include "platform/real/jet/failures.h"
+#include <array>
+#include <cstring>
 
 namespace jet {
 
 namespace {
 
+// What an ASCII character may be, looked up once a character: statements are lexed by the hundred thousand.
+enum ability : quint8 { digit = 1, name_start = 2, name_part = 4, table_name_part = 8 };
+
+constexpr std::array<quint8, 128> abilities = [] {
+    std::array<quint8, 128> table{};
+    for (int c = 0; c < 128; ++c) {
+        const bool is_letter = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_';
+        const bool is_number = c >= '0' && c <= '9';
+        table[size_t(c)] =
+            quint8((is_number ? digit : 0) | (is_letter ? name_start : 0) | (is_letter || is_number ? name_part : 0) |
+                   (is_letter || is_number || c == '-' || c == '.' ? table_name_part : 0));
+    }
+    return table;
+}();
+
+bool can_be(char16_t c, ability what)
+{
+    return c < 128 ? (abilities[c] & what) != 0 : what != digit;
+}
+
 bool is_digit(char16_t c)
 {
-    return c >= u'0' && c <= u'9';
-}
-
-bool starts_name(char16_t c)
-{
-    return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z') || c == u'_' || c >= 0x80;
-}
-
-bool in_name(char16_t c)
-{
-    return starts_name(c) || is_digit(c);
-}
-
-bool in_table_name(char16_t c)
-{
-    return in_name(c) || c == u'-' || c == u'.';
+    return can_be(c, digit);
 }
 
 bool is_blank(char16_t c)
@@ -46,7 +53,12 @@ bool names_a_table_next(QStringView word)
 
 class scanner {
 public:
-    scanner(QStringView text, token_list &list) : sql(text), into(list), size(qint32(text.size())) {}
+    scanner(QStringView text, token_list &list) : sql(text), into(list), size(qint32(text.size()))
+    {
+        // Room for all: a token writes at most its own text and one more. Shrinking keeps the memory.
+        into.shape.resize(text.size() + qsizetype(token_list::longest_shape) + 2);
+        shape_end = into.shape.data();
+    }
 
     void run()
     {
@@ -58,6 +70,7 @@ public:
             next();
         }
         into.tokens.push_back({token_kind::end, false, 0, size, 0, -1});
+        into.shape.resize(shape_end - into.shape.constData());
     }
 
 private:
@@ -65,10 +78,10 @@ private:
     {
         const char16_t c = sql[at].unicode();
         const bool table_here = std::exchange(table_expected, false);
-        if (table_here && in_table_name(c))
-            return take_name(&in_table_name);
-        if (starts_name(c)) {
-            take_name(&in_name);
+        if (table_here && can_be(c, table_name_part))
+            return take_name(table_name_part);
+        if (can_be(c, name_start)) {
+            take_name(name_part);
             const token &word = into.tokens.back();
             table_expected = names_a_table_next(sql.mid(word.start, word.length));
         } else if (is_digit(c) || (c == u'.' && at + 1 < size && is_digit(sql[at + 1].unicode()))) {
@@ -89,8 +102,11 @@ private:
 
     void shape(QStringView text)
     {
-        if (into.tokens.size() <= token_list::longest_shape)
-            into.shape.append(text).append(u' ');
+        if (into.tokens.size() > token_list::longest_shape)
+            return;
+        memcpy(shape_end, text.data(), size_t(text.size()) * sizeof(QChar));
+        shape_end += text.size();
+        *shape_end++ = u' ';
     }
 
     void shape_literal(char16_t sign)
@@ -99,13 +115,13 @@ private:
         last.literal = qint32(into.literals.size());
         into.literals.push_back(qint32(into.tokens.size()) - 1);
         if (into.tokens.size() <= token_list::longest_shape)
-            into.shape.append(QChar(sign));
+            *shape_end++ = QChar(sign);
     }
 
-    void take_name(bool (*belongs)(char16_t))
+    void take_name(ability part)
     {
         const qint32 start = at;
-        while (at < size && belongs(sql[at].unicode()))
+        while (at < size && can_be(sql[at].unicode(), part))
             ++at;
         push(token_kind::word, start, at - start);
         shape(sql.mid(start, at - start));
@@ -130,7 +146,7 @@ private:
                     ++at;
             }
         }
-        if (at < size && in_table_name(sql[at].unicode()) && sql[at] != u'-')
+        if (at < size && can_be(sql[at].unicode(), table_name_part) && sql[at] != u'-')
             fail_syntax(sql.mid(start).toString());
         push(token_kind::number, start, at - start);
         shape_literal(u'\x02');
@@ -189,6 +205,7 @@ private:
     token_list &into;
     qint32 size;
     qint32 at = 0;
+    QChar *shape_end = nullptr;
     bool table_expected = false;
 };
 
@@ -210,7 +227,6 @@ void lex(QStringView sql, token_list &into)
     into.sql = sql;
     into.tokens.clear();
     into.literals.clear();
-    into.shape.resize(0); // keeps its memory, as clear() would not
     scanner(sql, into).run();
 }
 

@@ -12,9 +12,9 @@ struct file_bytes {
     bool whole = false;
 };
 
-// All of a small file, of a bigger one at least the header. Nothing when it is gone, closed to us, or no plain file.
-std::optional<file_bytes> read_head_bytes(const QByteArray &path);
-
-std::optional<QByteArray> read_whole(const QByteArray &path);
+// All of a small file, of a bigger one at least the header. Nothing when it is gone, closed to us, or no plain file;
+// failure is then the system's error number, 0 for what is no plain file.
+std::optional<file_bytes> read_head_bytes(const QByteArray &path, int &failure);
+std::optional<QByteArray> read_whole(const QByteArray &path, int &failure);
 
 }

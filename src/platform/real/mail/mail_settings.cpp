@@ -29,15 +29,17 @@ bool has_folders(client_kind kind)
     return kind == client_kind::maildir || kind == client_kind::imap;
 }
 
-QString maildir_path()
+maildir_place maildir_path()
 {
     const QString set = client_setting(QStringLiteral("maildir"));
     if (set.startsWith(u"~/"))
-        return QDir::home().filePath(set.sliced(2));
+        return {QDir::home().filePath(set.sliced(2))};
     if (!set.isEmpty())
-        return QDir::cleanPath(set);
+        return {QDir::cleanPath(set)};
     const QString at_home = QDir::home().filePath(QStringLiteral("Maildir"));
-    return QDir(at_home).exists() ? at_home : app_path(u"\\mail");
+    if (QDir(at_home).exists())
+        return {at_home};
+    return {app_path(u"\\mail"), true};
 }
 
 QString from_setting()

@@ -15,20 +15,25 @@ namespace {
 
 class name_space : public outlook::NameSpace {
 public:
-    name_space(QByteArray maildir, std::shared_ptr<client_memory> known)
-        : root(std::move(maildir)), memory(std::move(known))
+    name_space(QByteArray maildir, bool made_on_demand, std::shared_ptr<client_memory> known)
+        : root(std::move(maildir)), make_root(made_on_demand), memory(std::move(known))
     {
     }
 
     std::unique_ptr<outlook::MailFolder> GetDefaultFolder() override
     {
-        QDir().mkpath(QFile::decodeName(root)); // a failure shows when the folders in it are made
+        const QString path = QFile::decodeName(root);
+        if (make_root)
+            QDir().mkpath(path);       // a failure shows when the folders in it are made
+        else if (!QDir(path).exists()) // a slip of the pen, or a disk that is not mounted: no empty Inbox in its place
+            throw run_time_error{76, QStringLiteral("Path not found: ") + path};
         make_maildir(root);
         return std::make_unique<folder>(root, QByteArray(), memory);
     }
 
 private:
     QByteArray root;
+    bool make_root;
     std::shared_ptr<client_memory> memory;
 };
 
@@ -132,14 +137,14 @@ std::unique_ptr<outlook::Items> folder::items()
     return std::make_unique<walk>(memory->of(prepared_path()));
 }
 
-application::application(QByteArray maildir, std::shared_ptr<client_memory> known)
-    : root(std::move(maildir)), memory(std::move(known))
+application::application(QByteArray maildir, bool made_on_demand, std::shared_ptr<client_memory> known)
+    : root(std::move(maildir)), make_root(made_on_demand), memory(std::move(known))
 {
 }
 
 std::unique_ptr<outlook::NameSpace> application::GetNamespace(const QString &)
 {
-    return std::make_unique<name_space>(root, memory);
+    return std::make_unique<name_space>(root, make_root, memory);
 }
 
 }

@@ -38,11 +38,13 @@ private:
 
 class application : public outlook::Application {
 public:
-    application(QByteArray maildir, std::shared_ptr<client_memory> known);
+    // A Maildir that is not there and is not to be made fails with 76 "Path not found" when its Inbox is asked for.
+    application(QByteArray maildir, bool made_on_demand, std::shared_ptr<client_memory> known);
     std::unique_ptr<outlook::NameSpace> GetNamespace(const QString &type) override;
 
 private:
     QByteArray root;
+    bool make_root;
     std::shared_ptr<client_memory> memory;
 };
 

@@ -86,6 +86,7 @@ void keep_what_was_known(const listing &before, listing &present)
         mail.to = old->to;
         mail.subject = old->subject;
         mail.head_known = old->head_known;
+        mail.told = old->told;
         mail.answer = old->answer;
     }
 }

@@ -17,6 +17,7 @@ struct listed_mail {
     qint32 base_length = 0; // of the name without the flags
     bool is_new = false;    // lies in "new", else in "cur"
     bool head_known = false;
+    bool told = false; // that it cannot be read
     verdict answer = verdict::unknown;
     QByteArray to, subject; // UTF-8, which takes half the room
 

@@ -2,10 +2,13 @@
 #include "platform/real/mail/mail_file.h"
 #include "platform/real/mail/maildir_item.h"
 #include "platform/real/mail/mime_parse.h"
+#include <cerrno>
 
 namespace maildir {
 
 namespace {
+
+constexpr int most_told = 20; // a walk; the others wait for the next one
 
 QByteArray file_path(const QByteArray &folder, const listed_mail &mail)
 {
@@ -48,6 +51,7 @@ outlook::MailItem *walk::Find(const QString &, const outlook::wanted_mails &want
     wanted = wanted_ones;
     forget_other_answers(*snapshot, wanted.key);
     next = 0;
+    told = 0;
     return FindNext();
 }
 
@@ -72,14 +76,28 @@ void walk::answer_for(listed_mail &mail) const
                                                                                                : verdict::not_wanted;
 }
 
-// A mail that vanished meanwhile, or that cannot be read, is passed over and looked at again by the next walk.
+// A mail that cannot be read is told once while the process lives: a walk comes every few seconds. One that vanished
+// is nobody's trouble.
+void walk::note_unreadable(listed_mail &mail, int failure)
+{
+    if (failure == 0 || failure == ENOENT || mail.told || told >= most_told)
+        return;
+    mail.told = true;
+    ++told;
+    unreadable.push_back(file_failure("The mail cannot be read", file_path(memory->path, mail), failure));
+}
+
+// What cannot be read is passed over and looked at again by the next walk.
 std::unique_ptr<outlook::MailItem> walk::item_at(listed_mail &mail)
 {
+    int failure = 0;
     std::optional<file_bytes> file;
     if (!mail.head_known) {
-        file = read_head_bytes(file_path(memory->path, mail));
-        if (!file)
+        file = read_head_bytes(file_path(memory->path, mail), failure);
+        if (!file) {
+            note_unreadable(mail, failure);
             return nullptr;
+        }
         keep_head(mail, mime::read_header_block(file->bytes));
     }
     answer_for(mail);
@@ -89,12 +107,19 @@ std::unique_ptr<outlook::MailItem> walk::item_at(listed_mail &mail)
     if (file && file->whole)
         bytes = std::move(file->bytes);
     else
-        bytes = read_whole(file_path(memory->path, mail));
+        bytes = read_whole(file_path(memory->path, mail), failure);
+    if (!bytes)
+        note_unreadable(mail, failure);
     return bytes ? std::make_unique<item>(memory->path, mail, std::move(*bytes), moves) : nullptr;
 }
 
-bool walk::raise_next_failed_move()
+bool walk::raise_next_failure()
 {
+    if (!unreadable.empty()) {
+        const run_time_error failure = unreadable.front();
+        unreadable.pop_front();
+        throw run_time_error(failure);
+    }
     if (const auto failure = moves->take_next_failure())
         throw *failure;
     return false;

@@ -16,5 +16,6 @@ std::unique_ptr<outlook::Application> real_mail_client::CreateObject()
 {
     if (mail::configured_kind() != mail::client_kind::maildir)
         return nullptr;
-    return std::make_unique<maildir::application>(QFile::encodeName(mail::maildir_path()), memory);
+    const mail::maildir_place place = mail::maildir_path();
+    return std::make_unique<maildir::application>(QFile::encodeName(place.path), place.made_on_demand, memory);
 }

@@ -1,0 +1,60 @@
+// Account and map tables go into statements as they are named, without brackets: brackets stand only where a table is
+// made. So a table that could be made, but whose name needs brackets, fails where it is read or written.
+#include "intake/map_parser.h"
+#include "intake/stored_mail.h"
+#include "support/intake_site.h"
+#include "support/test_store.h"
+
+#include <QtTest/QTest>
+
+class bare_table_names_test : public QObject {
+    Q_OBJECT
+private slots:
+    void table_names_are_put_in_brackets_only_where_a_table_is_made()
+    {
+        intake_site site;
+        site.add_account("web orders", "orders@example.org"); // "select * into [web orders] ..."
+        QCOMPARE(site.column("select count(*) from [web orders]"), QStringList{"0"});
+        QVERIFY(error_number_of([&] { site.run("select * into more orders from model_for_first"); }) != 0);
+    }
+
+    void the_statements_on_an_account_table_go_bare()
+    {
+        intake_site site;
+        site.add_account("web orders", "orders@example.org");
+        site.put({"orders@example.org", "bob@example.net", "Order", "Text\n"});
+        QVERIFY(site.fetch());
+        QCOMPARE(site.inbox().size(), 1);
+        QCOMPARE(site.column("select count(*) from [web orders]"), QStringList{"0"});
+        QCOMPARE(routines_logged(site), (QStringList{"write_data", "parse_unprocessed_mails"}));
+        QVERIFY(!intake::duplicate_test("web orders", {}).contains(u'['));
+    }
+
+    void the_statements_on_a_map_table_go_bare()
+    {
+        intake_site site;
+        site.add_account("orders", "orders@example.org");
+        site.add_map("names", 1, "Order", "Line", {{"full_name", "Line1", "", true}});
+        site.add_stored_mail("orders", "Order", "Bob\r\n");
+        site.run("select * into [web names] from names");
+        site.run("update table_list_tbl set table_name='web names'");
+        intake::parse_unprocessed_mails();
+        QCOMPARE(routines_logged(site), QStringList{"parse_unprocessed_mails"});
+        QCOMPARE(site.column("select count(*) from [web names]"), QStringList{"0"});
+        site.run("update table_list_tbl set table_name='names'"); // it was the name alone
+        intake::parse_unprocessed_mails();
+        QCOMPARE(site.column("select full_name from names"), QStringList{"Bob"});
+    }
+
+private:
+    static QStringList routines_logged(const intake_site &site)
+    {
+        QStringList routines;
+        for (const QString &entry : site.log_entries())
+            routines += entry.section(u'|', 3);
+        return routines;
+    }
+};
+
+QTEST_GUILESS_MAIN(bare_table_names_test)
+#include "bare_table_names_test.moc"
