@@ -5,6 +5,8 @@
 #include <QHeaderView>
 #include <QPainter>
 #include <QStyledItemDelegate>
+#include <algorithm>
+#include <numeric>
 
 namespace {
 
@@ -53,15 +55,38 @@ void list_view::set_empty_text(const QString &text)
     viewport()->update();
 }
 
-void list_view::remember_columns(const QString &name, const QList<int> &first_widths)
+void list_view::remember_columns(const QString &name, const QList<int> &widths)
 {
     memory_name = name;
     remembered = GetSetting(widths_section, name);
+    first_widths = remembered.isEmpty() ? widths : QList<int>();
     const QStringList kept = remembered.split(u' ', Qt::SkipEmptyParts);
     for (int column = 0; column < header()->count(); ++column) {
         const int width = kept.value(column).toInt();
-        setColumnWidth(column, width >= 20 ? width : first_widths.value(column, 120));
+        setColumnWidth(column, width >= 20 ? width : widths.value(column, 120));
     }
+    if (!first_widths.isEmpty())
+        remembered = widths_text(*header());
+}
+
+void list_view::fit_first_widths()
+{
+    if (first_widths.isEmpty())
+        return;
+    if (widths_text(*header()) != remembered) // the user's own from here on
+        return first_widths.clear();
+    const int last = first_widths.last(); // the head lets it grow, never shrink
+    const int wanted = std::accumulate(first_widths.begin(), first_widths.end(), -last);
+    const int room = std::clamp(viewport()->width() - last, 1, wanted);
+    for (int column = 0; column < header()->count() - 1; ++column)
+        setColumnWidth(column, first_widths.value(column) * room / wanted);
+    remembered = widths_text(*header());
+}
+
+void list_view::resizeEvent(QResizeEvent *event)
+{
+    fit_first_widths();
+    QTreeView::resizeEvent(event);
 }
 
 void list_view::head_Click(int column)

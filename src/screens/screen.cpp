@@ -1,5 +1,6 @@
 #include "screens/screen.h"
 #include "frame/help.h"
+#include "frame/status.h"
 #include "platform/settings.h"
 
 #include <QAbstractButton>
@@ -12,6 +13,7 @@
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QPointer>
+#include <QPushButton>
 #include <QVBoxLayout>
 #include <map>
 
@@ -186,8 +188,17 @@ void screen::show_modal()
     frame.setWindowTitle(windowTitle());
     auto *layout = new QVBoxLayout(&frame);
     layout->setContentsMargins(0, 0, 0, 0);
+    const QPointer<QWidget> first = focusWidget(); // forgotten when the screen moves into the frame
     layout->addWidget(this);
+    for (QPushButton *button : findChildren<QPushButton *>()) {
+        if (button->isDefault()) { // the dialog knows only of those that become so inside it
+            button->setDefault(false);
+            button->setDefault(true);
+        }
+    }
     QWidget::show();
+    if (first)
+        first->setFocus();
     frame.exec();
     if (!self)
         return;
@@ -221,10 +232,12 @@ void screen::closeEvent(QCloseEvent *event)
 
 void screen::keyPressEvent(QKeyEvent *event)
 {
-    if (event->key() == Qt::Key_F1)
-        show_help(help_topic());
-    else if (event->key() == Qt::Key_Escape && closes_on_escape())
+    if (event->key() == Qt::Key_F1) {
+        if (!show_help(help_topic()))
+            status_line("There is no help file beside the program.");
+    } else if (event->key() == Qt::Key_Escape && closes_on_escape()) {
         unload();
-    else
+    } else {
         QWidget::keyPressEvent(event);
+    }
 }

@@ -4,11 +4,13 @@
 #include "support/screens_driver.h"
 #include "support/screens_site.h"
 
+#include <QApplication>
 #include <QFile>
 #include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
 #include <QTest>
+#include <QTimer>
 
 class about_test : public QObject {
     Q_OBJECT
@@ -46,6 +48,22 @@ private slots:
         control<QPushButton>(the<frmAbout>(), "cmdSysInfo").click();
         qputenv("PATH", path);
         QTRY_VERIFY(QFile::exists(site.file("started")));
+        QVERIFY(site.boxes.shown.isEmpty());
+    }
+
+    void enter_is_ok()
+    {
+        screens_site site;
+        bool ended = false;
+        QTimer::singleShot(50, [&ended] {
+            QWidget *dialog = QApplication::activeModalWidget();
+            QTest::keyClick(dialog, Qt::Key_Return);
+            ended = !is_loaded<frmAbout>();
+            if (!ended)
+                dialog->close();
+        });
+        the<frmAbout>().show_modal();
+        QVERIFY(ended);
         QVERIFY(site.boxes.shown.isEmpty());
     }
 

@@ -14,6 +14,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
+#include <QScrollBar>
 #include <QTest>
 #include <QToolButton>
 
@@ -324,6 +325,58 @@ private slots:
         session.no_fetch = true;
         the<mailfrm>().load();
         QCOMPARE(site.boxes.shown, QStringList{"Mail ids not yet configured"});
+    }
+
+    void escape_empties_the_search_before_it_closes()
+    {
+        screens_site site;
+        site.store.add_account("orders", "orders@shop.example");
+        auto &search = control<QLineEdit>(stored_mails_shown(), "search_t");
+        search.setText("roses");
+        QTest::keyClick(&search, Qt::Key_Escape);
+        QVERIFY(is_loaded<mailfrm>());
+        QCOMPARE(search.text(), "");
+        QTest::keyClick(&search, Qt::Key_Escape);
+        QVERIFY(!is_loaded<mailfrm>());
+    }
+
+    void a_missing_help_file_is_told()
+    {
+        screens_site site;
+        site.store.add_account("orders", "orders@shop.example");
+        stored_mails_shown();
+        QTest::keyClick(&the<mailfrm>(), Qt::Key_F1);
+        QCOMPARE(site.status_lines, QStringList{"There is no help file beside the program."});
+    }
+
+    void all_columns_are_seen_on_a_narrow_screen()
+    {
+        screens_site site;
+        SaveSetting("screens", "mailfrm.LV_sub", {});
+        site.store.add_account("orders", "orders@shop.example");
+        auto &list = control<list_view>(stored_mails_shown(), "LV_sub");
+        the<mailfrm>().resize(the<mailfrm>().minimumSize());
+        QTRY_VERIFY(list.viewport()->width() < 560);
+        QTRY_COMPARE(list.horizontalScrollBar()->maximum(), 0);
+        QVERIFY(list.columnViewportPosition(2) + list.columnWidth(2) <= list.viewport()->width());
+        QVERIFY(list.columnWidth(0) >= 100);
+        the<mailfrm>().unload();
+        QCOMPARE(GetSetting("screens", "mailfrm.LV_sub"), QString()); // nobody chose these
+    }
+
+    void an_endless_subject_leaves_room_for_the_text()
+    {
+        screens_site site;
+        site.store.add_account("orders", "orders@shop.example");
+        store_mail(site, "orders", "ann@mail.example", QString("endless ").repeated(400) + "end",
+                   "8/6/2026 1:02:03 PM");
+        auto &list = control<list_view>(stored_mails_shown(), "LV_sub");
+        list.setCurrentIndex(list.model()->index(0, 0));
+        const auto &head = control<QLabel>(the<mailfrm>(), "lbl_from");
+        QVERIFY(head.text().startsWith("From:  ann@mail.example\nSub:   endless endless "));
+        QVERIFY(head.text().endsWith(" ...\nDate:  8/6/2026 1:02:03 PM"));
+        QVERIFY(head.text().size() < 400);
+        QCOMPARE(head.text().count('\n'), 2);
     }
 
     void column_widths_are_remembered()

@@ -62,6 +62,7 @@ void fill_site(screens_site &site)
                           order ? "Order " + QString::number(1000 + number) : "Which roses grow in the shade?",
                           "Name: Zoë Krämer\nCity: Köln\nItem: Lavender, blue\nQuantity: 12");
     }
+    site.deliver_mail("hello@rosecottage.example", QString("A subject that does not want to end ").repeated(60));
 }
 
 void picture_console(const album &pictures, menuFrm &console)
@@ -88,6 +89,22 @@ void picture_auditor(const album &pictures, menuFrm &console)
     pictures.keep(console, "mailfrm");
     control<QToolButton>(the<mailfrm>(), "sitm").click();
     pictures.keep(console, "mailfrm-sent");
+    the<mailfrm>().unload();
+}
+
+// The least that the console can be, and a mail whose subject does not want to end.
+void picture_small_console(const album &pictures, menuFrm &console)
+{
+    const QSize usual = console.size();
+    console.resize(console.minimumSize());
+    pictures.keep(console, "menuFrm-smallest");
+    session.no_fetch = true;
+    the<mailfrm>().show();
+    auto &list = control<list_view>(the<mailfrm>(), "LV_sub");
+    list.setCurrentIndex(list.model()->index(list.model()->rowCount() - 1, 0));
+    pictures.keep(console, "mailfrm-smallest");
+    console.resize(usual);
+    pictures.keep(console, "mailfrm-long-subject");
     the<mailfrm>().unload();
 }
 
@@ -139,6 +156,7 @@ void take_pictures(const album &pictures)
     console.show();
     picture_console(pictures, console);
     picture_auditor(pictures, console);
+    picture_small_console(pictures, console);
     picture_waits(pictures, console);
     picture_small_screens(pictures);
     picture_question(pictures);

@@ -16,6 +16,8 @@
 #include "screens/intake/mail_list.h"
 #include "ui_mailfrm.h"
 
+#include <QKeyEvent>
+
 namespace {
 
 const char *const empty_inbox = "No mail is stored yet.\nChoose Mail > Fetch Mail to take the form mails of your "
@@ -30,6 +32,16 @@ QString shown_text(const QString &body)
     if (body.size() <= most_shown)
         return body;
     return left(body, most_shown) + "\n\n(The text is longer than what is shown here.)";
+}
+
+// A head line: what came by mail must neither fill the screen nor look like a line of its own.
+QString shown_head(QString text)
+{
+    constexpr qsizetype most_shown = 160;
+    for (QChar &letter : text)
+        if (letter.isSpace())
+            letter = u' ';
+    return text.size() <= most_shown ? text : left(text, most_shown) + " ...";
 }
 
 // The line whose mail is read: the one with the keyboard's frame, else the first of the selected ones.
@@ -158,7 +170,8 @@ void mailfrm::show_no_mail()
 
 void mailfrm::show_mail(const intake::mail_text &mail, const QString &who_caption)
 {
-    ui->lbl_from->setText(who_caption + mail.who + "\nSub:   " + mail.subject + "\nDate:  " + mail.date);
+    ui->lbl_from->setText(who_caption + shown_head(mail.who) + "\nSub:   " + shown_head(mail.subject) +
+                          "\nDate:  " + mail.date);
     ui->txt_body->setPlainText(shown_text(mail.body));
 }
 
@@ -202,6 +215,15 @@ void mailfrm::search_t_Change(const QString &words)
     show_no_mail();
     ui->LV_sub->set_empty_text(inbox_rows->line_count() > 0 ? nothing_found : empty_inbox);
     ui->LV_sub_si->set_empty_text(sent_rows->line_count() > 0 ? nothing_found : empty_sent);
+}
+
+// Escape leaves the search first, then the screen.
+void mailfrm::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() != Qt::Key_Escape || ui->search_t->text().isEmpty())
+        return screen::keyPressEvent(event);
+    ui->search_t->clear();
+    (ui->sitm->isChecked() ? ui->LV_sub_si : ui->LV_sub)->setFocus();
 }
 
 QSize mailfrm::sizeHint() const

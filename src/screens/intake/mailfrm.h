@@ -32,6 +32,7 @@ public:
 
 protected:
     QString help_topic() const override;
+    void keyPressEvent(QKeyEvent *event) override;
 
 private:
     void fetch_and_parse();
