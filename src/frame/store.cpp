@@ -23,6 +23,12 @@ void open_store_if_closed()
         open_store();
 }
 
+void close_store()
+{
+    if (session.store_connection->State() != 0)
+        session.store_connection->Close();
+}
+
 QString quote_sql(const QString &value)
 {
     QString trimmed = trim(value);

@@ -7,6 +7,7 @@
 // Opens <app>\mailapp.mdb. When it is missing, says so and ends the process.
 void open_store();
 void open_store_if_closed();
+void close_store(); // commits; leaves one file, with no journal beside it
 
 // Trimmed, each single quote doubled, single quotes around. "" gives two quotes. The only escaping in the program.
 QString quote_sql(const QString &value);

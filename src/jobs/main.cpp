@@ -7,6 +7,7 @@
 #include "frame/session.h"
 #include "frame/start_up.h"
 #include "frame/status.h"
+#include "frame/store.h"
 #include "jobs/fetch_job.h"
 #include "jobs/job_messages.h"
 #include "platform/app_folder.h"
@@ -43,7 +44,9 @@ int run(const QString &job)
     case start::console:
         break;
     }
-    return jobs[job]();
+    const int status = jobs[job]();
+    close_store();
+    return status;
 }
 
 }

@@ -16,6 +16,7 @@ with site() as here:
     with contextlib.closing(sqlite3.connect(copies / "data/Tessaly.mdb")) as copy:
         equal("accounts in the copy", copy.execute("select query from email_tbl").fetchall(), [("orders",), ("contact",)])
         equal("its state", copy.execute("pragma integrity_check").fetchall(), [("ok",)])
+    equal("what lies beside the store", sorted(path.name for path in here.tessaly.glob("mailapp.mdb*")), ["mailapp.mdb"])
     equal("the error log", here.log(), "")
 
 sys.exit(0)

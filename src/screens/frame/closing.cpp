@@ -1,4 +1,6 @@
 #include "screens/frame/closing.h"
+#include "frame/error_log.h"
+#include "frame/store.h"
 #include "platform/process.h"
 
 namespace {
@@ -11,6 +13,7 @@ struct closing_state {
 
 void end_program()
 {
+    guarded("menuFrm.frm", "Form_Unload", close_store);
     if (closing.end)
         closing.end();
     else
