@@ -23,9 +23,10 @@ bool label_fits(const map_field &field, const QString &piece)
 bool supporting_texts_fit(const map_field &field, QString piece)
 {
     for (const QString &text : field.supporting_texts) {
-        if (!text.isEmpty() && !contains_text(piece, text))
-            return false;
-        piece = remove_all(piece, text);
+        QString rest = remove_all(piece, text);
+        if (rest.size() == piece.size() && !text.isEmpty())
+            return false; // it does not occur
+        piece = std::move(rest);
     }
     return true;
 }

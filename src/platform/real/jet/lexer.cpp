@@ -121,7 +121,8 @@ private:
     void take_name(ability part)
     {
         const qint32 start = at;
-        while (at < size && can_be(sql[at].unicode(), part))
+        const QChar *const letters = sql.data();
+        while (at < size && can_be(letters[at].unicode(), part))
             ++at;
         push(token_kind::word, start, at - start);
         shape(sql.mid(start, at - start));
