@@ -80,6 +80,7 @@ void database::close()
         rows->release_statements();
     plans.clear();
     newest.forget_statements();
+    repeats.clear();
     if (!db)
         return;
     sqlite3_exec(db, "PRAGMA journal_mode=DELETE", nullptr, nullptr, nullptr); // leaves no empty journal behind
@@ -107,6 +108,7 @@ void database::load_schema_when_stale()
         return;
     plans.clear();
     newest.forget_statements();
+    repeats.clear();
     for (open_rows *rows : open_recordsets)
         rows->release_statements();
     tables.load(db);

@@ -8,6 +8,7 @@
 #include "platform/real/jet/lexer.h"
 #include "platform/real/jet/newest_row.h"
 #include "platform/real/jet/plan_cache.h"
+#include "platform/real/jet/repeated_statement.h"
 #include "platform/real/jet/schema.h"
 #include <QObject>
 #include <chrono>
@@ -93,6 +94,7 @@ private:
     token_list tokens;
     binder parameters;
     newest_row newest;
+    repeated_statements repeats;
     std::vector<open_rows *> open_recordsets;
 
     bool writing = false;

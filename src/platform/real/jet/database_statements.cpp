@@ -230,13 +230,19 @@ void database::read_by_keys(plan &of, const qint64 *first, const qint64 *last, c
 
 qint64 database::execute(QStringView sql)
 {
+    raise_deferred();
+    load_schema_when_stale();
+    if (const auto known = repeats.find(sql, tokens))
+        return put_off(*known);
     const auto of = plan_of(sql);
     if (of->kind == statement_kind::select) {
         read(*of, sql, part::rows, [](sqlite3_stmt *) { return true; });
         return 0;
     }
-    if (of->newest_row_place >= 0)
+    if (of->newest_row_place >= 0) {
+        repeats.keep(tokens, of);
         return put_off(*of);
+    }
     const bool changes_rows = of->before.empty() && of->kind != statement_kind::select_into;
     return changes_rows ? change(*of) : define(*of);
 }
