@@ -21,7 +21,7 @@ struct unsubscribe_site : intake_site {
     {
         QStringList texts;
         for (const outbox::kept_mail &mail : outbox::contents())
-            texts += mail.To + u'|' + mail.Subject;
+            texts += mail.To.join(u';') + u'|' + mail.Subject;
         return texts;
     }
     // Behind the header, without the line ends that the encoding put in.

@@ -14,7 +14,7 @@ outbox::outgoing_mail good_mail()
 {
     outbox::outgoing_mail mail;
     mail.SendingAccount = "orders@example.org";
-    mail.To = "ann@example.net";
+    mail.To = {"ann@example.net"};
     mail.Subject = "Your order";
     mail.body = "Thank you\n";
     return mail;
@@ -129,7 +129,7 @@ private slots:
         QFETCH(QString, header_name);
         QFETCH(QString, header_value);
         auto mail = good_mail();
-        mail.To = to;
+        mail.To = {to};
         mail.SendingAccount = account;
         mail.Headers = {{header_name, header_value}};
         QVERIFY(!mail::why_refused(mail).isEmpty());

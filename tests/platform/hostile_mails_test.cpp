@@ -62,7 +62,7 @@ private slots:
         const mime::header_block head = mime::read_header_block(mail);
         outbox::outgoing_mail answer;
         answer.SendingAccount = mime::to_addresses(head).value(0);
-        answer.To = mime::answer_address(head);
+        answer.To = {mime::answer_address(head)};
         answer.Subject = "Re: " + mime::subject_of(head);
         answer.Headers = {{"In-Reply-To", mime::message_id_of(head)}, {"References", mime::references_of_answer(head)}};
         const QByteArray bytes = mail::compose(answer, QDateTime(QDate(2026, 1, 1), QTime(12, 0), Qt::UTC), 0, "id@x");

@@ -279,7 +279,7 @@ private slots:
         QCOMPARE(kept.size(), size_t(1));
         QCOMPARE(kept.at(0).state, outbox::mail_state::waiting);
         QCOMPARE(kept.at(0).Kind, outbox::mail_kind::answer);
-        QCOMPARE(kept.at(0).To, "ann@example.net");
+        QCOMPARE(kept.at(0).To, QStringList{"ann@example.net"});
         QCOMPARE(kept.at(0).SendingAccount, "orders@example.org");
         const QByteArray eml = bytes_of_file(box.folder.filePath("outbox/" + kept.at(0).id + ".eml"));
         for (const char *line :

@@ -27,7 +27,7 @@ outbox::outgoing_mail mail_to(const QString &address, const QString &subject = "
     outbox::outgoing_mail mail;
     mail.Kind = outbox::mail_kind::mailing;
     mail.SendingAccount = "orders@example.org";
-    mail.To = address;
+    mail.To = {address};
     mail.Subject = subject;
     mail.body = QString("A line of text.\n").repeated(100);
     return mail;
@@ -75,7 +75,7 @@ private slots:
             QCOMPARE(kept[place].Subject, QString::number(place));
             QCOMPARE(kept[place].state, outbox::mail_state::waiting);
             QCOMPARE(kept[place].Kind, outbox::mail_kind::mailing);
-            QCOMPARE(kept[place].To, "ann@example.net");
+            QCOMPARE(kept[place].To, QStringList{"ann@example.net"});
             QCOMPARE(kept[place].SendingAccount, "orders@example.org");
         }
         QCOMPARE(outbox::waiting_count(), 20);
@@ -108,7 +108,7 @@ private slots:
         const auto kept = outbox::contents();
         QCOMPARE(kept.size(), size_t(1));
         QCOMPARE(kept[0].state, outbox::mail_state::refused);
-        QCOMPARE(kept[0].To, address);
+        QCOMPARE(kept[0].To, QStringList{address});
         QVERIFY(!kept[0].reason.isEmpty());
         QCOMPARE(outbox::waiting_count(), 0);
         QVERIFY(!bytes_of_file(folder.folder.filePath("outbox/" + id + ".eml")).contains("\nBcc"));
@@ -149,7 +149,7 @@ private slots:
             const auto kept = outbox::contents();
             QVERIFY(kept.size() == before || kept.size() == before + 1);
             for (const outbox::kept_mail &mail : kept) {
-                QCOMPARE(mail.To, "ann@example.net");
+                QCOMPARE(mail.To, QStringList{"ann@example.net"});
                 QVERIFY(bytes_of_file(folder.folder.filePath("outbox/" + mail.id + ".eml"))
                             .endsWith("A line of text.\r\n"));
             }

@@ -1,12 +1,13 @@
 #include "platform/outbox.h"
 #include "platform/app_folder.h"
 #include "platform/clock.h"
+#include "platform/mail_settings.h"
 #include "platform/outside_effects.h"
 #include "platform/real/durable_file.h"
 #include "platform/real/mail/compose.h"
-#include "platform/real/mail/mail_settings.h"
 #include <QDir>
 #include <QFile>
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QRandomGenerator>
@@ -74,6 +75,13 @@ int offset_of(const QDateTime &wall)
     return QDateTime(wall.date(), wall.time(), Qt::LocalTime).offsetFromUtc();
 }
 
+QStringList shortened(QStringList texts)
+{
+    for (QString &text : texts)
+        text.truncate(longest_state_text);
+    return texts;
+}
+
 QByteArray state_bytes(const outgoing_mail &mail, const QString &refused)
 {
     const QJsonObject state{
@@ -81,7 +89,7 @@ QByteArray state_bytes(const outgoing_mail &mail, const QString &refused)
         {QStringLiteral("reason"), refused},
         {QStringLiteral("kind"), name_of(mail.Kind)},
         {QStringLiteral("account"), mail.SendingAccount.left(longest_state_text)},
-        {QStringLiteral("to"), mail.To.left(longest_state_text)},
+        {QStringLiteral("to"), QJsonArray::fromStringList(shortened(mail.To))},
         {QStringLiteral("subject"), mail.Subject.left(longest_state_text)}};
     return QJsonDocument(state).toJson();
 }
@@ -100,7 +108,8 @@ std::optional<kept_mail> read_state(const QDir &folder, const QString &id)
     mail.reason = state[QLatin1String("reason")].toString();
     mail.Kind = kind_named(state[QLatin1String("kind")].toString());
     mail.SendingAccount = state[QLatin1String("account")].toString();
-    mail.To = state[QLatin1String("to")].toString();
+    for (const QJsonValue &address : state[QLatin1String("to")].toArray())
+        mail.To.append(address.toString());
     mail.Subject = state[QLatin1String("subject")].toString();
     return mail;
 }

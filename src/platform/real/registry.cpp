@@ -1,5 +1,5 @@
 #include "platform/registry.h"
-#include "platform/real/mail/mail_settings.h"
+#include "platform/mail_settings.h"
 
 namespace {
 

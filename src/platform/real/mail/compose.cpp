@@ -60,18 +60,24 @@ QString one_line(const QString &text)
     return line;
 }
 
-QByteArray address_line(const char *name, const QString &address)
+QByteArray address_line(const char *name, const QStringList &addresses)
 {
-    return why_not_writable(address).isEmpty() ? name + address.toUtf8() + "\r\n" : QByteArray();
+    QByteArrayList usable;
+    for (const QString &address : addresses)
+        if (why_not_writable(address).isEmpty())
+            usable.append(address.toUtf8());
+    return usable.isEmpty() ? QByteArray() : name + usable.join(",\r\n ") + "\r\n";
 }
 
 }
 
 QString why_refused(const outbox::outgoing_mail &mail)
 {
-    const QString reason = why_not_writable(mail.To);
-    if (!reason.isEmpty())
-        return reason;
+    if (mail.To.isEmpty())
+        return why_not_writable({});
+    for (const QString &address : mail.To)
+        if (const QString reason = why_not_writable(address); !reason.isEmpty())
+            return reason;
     if (!mail.SendingAccount.isEmpty() && !why_not_writable(mail.SendingAccount).isEmpty())
         return QStringLiteral("The account's own address is not usable.");
     if (!std::all_of(mail.Headers.begin(), mail.Headers.end(), may_be_added))
@@ -86,7 +92,7 @@ QByteArray compose(const outbox::outgoing_mail &mail, const QDateTime &moment, i
     QByteArray bytes;
     bytes += "Date: " + date_text(moment, utc_offset) + "\r\n";
     bytes += "Message-ID: <" + message_id + ">\r\n";
-    bytes += address_line("From: ", mail.SendingAccount);
+    bytes += address_line("From: ", {mail.SendingAccount});
     bytes += address_line("To: ", mail.To);
     bytes += encode_header("Subject", one_line(mail.Subject));
     for (const auto &header : mail.Headers)

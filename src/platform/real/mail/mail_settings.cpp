@@ -1,27 +1,121 @@
-#include "platform/real/mail/mail_settings.h"
+#include "platform/mail_settings.h"
 #include "platform/app_folder.h"
 #include "platform/settings.h"
 #include <QDir>
+#include <array>
 
 namespace mail {
 
 namespace {
 
-QString client_setting(const QString &key)
+const QString group = QStringLiteral("mail_client");
+
+template <typename Value>
+struct named {
+    Value value;
+    QLatin1String name;
+};
+constexpr std::array<named<client_kind>, 4> kinds{{{client_kind::maildir, QLatin1String("maildir")},
+                                                   {client_kind::imap, QLatin1String("imap")},
+                                                   {client_kind::pop3, QLatin1String("pop3")},
+                                                   {client_kind::mbox, QLatin1String("mbox")}}};
+constexpr std::array<named<security>, 3> securities{{{security::none, QLatin1String("none")},
+                                                     {security::starttls, QLatin1String("starttls")},
+                                                     {security::tls, QLatin1String("tls")}}};
+constexpr std::array<named<send_by>, 3> roads{{{send_by::smtp, QLatin1String("smtp")},
+                                               {send_by::sendmail, QLatin1String("sendmail")},
+                                               {send_by::keep, QLatin1String("keep")}}};
+
+template <typename Value, size_t count>
+Value value_named(const std::array<named<Value>, count> &names, const QString &text, Value otherwise)
 {
-    return GetSetting(QStringLiteral("mail_client"), key);
+    for (const named<Value> &one : names)
+        if (text.compare(one.name, Qt::CaseInsensitive) == 0)
+            return one.value;
+    return otherwise;
 }
 
+template <typename Value, size_t count>
+QString name_of(const std::array<named<Value>, count> &names, Value value)
+{
+    for (const named<Value> &one : names)
+        if (one.value == value)
+            return one.name;
+    return {};
+}
+
+QString read(const char *key)
+{
+    return GetSetting(group, QLatin1String(key));
+}
+
+void write(const char *key, const QString &value)
+{
+    SaveSetting(group, QLatin1String(key), value);
+}
+
+int port_in(const QString &text)
+{
+    const int port = text.toInt();
+    return port > 0 && port < 65536 ? port : 0;
+}
+
+QString from_home(const QString &path)
+{
+    return path.startsWith(u"~/") ? QDir::home().filePath(path.sliced(2)) : QDir::cleanPath(path);
+}
+
+constexpr int usual_mailings_per_hour = 450;
+
+}
+
+client_settings read_client_settings()
+{
+    client_settings found;
+    const QString kind = read("kind");
+    found.configured = !kind.isEmpty();
+    found.kind = value_named(kinds, kind, client_kind::maildir);
+    found.maildir = read("maildir");
+    found.mbox = read("mbox");
+    found.incoming = {read("host"), port_in(read("port")), value_named(securities, read("security"), security::tls),
+                      read("user")};
+    found.sending = value_named(roads, read("send"), send_by::keep);
+    found.smtp = {read("smtp_host"), port_in(read("smtp_port")),
+                  value_named(securities, read("smtp_security"), security::tls), read("smtp_user")};
+    found.smtp_logs_in = read("smtp_login") != u"no";
+    found.from = read("from");
+    found.token_command = read("token_command");
+    found.authority_file = read("authority_file");
+    bool is_number = false;
+    const int limit = read("mailings_per_hour").toInt(&is_number);
+    found.mailings_per_hour = is_number && limit >= 0 ? limit : usual_mailings_per_hour;
+    return found;
+}
+
+void write_client_settings(const client_settings &settings)
+{
+    write("maildir", settings.maildir);
+    write("mbox", settings.mbox);
+    write("host", settings.incoming.host);
+    write("port", settings.incoming.port == 0 ? QString() : QString::number(settings.incoming.port));
+    write("security", name_of(securities, settings.incoming.secured));
+    write("user", settings.incoming.user);
+    write("send", name_of(roads, settings.sending));
+    write("smtp_host", settings.smtp.host);
+    write("smtp_port", settings.smtp.port == 0 ? QString() : QString::number(settings.smtp.port));
+    write("smtp_security", name_of(securities, settings.smtp.secured));
+    write("smtp_user", settings.smtp.user);
+    write("smtp_login", settings.smtp_logs_in ? QStringLiteral("yes") : QStringLiteral("no"));
+    write("from", settings.from);
+    write("token_command", settings.token_command);
+    write("authority_file", settings.authority_file);
+    write("mailings_per_hour", QString::number(settings.mailings_per_hour));
+    write("kind", settings.configured ? name_of(kinds, settings.kind) : QString()); // last: only now it is in force
 }
 
 client_kind configured_kind()
 {
-    const QString kind = client_setting(QStringLiteral("kind")).toLower();
-    if (kind == u"imap")
-        return client_kind::imap;
-    if (kind == u"pop3")
-        return client_kind::pop3;
-    return kind == u"mbox" ? client_kind::mbox : client_kind::maildir;
+    return value_named(kinds, read("kind"), client_kind::maildir);
 }
 
 bool has_folders(client_kind kind)
@@ -29,22 +123,41 @@ bool has_folders(client_kind kind)
     return kind == client_kind::maildir || kind == client_kind::imap;
 }
 
+int usual_port(client_kind kind, security secured)
+{
+    const bool is_pop3 = kind == client_kind::pop3;
+    if (secured == security::tls)
+        return is_pop3 ? 995 : 993;
+    return is_pop3 ? 110 : 143;
+}
+
+int usual_smtp_port(security secured)
+{
+    if (secured == security::tls)
+        return 465;
+    return secured == security::starttls ? 587 : 25;
+}
+
 maildir_place maildir_path()
 {
-    const QString set = client_setting(QStringLiteral("maildir"));
-    if (set.startsWith(u"~/"))
-        return {QDir::home().filePath(set.sliced(2))};
+    const QString set = read("maildir");
     if (!set.isEmpty())
-        return {QDir::cleanPath(set)};
+        return {from_home(set)};
     const QString at_home = QDir::home().filePath(QStringLiteral("Maildir"));
     if (QDir(at_home).exists())
         return {at_home};
     return {app_path(u"\\mail"), true};
 }
 
+QString mbox_path()
+{
+    const QString set = read("mbox");
+    return set.isEmpty() ? QString() : from_home(set);
+}
+
 QString from_setting()
 {
-    return client_setting(QStringLiteral("from"));
+    return read("from");
 }
 
 }

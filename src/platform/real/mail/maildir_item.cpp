@@ -17,7 +17,7 @@ public:
     {
         mail.Kind = outbox::mail_kind::answer;
         mail.SendingAccount = mime::to_addresses(head).value(0);
-        mail.To = mime::answer_address(head);
+        mail.To = {mime::answer_address(head)};
         const QString id = mime::message_id_of(head);
         if (!id.isEmpty()) {
             mail.Headers.emplace_back(QStringLiteral("In-Reply-To"), id);

@@ -1,5 +1,5 @@
 #include "platform/real/mail/real_mail_client.h"
-#include "platform/real/mail/mail_settings.h"
+#include "platform/mail_settings.h"
 #include "platform/real/mail/maildir_folder.h"
 #include <QFile>
 

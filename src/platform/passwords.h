@@ -1,0 +1,18 @@
+// The passwords of the mail servers: in the desktop's keyring, or, where no keyring answers, in the settings file
+// (mode 0600), which the user is told. Read once, then remembered until the process ends. To be called on the
+// user-interface thread only; waits for the keyring at most some seconds.
+#pragma once
+#include <QString>
+
+namespace passwords {
+
+enum class of { mailbox, sending }; // settings keys password and smtp_password of the group mail_client
+enum class place { nowhere, keyring, settings_file };
+
+QString read(of which); // "" without one
+// Returns where it lies now; an empty text takes it away from everywhere. A failure to write the file throws.
+place save(of which, const QString &password);
+place where(of which);
+void forget_remembered(); // the next read asks again
+
+}
