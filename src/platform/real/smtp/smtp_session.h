@@ -1,0 +1,51 @@
+// One connection to the server that mail goes out by. Knows nothing of the Outbox: it is given bytes and recipients and
+// says what became of each recipient. Whoever keeps the mails: real/outbox.
+#pragma once
+#include "platform/real/net/stream.h"
+#include <QStringList>
+#include <functional>
+#include <memory>
+#include <vector>
+
+namespace smtp {
+
+enum class fate {
+    sent,    // the server has taken it
+    refused, // for good: 5xx, or the server cannot carry the mail (size, letters beyond ASCII in an address)
+    later,   // 4xx, or the line broke at a point where the server cannot have taken it
+    unknown  // the line broke between the final dot and the answer
+};
+
+struct recipient_fate {
+    QString address;
+    fate became = fate::later;
+    QString words; // the server's, or why
+};
+
+struct outcome {
+    std::vector<recipient_fate> recipients; // in the order asked for
+    bool sender_refused = false;            // the server does not send as this address
+    bool line_is_broken = false;            // the session is of no use any more
+};
+
+class session {
+public:
+    // Connected, logged in, and asked what the server can. Throws a net::failure.
+    session(const net::place &where, const net::patience &patience);
+    ~session();
+
+    // mail: the whole mail with CR LF line ends, not stuffed. last_moment is called once, when nothing but the end of
+    // the mail is left to be sent: from its return on the outcome may be unknown. What it throws passes through, and
+    // the mail has then not gone.
+    // Never throws for what the server says or does; the outcome tells it.
+    outcome send(const QString &from, const QStringList &to, QByteArrayView mail,
+                 const std::function<void()> &last_moment);
+
+    void quit(); // a polite end; waits a second at most
+
+private:
+    struct dialogue;
+    std::unique_ptr<dialogue> self;
+};
+
+}
