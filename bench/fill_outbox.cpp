@@ -16,8 +16,9 @@ int main(int count, char **argument)
         mail.SendingAccount = "hello@rosecottage.example";
         mail.To = {QStringLiteral("reader%1@mail.example").arg(number)};
         mail.Subject = QStringLiteral("Spring plants for visitor %1").arg(number);
-        mail.body = QStringLiteral("Dear visitor %1,\n\n").arg(number) +
-                    QStringLiteral("our spring plants have come, and the first hundred orders travel free.\n").repeated(12);
+        mail.body =
+            QStringLiteral("Dear visitor %1,\n\n").arg(number) +
+            QStringLiteral("our spring plants have come, and the first hundred orders travel free.\n").repeated(12);
         outbox::hand_over(mail);
     }
 }
