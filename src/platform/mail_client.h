@@ -4,7 +4,7 @@
 // A move is asked for at once and done later, in ranges, after a commit of what the store was given: a mail never
 // leaves the Inbox before its row is durable. raise_next_failure tells what could not be moved, or read.
 #pragma once
-#include "platform/run_time_error.h"
+#include "platform/outbox.h"
 #include <QDateTime>
 #include <QString>
 #include <functional>
@@ -21,6 +21,21 @@ public:
     // Hands the mail to the Outbox and returns when it is durable there. An address that cannot be written to is no
     // failure here: the mail is kept in the Outbox as refused, with the reason.
     virtual void send() = 0;
+};
+
+// A mail of one's own. Its properties may be set in any order, and count as they stand when Send is called.
+class NewMail {
+public:
+    virtual ~NewMail() = default;
+    QString To; // one address, or several joined by "; "
+    QString Subject;
+    QString Body;     // line ends: CR LF or LF
+    QString HTMLBody; // not empty: goes out beside a plain part, which is Body or else made from it
+    outbox::mail_kind Kind = outbox::mail_kind::single;
+    QString SendingAccount;                           // the address it goes out as; "": the one that is set
+    std::vector<std::pair<QString, QString>> Headers; // further ones, such as {"List-Unsubscribe", "<...>"}
+    // As ReplyItem's.
+    virtual void Send() = 0;
 };
 
 class MailFolder;
@@ -79,6 +94,7 @@ class Application {
 public:
     virtual ~Application() = default;
     virtual std::unique_ptr<NameSpace> GetNamespace(const QString &type) = 0; // "MAPI"
+    virtual std::unique_ptr<NewMail> CreateItem(int type) = 0;                // 0, a mail; others fail with 5
 };
 
 // How the program reaches a client: a running one, or nullptr; a new one, or nullptr when it cannot be had.

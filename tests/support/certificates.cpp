@@ -8,6 +8,7 @@
 #include <openssl/pem.h>
 #include <openssl/rand.h>
 #include <openssl/x509v3.h>
+#include <sys/stat.h>
 
 namespace {
 
@@ -93,7 +94,7 @@ template <class Write>
 void write_pem(const QString &path, const Write &write)
 {
     std::FILE *file = std::fopen(path.toLocal8Bit().constData(), "w");
-    must(file && write(file), qPrintable(path));
+    must(file && ::fchmod(::fileno(file), 0644) == 0 && write(file), qPrintable(path)); // the servers' user reads it
     must(std::fclose(file) == 0, qPrintable(path));
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 #include "platform/mail_client.h"
 #include "platform/real/mail/maildir_listing.h"
+#include "platform/real/mail/new_mail.h"
 #include <map>
 
 namespace maildir {
@@ -41,6 +42,7 @@ public:
     // A Maildir that is not there and is not to be made fails with 76 "Path not found" when its Inbox is asked for.
     application(QByteArray maildir, bool made_on_demand, std::shared_ptr<client_memory> known);
     std::unique_ptr<outlook::NameSpace> GetNamespace(const QString &type) override;
+    std::unique_ptr<outlook::NewMail> CreateItem(int type) override { return mail::new_mail(type); }
 
 private:
     QByteArray root;
