@@ -5,6 +5,7 @@
 #include "platform/outside_effects.h"
 #include "platform/real/durable_file.h"
 #include "platform/real/mail/compose.h"
+#include "platform/real/mail/mail_address.h"
 #include <QDir>
 #include <QFile>
 #include <QJsonArray>
@@ -82,6 +83,15 @@ QStringList shortened(QStringList texts)
     return texts;
 }
 
+QString reason_against(const outgoing_mail &mail)
+{
+    QString reason = mail.To.isEmpty() ? mail::why_not_writable({}) : mail::why_refused(mail);
+    for (const QString &address : mail.To)
+        if (reason.isEmpty())
+            reason = mail::why_not_writable(address);
+    return reason;
+}
+
 QByteArray state_bytes(const outgoing_mail &mail, const QString &refused)
 {
     const QJsonObject state{
@@ -144,7 +154,7 @@ QString hand_over(const outgoing_mail &mail)
     const QDateTime moment = now();
     const QByteArray eml = mail::compose(whole, moment, offset_of(moment), message_id(id, whole.SendingAccount));
     write_durable_pair(folder.path(), {id + QStringLiteral(".eml"), eml},
-                       {id + QStringLiteral(".json"), state_bytes(whole, mail::why_refused(whole))});
+                       {id + QStringLiteral(".json"), state_bytes(whole, reason_against(whole))});
     return id;
 }
 

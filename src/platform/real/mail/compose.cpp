@@ -1,6 +1,8 @@
 #include "platform/real/mail/compose.h"
+#include "platform/real/mail/html_to_text.h"
 #include "platform/real/mail/mail_address.h"
 #include "platform/real/mail/mail_encode.h"
+#include <QCryptographicHash>
 #include <QLocale>
 #include <algorithm>
 #include <array>
@@ -65,19 +67,43 @@ QByteArray address_line(const char *name, const QStringList &addresses)
     QByteArrayList usable;
     for (const QString &address : addresses)
         if (why_not_writable(address).isEmpty())
-            usable.append(address.toUtf8());
+            usable.append(wire_address(address).toUtf8());
     return usable.isEmpty() ? QByteArray() : name + usable.join(",\r\n ") + "\r\n";
+}
+
+QByteArray text_part(const char *type, const QString &content)
+{
+    const encoded_text text = encode_text(content);
+    return QByteArray("Content-Type: ") + type + "; charset=utf-8\r\nContent-Transfer-Encoding: " + text.encoding +
+           "\r\n\r\n" + text.bytes;
+}
+
+// No line that quoted-printable or base64 makes begins with "--=_"; of a plain one it is made sure.
+QByteArray boundary_outside(const QByteArrayList &parts, const QByteArray &message_id)
+{
+    const QByteArray seed = QCryptographicHash::hash(message_id, QCryptographicHash::Sha1).toHex().first(24);
+    for (int number = 0;; ++number) {
+        const QByteArray boundary = "=_" + seed + '_' + QByteArray::number(number);
+        if (std::none_of(parts.begin(), parts.end(), [&](const QByteArray &part) { return part.contains(boundary); }))
+            return boundary;
+    }
+}
+
+QByteArray html_content(const outbox::outgoing_mail &mail, const QByteArray &message_id)
+{
+    const QString made = mail.body.isEmpty() ? mime::html_to_text(mail.HTMLBody) + u'\n' : mail.body;
+    const QByteArrayList parts{text_part("text/plain", made), text_part("text/html", mail.HTMLBody)};
+    const QByteArray boundary = boundary_outside(parts, message_id);
+    QByteArray bytes = "Content-Type: multipart/alternative;\r\n boundary=\"" + boundary + "\"\r\n\r\n";
+    for (const QByteArray &part : parts)
+        bytes += "--" + boundary + "\r\n" + part + "\r\n";
+    return bytes + "--" + boundary + "--\r\n";
 }
 
 }
 
 QString why_refused(const outbox::outgoing_mail &mail)
 {
-    if (mail.To.isEmpty())
-        return why_not_writable({});
-    for (const QString &address : mail.To)
-        if (const QString reason = why_not_writable(address); !reason.isEmpty())
-            return reason;
     if (!mail.SendingAccount.isEmpty() && !why_not_writable(mail.SendingAccount).isEmpty())
         return QStringLiteral("The account's own address is not usable.");
     if (!std::all_of(mail.Headers.begin(), mail.Headers.end(), may_be_added))
@@ -88,7 +114,6 @@ QString why_refused(const outbox::outgoing_mail &mail)
 QByteArray compose(const outbox::outgoing_mail &mail, const QDateTime &moment, int utc_offset,
                    const QByteArray &message_id)
 {
-    const encoded_text text = encode_text(mail.body);
     QByteArray bytes;
     bytes += "Date: " + date_text(moment, utc_offset) + "\r\n";
     bytes += "Message-ID: <" + message_id + ">\r\n";
@@ -98,9 +123,8 @@ QByteArray compose(const outbox::outgoing_mail &mail, const QDateTime &moment, i
     for (const auto &header : mail.Headers)
         if (may_be_added(header))
             bytes += encode_header(header.first.toLatin1(), header.second);
-    bytes += "MIME-Version: 1.0\r\nContent-Type: text/plain; charset=utf-8\r\n";
-    bytes += "Content-Transfer-Encoding: " + text.encoding + "\r\n\r\n";
-    return bytes + text.bytes;
+    bytes += "MIME-Version: 1.0\r\n";
+    return bytes + (mail.HTMLBody.isEmpty() ? text_part("text/plain", mail.body) : html_content(mail, message_id));
 }
 
 }

@@ -1,4 +1,4 @@
-// An outgoing text mail as bytes, CR LF line ends, ready for the wire.
+// An outgoing mail as bytes, CR LF line ends, ready for the wire: text, or HTML with a plain part beside it.
 #pragma once
 #include "platform/outbox.h"
 #include <QByteArray>
@@ -6,7 +6,8 @@
 
 namespace mail {
 
-// Why this mail must not go out, in plain words; "" when it may.
+// Why this mail must not go out to anybody, in plain words; "" when it may. Each of its recipients by itself:
+// why_not_writable.
 QString why_refused(const outbox::outgoing_mail &mail);
 
 // A Subject of several lines becomes one. An address that cannot be written to, and a further header that could

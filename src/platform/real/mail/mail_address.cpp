@@ -2,6 +2,8 @@
 #include "platform/real/mail/charset.h"
 #include "platform/real/mail/encoded_words.h"
 #include "platform/real/mail/gmime_headers.h"
+#include <QUrl>
+#include <algorithm>
 #include <memory>
 
 namespace mail {
@@ -125,7 +127,18 @@ QString why_not_writable(const QString &address)
     const QStringView domain = QStringView(address).sliced(at + 1);
     if (domain.startsWith(u'.') || domain.endsWith(u'.') || domain.contains(u".."))
         return QStringLiteral("The domain of the address is not complete.");
+    if (wire_address(address).endsWith(u'@'))
+        return QStringLiteral("The domain of the address is not a domain.");
     return {};
+}
+
+QString wire_address(const QString &address)
+{
+    const qsizetype at = address.lastIndexOf(u'@');
+    const QString domain = address.sliced(at + 1);
+    if (std::all_of(domain.begin(), domain.end(), [](QChar letter) { return letter < u'\x80'; }))
+        return address;
+    return address.first(at + 1) + QString::fromLatin1(QUrl::toAce(domain)); // nothing for what no domain may hold
 }
 
 }

@@ -13,4 +13,8 @@ QStringList addresses_in(const QByteArray &field);
 // blanks or a line end anywhere is none.
 QString why_not_writable(const QString &address);
 
+// A writable address as it travels: the domain in ASCII letters, whatever script it was written in. The name before
+// the "@" stays as it is.
+QString wire_address(const QString &address);
+
 }

@@ -7,7 +7,8 @@ namespace {
 
 constexpr qsizetype longest_line = 76;
 constexpr qsizetype longest_plain_line = 900; // the protocols' limit is 998
-constexpr qsizetype bytes_of_a_word = 42;     // 56 letters of base64, 68 with what stands around them
+constexpr qsizetype bytes_of_a_word = 39;     // 52 letters of base64, 64 with what stands around them
+constexpr qsizetype longest_name_beside_a_word = 10;
 
 bool is_plain_ascii(QByteArrayView text)
 {
@@ -46,7 +47,8 @@ QByteArray as_encoded_words(const QByteArray &name, const QByteArray &utf8)
         qsizetype end = qMin(at + bytes_of_a_word, utf8.size());
         while (end < utf8.size() && end > at + 1 && (uchar(utf8[end]) & 0xC0) == 0x80)
             --end; // no letter is broken between two words
-        lines += (at == 0 ? " " : "\r\n ") + ("=?utf-8?B?" + utf8.sliced(at, end - at).toBase64() + "?=");
+        const bool beside_name = at == 0 && name.size() <= longest_name_beside_a_word;
+        lines += (beside_name ? " " : "\r\n ") + ("=?utf-8?B?" + utf8.sliced(at, end - at).toBase64() + "?=");
         at = end;
     }
     return lines + "\r\n";
@@ -56,6 +58,8 @@ bool can_stand_plain(const QByteArray &value)
 {
     if (!is_plain_ascii(value) || value.contains("=?") || value.startsWith(' ') || value.endsWith(' '))
         return false;
+    if (value.contains(QByteArray(longest_line, ' ')))
+        return false; // nothing is folded within blanks
     qsizetype longest = 0, from = 0;
     for (qsizetype at = 0; at <= value.size(); ++at) {
         if (at == value.size() || value[at] == ' ') {
