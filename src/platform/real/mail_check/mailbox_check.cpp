@@ -156,20 +156,17 @@ bool check_pop3(check_run &run)
         return false;
     talk with(*line);
     qlonglong count = 0;
-    return run.step(QStringLiteral("Inbox"),
-                    [&with, &count]() -> step_end {
-                        const talk::pop3_answer answer = with.ask_pop3("STAT");
-                        if (!answer.ok)
-                            return refusal(QStringLiteral("The server does not open the mailbox."),
-                                           QString::fromUtf8(answer.words));
-                        count = answer.words.split(' ').constFirst().toLongLong();
-                        return {check_state::good, mail_count(count)};
-                    }) &&
-           run.step(QStringLiteral("Names of the mails"), [&with, count] {
-               const step_end how = look_at_numbers(with, count);
-               with.say_goodbye("QUIT");
-               return how;
-           });
+    return run.step(QStringLiteral("Inbox"), [&with, &count]() -> step_end {
+        const talk::pop3_answer answer = with.ask_pop3("STAT");
+        if (!answer.ok)
+            return refusal(QStringLiteral("The server does not open the mailbox."), QString::fromUtf8(answer.words));
+        count = answer.words.split(' ').constFirst().toLongLong();
+        return {check_state::good, mail_count(count)};
+    }) && run.step(QStringLiteral("Names of the mails"), [&with, count] {
+        const step_end how = look_at_numbers(with, count);
+        with.say_goodbye("QUIT");
+        return how;
+    });
 }
 
 }

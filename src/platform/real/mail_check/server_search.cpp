@@ -32,11 +32,12 @@ bool is_this_machine(const QString &host)
 // Failures that say more about the place than others come later; a refused login is the server that was looked for.
 int weight_of(const run_time_error &error)
 {
-    constexpr std::array<net::trouble, 7> by_weight{
-        net::trouble::name_not_found, net::trouble::not_reached,   net::trouble::timed_out,          net::trouble::closed,
-        net::trouble::not_understood, net::trouble::no_encryption, net::trouble::certificate_refused};
-    const auto place = std::find_if(by_weight.begin(), by_weight.end(),
-                                    [&error](net::trouble kind) { return net::is(error, kind); });
+    constexpr std::array<net::trouble, 7> by_weight{net::trouble::name_not_found,     net::trouble::not_reached,
+                                                    net::trouble::timed_out,          net::trouble::closed,
+                                                    net::trouble::not_understood,     net::trouble::no_encryption,
+                                                    net::trouble::certificate_refused};
+    const auto place =
+        std::find_if(by_weight.begin(), by_weight.end(), [&error](net::trouble kind) { return net::is(error, kind); });
     return int(place - by_weight.begin());
 }
 
@@ -133,8 +134,7 @@ void tell_failure(check_run &run, const search_task &task, const search_result &
     } else if (net::is(error, net::trouble::login_refused)) {
         run.end(reached(task, result.place));
         run.tell(task.names.encryption, encryption_of(result.place, task.logs_in));
-        run.tell(task.names.login,
-                 {check_state::failed, task.note.isEmpty() ? words : words + u' ' + task.note});
+        run.tell(task.names.login, {check_state::failed, task.note.isEmpty() ? words : words + u' ' + task.note});
     } else if (task.wanted.host.trimmed().isEmpty() && !ends_search(error)) {
         run.end({check_state::failed,
                  QStringLiteral("No server was found for %1; tried were %2. Type the server's name as your provider "
@@ -152,8 +152,9 @@ server search_server(check_run &run, const search_task &task, const place_opener
     run.begin(task.names.server);
     const bool is_named = !task.wanted.host.trimmed().isEmpty();
     if (!is_named && task.guesses.empty()) {
-        run.end({check_state::failed,
-                 QStringLiteral("No server is set. Type its name, or your mail address, from which it can be guessed.")});
+        run.end(
+            {check_state::failed,
+             QStringLiteral("No server is set. Type its name, or your mail address, from which it can be guessed.")});
         return {};
     }
     server wanted = task.wanted;
@@ -163,8 +164,8 @@ server search_server(check_run &run, const search_task &task, const place_opener
         run.end({check_state::failed, QStringLiteral("No user name is set. Mostly it is your mail address.")});
         return {};
     }
-    const search_result result =
-        is_named ? search_result{wanted, try_place(run, task, wanted, run.patience, open)} : try_guesses(run, task, open);
+    const search_result result = is_named ? search_result{wanted, try_place(run, task, wanted, run.patience, open)}
+                                          : try_guesses(run, task, open);
     if (result.failure) {
         tell_failure(run, task, result);
         return {};

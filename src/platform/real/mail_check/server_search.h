@@ -14,9 +14,9 @@ struct search_names { // of the three steps
 struct search_task {
     net::protocol speaks = net::protocol::imap;
     search_names names;
-    server wanted;                    // an empty host: the guesses are tried
+    server wanted;                     // an empty host: the guesses are tried
     std::vector<server_guess> guesses; // in their order
-    QString note;                     // the provider's, shown where signing in fails
+    QString note;                      // the provider's, shown where signing in fails
     QString password;
     bool logs_in = true;
 };

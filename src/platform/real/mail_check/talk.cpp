@@ -75,8 +75,10 @@ talk::imap_answer talk::ask_imap(const QByteArray &command)
     for (qsizetype lines = 0; lines < most_lines; ++lines) {
         QByteArray text = next_line();
         for (qsizetype count = literal_at_end(text); count >= 0 && text.size() < longest_line;
-             count = literal_at_end(text))
-            text = text.first(text.lastIndexOf('{')) + quoted(next_bytes(count)) + next_line();
+             count = literal_at_end(text)) {
+            text = text.first(text.lastIndexOf('{')) + quoted(next_bytes(count));
+            text += next_line();
+        }
         if (text.startsWith("* ")) {
             answer.untagged.append(text.sliced(2));
         } else if (text.startsWith(tag + ' ')) {
