@@ -1,4 +1,4 @@
-// One dialogue of smtp_sink with a client.
+// One dialogue of smtp_sink with a client. Its mails: smtp_session_mail.cpp
 #pragma once
 #include "support/smtp_line.h"
 #include "support/smtp_sink.h"
