@@ -1,6 +1,6 @@
 """A real Dovecot, or the recording server for outgoing mail, on loopback, for the benches and the tour: as a with block.
 
-The programs serve_mail and smtp_sink of tests/serve do the work and end with this one."""
+The programs serve_mail and serve_smtp of tests/serve do the work and end with this one."""
 
 import json
 import subprocess

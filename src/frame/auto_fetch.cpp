@@ -1,8 +1,14 @@
 #include "frame/auto_fetch.h"
 #include "frame/store.h"
 #include "frame/text.h"
+#include "platform/clock.h"
+
+#include <algorithm>
 
 namespace {
+
+constexpr int first_pause_s = 10;
+constexpr int longest_pause_s = 300;
 
 qint16 read_minutes()
 {
@@ -11,10 +17,34 @@ qint16 read_minutes()
     return rows.EOF_() ? qint16(0) : to_int16(QString::number(rows["minutes"].to_number()));
 }
 
+// A clock that was set back must not make a pause of hours.
+bool pause_lasts()
+{
+    if (session.auto_fetch_pause_s == 0)
+        return false;
+    const QDateTime moment = now();
+    return moment >= session.auto_fetch_missed &&
+           moment < session.auto_fetch_missed.addSecs(session.auto_fetch_pause_s);
+}
+
+}
+
+void pause_auto_fetch()
+{
+    session.auto_fetch_pause_s =
+        session.auto_fetch_pause_s == 0 ? first_pause_s : std::min(session.auto_fetch_pause_s * 2, longest_pause_s);
+    session.auto_fetch_missed = now();
+}
+
+void end_auto_fetch_pause()
+{
+    session.auto_fetch_pause_s = 0;
 }
 
 bool auto_fetch_due()
 {
+    if (pause_lasts())
+        return false;
     open_store_if_closed();
     const qint16 minutes = read_minutes();
     if (minutes <= 0)

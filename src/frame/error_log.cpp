@@ -5,6 +5,7 @@
 #include "frame/text.h"
 #include "platform/app_folder.h"
 #include "platform/clock.h"
+#include "platform/network.h"
 #include "platform/outside_effects.h"
 #include "platform/text_file.h"
 
@@ -18,6 +19,30 @@ void close_shared_recordsets()
         if ((*recordset)->State() != 0)
             (*recordset)->Close();
     }
+}
+
+void let_go_of_recordsets()
+{
+    try {
+        close_shared_recordsets();
+    } catch (const run_time_error &) {
+        // Closing drops what was not updated; the failure that matters is another one.
+    }
+}
+
+void keep_error(const run_time_error &error, const char *form, const char *routine)
+{
+    session.err_number = error.number;
+    session.err_description = error.description;
+    session.err_form = QString::fromLatin1(form);
+    session.err_routine = QString::fromLatin1(routine);
+}
+
+bool is_logged(const run_time_error &error)
+{
+    if (net::is(error, net::trouble::cancelled))
+        return false;
+    return !(net::present_patience().is_tick && net::is_network_failure(error));
 }
 
 // One line of the log is one line: a line end inside a text would shift all that follows.
@@ -45,10 +70,25 @@ bool guarded(const char *form, const char *routine, const std::function<void()> 
         body();
         return true;
     } catch (const run_time_error &error) {
-        session.err_number = error.number;
-        session.err_description = error.description;
-        session.err_form = QString::fromLatin1(form);
-        session.err_routine = QString::fromLatin1(routine);
+        keep_error(error, form, routine);
+    }
+    if (is_logged({session.err_number, session.err_description}))
+        write_error_log();
+    else
+        let_go_of_recordsets();
+    return false;
+}
+
+bool guarded_step(const char *form, const char *routine, const std::function<void()> &body)
+{
+    const busy_scope while_running;
+    try {
+        body();
+        return true;
+    } catch (const run_time_error &error) {
+        if (net::is_network_failure(error))
+            throw;
+        keep_error(error, form, routine);
     }
     write_error_log();
     return false;
@@ -57,11 +97,7 @@ bool guarded(const char *form, const char *routine, const std::function<void()> 
 void write_error_log()
 {
     const QString path = app_path(u"\\errorlog.txt");
-    try {
-        close_shared_recordsets();
-    } catch (const run_time_error &) {
-        // Closing drops what was not updated; the entry below tells of the failure that matters.
-    }
+    let_go_of_recordsets();
     try {
         before_outside_effect();
     } catch (const run_time_error &error) {

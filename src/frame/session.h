@@ -1,6 +1,7 @@
 // The process-wide state that every screen reads and writes. session = {} is a fresh start.
 #pragma once
 #include "platform/ado.h"
+#include <QDateTime>
 #include <array>
 #include <memory>
 #include <vector>
@@ -28,6 +29,8 @@ struct session_state {
     bool unsub_only_mail = false;   // the current mail is looked at only because of its subject
     bool fetch_then_wizard = false; // the fetch was started by the Mail Mapping Wizard
     qint16 autofetch_minutes = 0;   // as last read
+    int auto_fetch_pause_s = 0;     // a tick did not reach its server: so long the next ones do nothing; 0: no pause
+    QDateTime auto_fetch_missed;    // when that was
     QString animation_file;         // the page that a progress screen shows
 
     quint32 err_number = 0;

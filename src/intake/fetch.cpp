@@ -8,6 +8,7 @@
 #include "intake/mail_source.h"
 #include "intake/map_parser.h"
 #include "intake/write_data.h"
+#include "platform/network.h"
 #include "platform/outside_effects.h"
 
 namespace intake {
@@ -39,6 +40,7 @@ outlook::wanted_mails mails_of_ours()
 void begin_fetch()
 {
     fetching.mail_count = 0;
+    fetching.cancelled = false;
     load_accounts();
     fetching.rules = read_unsubscribe_rules();
 }
@@ -51,20 +53,48 @@ void log_failures()
         guarded("Mailfrm.frm", "write_data", [&] { more = fetching.inbox_items->raise_next_failure(); });
 }
 
+// Between two mails is the best moment to stop: what was stored can still be moved.
+bool user_gives_up()
+{
+    const auto &give_up = net::present_patience().give_up;
+    fetching.cancelled = fetching.cancelled || (give_up && give_up());
+    return fetching.cancelled;
+}
+
+// The user has cancelled and waits for the window: the last moves get little time, and a second Cancel has no meaning.
+net::patience patience_for_moves()
+{
+    net::patience usual = net::present_patience();
+    if (!fetching.cancelled)
+        return usual;
+    constexpr int short_wait_ms = 5000;
+    return {.connect_ms = short_wait_ms, .answer_ms = short_wait_ms, .is_tick = usual.is_tick, .give_up = {}};
+}
+
+void finish_moves()
+{
+    log_failures(); // those of reading; a server that is gone now must not hide them
+    const net::patience_scope waiting(patience_for_moves());
+    guarded_step("Mailfrm.frm", "write_data", [] { fetching.inbox_items->finish_moves(); });
+    log_failures();
+}
+
 void walk_folder()
 {
     auto &items = *fetching.inbox_items;
     fetching.total = items.Count();
+    report_progress("Looking through the Inbox", 0, 0);
     qint64 done = 0;
     for (auto *item = items.Find(every_item, mails_of_ours()); item; item = items.FindNext()) {
         fetching.current_item = item;
         session.unsub_only_mail = !is_to_account(item->To());
         write_data();
         report_progress("Fetching mail", ++done, fetching.total);
+        if (user_gives_up())
+            break;
     }
     fetching.current_item = nullptr;
-    guarded("Mailfrm.frm", "write_data", [&] { items.finish_moves(); });
-    log_failures();
+    finish_moves();
 }
 
 void walk_messages()
@@ -82,6 +112,8 @@ void walk_messages()
         if (to_account || has_keyword)
             write_data();
         report_progress("Fetching mail", index + 1, fetching.total);
+        if (user_gives_up())
+            break;
     }
 }
 
@@ -99,6 +131,11 @@ void fetch_mail()
 QString fetch_summary()
 {
     return QString::number(fetching.mail_count) + " of " + QString::number(fetching.total) + " mails processed";
+}
+
+bool fetch_was_cancelled()
+{
+    return fetching.cancelled;
 }
 
 bool fetch_and_parse()

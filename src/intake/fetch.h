@@ -5,8 +5,9 @@
 
 namespace intake {
 
-void fetch_mail();       // needs choose_mail_source; counts into fetching.mail_count
-QString fetch_summary(); // "3 of 20 mails processed"
+void fetch_mail();          // needs choose_mail_source; counts into fetching.mail_count
+QString fetch_summary();    // "3 of 20 mails processed"
+bool fetch_was_cancelled(); // between two mails: all that was stored is as after a whole fetch
 
 // Choosing the source, fetching and parsing without a screen, as loading the Mail Auditor does it. A failure is logged;
 // true: there was none outside the single mails.

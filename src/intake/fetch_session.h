@@ -18,6 +18,7 @@ struct fetch_state {
     unsubscribe_rules rules; // nothing can change them while a fetch runs
     qint16 mail_count = 0;   // mails stored by this fetch
     qint64 total = 0;        // mails in the Inbox when the walk began
+    bool cancelled = false;  // by the user, between two mails
 };
 
 extern fetch_state fetching;

@@ -1,4 +1,5 @@
 #include "intake/mail_source.h"
+#include "frame/status.h"
 #include "frame/text.h"
 #include "intake/fetch_session.h"
 #include "platform/registry.h"
@@ -59,6 +60,7 @@ void sign_on()
 void choose_mail_source()
 {
     close_mail_source();
+    report_progress("Connecting to your mailbox", 0, 0);
     if (client_with_folders_is_set())
         fetching.outlook_app = reach_client();
     if (fetching.outlook_app)

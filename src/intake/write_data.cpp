@@ -118,7 +118,7 @@ int account_among_recipients(const QString &recipients)
 
 void write_data()
 {
-    guarded("Mailfrm.frm", "write_data", [] {
+    guarded_step("Mailfrm.frm", "write_data", [] {
         if (fetching.use_mapi)
             write_message(*fetching.MAPIMessages1);
         else

@@ -5,7 +5,8 @@
 
 namespace intake {
 
-// Of fetching.current_item, or of the message at MsgIndex. A failure is logged and leaves the mail where it is.
+// Of fetching.current_item, or of the message at MsgIndex. A failure is logged and leaves the mail where it is;
+// one of the network passes on, as it ends the walk.
 void write_data();
 
 // The account that a mail is for: its column in session.account_ids, the spare last one when there is none.

@@ -9,10 +9,12 @@ namespace passwords {
 enum class of { mailbox, sending }; // settings keys password and smtp_password of the group mail_client
 enum class place { nowhere, keyring, settings_file };
 
-QString read(of which); // "" without one
-// Returns where it lies now; an empty text takes it away from everywhere. A failure to write the file throws.
+// "" without one. Without one of its own the sending server gets the mailbox's, when its user is the same or not set.
+QString read(of which);
+// Returns where it lies now; an empty text takes it away from everywhere that
+// answers. A failure to write the file throws.
 place save(of which, const QString &password);
-place where(of which);
+place where(of which);    // its own: nowhere also when the mailbox's will do
 void forget_remembered(); // the next read asks again
 
 }

@@ -2,7 +2,9 @@
 #include "platform/outside_effects.h"
 #include "platform/run_time_error.h"
 
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QSettings>
 
 namespace {
@@ -10,6 +12,29 @@ namespace {
 QString settings_key(const QString &section, const QString &key)
 {
     return section + u'/' + key;
+}
+
+// Before anything is written, as it may be a password: a new file takes the modes of the one that it replaces.
+void make_private(const QString &path)
+{
+    QFile file(path);
+    if (!file.exists())
+        QDir().mkpath(QFileInfo(path).path());
+    if (!file.exists() && file.open(QFile::WriteOnly | QFile::NewOnly, QFile::ReadOwner | QFile::WriteOwner))
+        file.close();
+    file.setPermissions(QFile::ReadOwner | QFile::WriteOwner);
+}
+
+template <typename change>
+void change_settings(const change &make)
+{
+    before_outside_effect();
+    QSettings settings(QStringLiteral("brenmoorbiz"));
+    make_private(settings.fileName());
+    make(settings);
+    settings.sync();
+    if (settings.status() != QSettings::NoError)
+        throw run_time_error{70, QStringLiteral("Permission denied: ") + settings.fileName()};
 }
 
 }
@@ -27,11 +52,20 @@ QString GetSetting(const QString &section, const QString &key, const QString &ot
 
 void SaveSetting(const QString &section, const QString &key, const QString &value)
 {
-    before_outside_effect();
-    QSettings settings(QStringLiteral("brenmoorbiz"));
-    settings.setValue(settings_key(section, key), value);
-    settings.sync();
-    if (settings.status() != QSettings::NoError)
-        throw run_time_error{70, QStringLiteral("Permission denied: ") + settings.fileName()};
-    QFile::setPermissions(settings.fileName(), QFile::ReadOwner | QFile::WriteOwner); // may hold a password
+    SaveSettings(section, {{key, value}});
+}
+
+void SaveSettings(const QString &section, const std::vector<key_value> &values)
+{
+    change_settings([&](QSettings &settings) {
+        for (const key_value &one : values)
+            settings.setValue(settings_key(section, one.key), one.value);
+    });
+}
+
+void DeleteSetting(const QString &section, const QString &key)
+{
+    const QString name = settings_key(section, key);
+    if (QSettings(QStringLiteral("brenmoorbiz")).contains(name))
+        change_settings([&](QSettings &settings) { settings.remove(name); });
 }

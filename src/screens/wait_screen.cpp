@@ -5,9 +5,11 @@
 #include "platform/widgets/picture_page.h"
 
 #include <QCoreApplication>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QPointer>
 #include <QProgressBar>
+#include <QPushButton>
 #include <QTimer>
 #include <QVBoxLayout>
 #include <limits>
@@ -15,6 +17,45 @@
 namespace {
 
 constexpr int paint_pause_ms = 50; // counts come thousands a second; the eye needs twenty
+
+bool comes_from_the_user(const QEvent &event)
+{
+    switch (event.type()) {
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonRelease:
+    case QEvent::MouseButtonDblClick:
+    case QEvent::KeyPress:
+    case QEvent::KeyRelease:
+    case QEvent::ShortcutOverride:
+    case QEvent::Shortcut:
+    case QEvent::Wheel:
+    case QEvent::ContextMenu:
+    case QEvent::TouchBegin:
+    case QEvent::Close:
+        return true;
+    default:
+        return false;
+    }
+}
+
+// While it lives, keys and clicks reach one window only: the work must not be entered a second time from another one.
+class only_this_window : public QObject {
+public:
+    explicit only_this_window(const QWidget &open) : window(open)
+    {
+        QCoreApplication::instance()->installEventFilter(this);
+    }
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (!comes_from_the_user(*event))
+            return false;
+        const auto *widget = qobject_cast<QWidget *>(watched); // windows of the platform hand on to their widgets
+        return widget && widget->window() != &window;
+    }
+
+private:
+    const QWidget &window;
+};
 
 int bar_value(qint64 value)
 {
@@ -28,6 +69,7 @@ wait_screen::wait_screen(const QString &name, const QString &title, QWidget *par
       WebBrowser1(new picture_page(this)),
       what_l(new QLabel(title, this)),
       progress_bar(new QProgressBar(this)),
+      cancel_b(new QPushButton("&Cancel", this)),
       Timer1(new QTimer(this))
 {
     setObjectName(name);
@@ -40,6 +82,8 @@ wait_screen::wait_screen(const QString &name, const QString &title, QWidget *par
     progress_bar->setObjectName("progress_bar");
     progress_bar->setAccessibleName("Progress");
     progress_bar->setRange(0, 0);
+    cancel_b->setObjectName("cancel_b");
+    cancel_b->hide();
     Timer1->setObjectName("Timer1");
     Timer1->setInterval(10);
 
@@ -49,7 +93,9 @@ wait_screen::wait_screen(const QString &name, const QString &title, QWidget *par
     rows->addWidget(WebBrowser1, 1);
     rows->addWidget(what_l);
     rows->addWidget(progress_bar);
+    rows->addWidget(cancel_b, 0, Qt::AlignRight);
 
+    connect(cancel_b, &QPushButton::clicked, this, &wait_screen::cancel_b_Click);
     connect(Timer1, &QTimer::timeout, this, &wait_screen::Timer1_Timer);
 }
 
@@ -87,10 +133,51 @@ void wait_screen::show_progress(const QString &what, qint64 done, qint64 total)
 {
     if (since_shown.elapsed() < paint_pause_ms && done < total)
         return;
-    what_l->setText(total > 0 ? QStringLiteral("%1: %2 of %3").arg(what).arg(done).arg(total) : what);
+    if (!cancelled)
+        what_l->setText(total > 0 ? QStringLiteral("%1: %2 of %3").arg(what).arg(done).arg(total) : what);
     progress_bar->setRange(0, bar_value(total));
     progress_bar->setValue(bar_value(done));
-    // Lets the animation go on. No keys and clicks: the work must not be entered a second time.
-    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    let_paint();
     since_shown.restart();
+}
+
+// Lets the animation go on. Keys and clicks only where there is something to press.
+void wait_screen::let_paint()
+{
+    if (cancel_b->isHidden()) {
+        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+        return;
+    }
+    const only_this_window filter(*window());
+    QCoreApplication::processEvents();
+    since_listened.restart();
+}
+
+void wait_screen::offer_cancel()
+{
+    cancel_b->show();
+    cancel_b->setFocus();
+    since_listened.start();
+}
+
+bool wait_screen::cancel_wanted()
+{
+    if (!cancelled && since_listened.elapsed() >= paint_pause_ms)
+        let_paint();
+    return cancelled;
+}
+
+void wait_screen::cancel_b_Click()
+{
+    cancelled = true;
+    cancel_b->setEnabled(false);
+    what_l->setText("Cancelling ...");
+}
+
+void wait_screen::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_Escape && !cancel_b->isHidden() && cancel_b->isEnabled())
+        cancel_b_Click();
+    else
+        screen::keyPressEvent(event);
 }

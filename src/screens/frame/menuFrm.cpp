@@ -6,6 +6,7 @@
 #include "frame/session.h"
 #include "frame/status.h"
 #include "intake/progress_page.h"
+#include "platform/network.h"
 #include "screens/frame/Exit_frm.h"
 #include "screens/frame/closing.h"
 #include "screens/frame/console_area.h"
@@ -32,6 +33,7 @@
 namespace {
 
 constexpr int tick_ms = 10000;
+constexpr int tick_waits_ms = 5000; // the window stands still meanwhile
 
 }
 
@@ -148,6 +150,8 @@ void menuFrm::Timer1_Timer()
             return;
         const bool was_visible = is_visible<mailfrm>();
         session.no_fetch = false;
+        const net::patience_scope waiting(
+            {.connect_ms = tick_waits_ms, .answer_ms = tick_waits_ms, .is_tick = true, .give_up = {}});
         the<mailfrm>().load(); // an open one stays as it is: nothing is fetched
         if (!was_visible)
             the<mailfrm>().unload();

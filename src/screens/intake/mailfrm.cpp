@@ -1,5 +1,6 @@
 #include "screens/intake/mailfrm.h"
 #include "frame/account_list.h"
+#include "frame/auto_fetch.h"
 #include "frame/error_log.h"
 #include "frame/messages.h"
 #include "frame/session.h"
@@ -10,6 +11,7 @@
 #include "intake/mail_lines.h"
 #include "intake/mail_source.h"
 #include "intake/map_parser.h"
+#include "platform/network.h"
 #include "platform/outside_effects.h"
 #include "screens/frame/closing.h"
 #include "screens/icons.h"
@@ -23,6 +25,7 @@ namespace {
 const char *const empty_inbox = "No mail is stored yet.\nChoose Mail > Fetch Mail to take the form mails of your "
                                 "accounts from your Inbox.";
 const char *const empty_sent = "Nothing was sent yet.\nEvery mail that the program sends is listed here.";
+const char *const cancelled_line = "Fetching was cancelled. The mails stored so far are shown.";
 const char *const nothing_found = "No mail matches the search.\nEmpty the search box to see all mails again.";
 
 // Mail is hostile: a text of many megabytes would stop the program for as long as it is laid out.
@@ -106,9 +109,33 @@ void mailfrm::Load()
     });
     if (all_went)
         return;
-    // What is stored can still be read, whatever became of the fetch.
-    status_line("Not everything went well: " + session.err_description);
+    const bool was_cut_off = net::is_network_failure({session.err_number, session.err_description});
+    tell_broken_fetch();
     guarded("Mailfrm.frm", "Form_load", [] { intake::close_mail_source(); });
+    if (was_cut_off) // what came before still wants its rows
+        guarded("Mailfrm.frm", "Form_load", intake::parse_unprocessed_mails);
+    show_what_is_stored();
+}
+
+// Of a server that cannot be reached the user who waits is told in a box. A tick, for which nobody waits, leaves a line
+// and the next ticks alone.
+void mailfrm::tell_broken_fetch()
+{
+    const run_time_error failure{session.err_number, session.err_description};
+    if (net::is(failure, net::trouble::cancelled))
+        return status_line(cancelled_line);
+    if (!net::is_network_failure(failure))
+        return status_line("Not everything went well: " + failure.description);
+    if (!net::present_patience().is_tick)
+        return say("Mail could not be fetched.\n\n" + failure.description + "\n\nThe mails stored so far are shown.",
+                   "Tessaly", message_icon::exclamation);
+    pause_auto_fetch();
+    status_line("Mail could not be fetched: " + failure.description);
+}
+
+// What is stored can still be read, whatever became of the fetch.
+void mailfrm::show_what_is_stored()
+{
     guarded("Mailfrm.frm", "Form_load", [this] {
         if (session.account_ids.empty())
             load_accounts();
@@ -126,10 +153,13 @@ void mailfrm::CriticalError()
 void mailfrm::fetch_and_parse()
 {
     status_line({}); // what an earlier fetch had to tell is past
+    if (!net::present_patience().is_tick)
+        end_auto_fetch_pause(); // the user asks: what the ticks know of the server is old
     intake::choose_mail_source();
     fetch_mail();
     store_lvindex();
     intake::parse_unprocessed_mails();
+    end_auto_fetch_pause();
     before_outside_effect(); // a pass that cannot be kept is a failure that is told, not a loss that nobody hears of
     intake::close_mail_source();
 }
@@ -140,6 +170,8 @@ void mailfrm::fetch_mail()
     show_no_mail();
     intake::fetch_mail();
     ui->Label3->setText(intake::fetch_summary());
+    if (intake::fetch_was_cancelled())
+        status_line(cancelled_line);
 }
 
 void mailfrm::store_lvindex()

@@ -36,6 +36,8 @@ protected:
 
 private:
     void fetch_and_parse();
+    void tell_broken_fetch();
+    void show_what_is_stored();
     void set_up_lists();
     void set_up_list(list_view &view, mail_list &rows, const QString &name);
     void show_no_mail();

@@ -1,11 +1,13 @@
 #include "screens/intake/mfetchinprogress_frm.h"
 #include "frame/session.h"
 #include "frame/status.h"
+#include "platform/network.h"
 #include "screens/intake/mailfrm.h"
 
 mfetchinprogress_frm::mfetchinprogress_frm(QWidget *parent)
     : wait_screen("mfetchinprogress_frm", "Fetching mail ...", parent)
 {
+    offer_cancel();
 }
 
 void mfetchinprogress_frm::work()
@@ -13,7 +15,12 @@ void mfetchinprogress_frm::work()
     const bool wizard_waits = session.fetch_then_wizard;
     if (is_loaded<mailfrm>()) // loading is what fetches, so an open one makes room
         the<mailfrm>().unload();
-    the<mailfrm>().load();
+    {
+        net::patience usual = net::present_patience();
+        usual.give_up = [this] { return cancel_wanted(); };
+        const net::patience_scope waiting(usual);
+        the<mailfrm>().load();
+    }
     session.fetch_then_wizard = false;
     unload();
     if (wizard_waits)

@@ -49,9 +49,15 @@ QString read(const char *key)
     return GetSetting(group, QLatin1String(key));
 }
 
-void write(const char *key, const QString &value)
+// One by hand in the file is enough: a token command says by itself that there is a token.
+bool wants_token(const QString &login, const QString &command)
 {
-    SaveSetting(group, QLatin1String(key), value);
+    return login.isEmpty() ? !command.isEmpty() : login.compare(u"xoauth2", Qt::CaseInsensitive) == 0;
+}
+
+QString port_text(int port)
+{
+    return port == 0 ? QString() : QString::number(port);
 }
 
 int port_in(const QString &text)
@@ -85,6 +91,7 @@ client_settings read_client_settings()
     found.smtp_logs_in = read("smtp_login") != u"no";
     found.from = read("from");
     found.token_command = read("token_command");
+    found.use_token = wants_token(read("login"), found.token_command);
     found.authority_file = read("authority_file");
     bool is_number = false;
     const int limit = read("mailings_per_hour").toInt(&is_number);
@@ -94,23 +101,24 @@ client_settings read_client_settings()
 
 void write_client_settings(const client_settings &settings)
 {
-    write("maildir", settings.maildir);
-    write("mbox", settings.mbox);
-    write("host", settings.incoming.host);
-    write("port", settings.incoming.port == 0 ? QString() : QString::number(settings.incoming.port));
-    write("security", name_of(securities, settings.incoming.secured));
-    write("user", settings.incoming.user);
-    write("send", name_of(roads, settings.sending));
-    write("smtp_host", settings.smtp.host);
-    write("smtp_port", settings.smtp.port == 0 ? QString() : QString::number(settings.smtp.port));
-    write("smtp_security", name_of(securities, settings.smtp.secured));
-    write("smtp_user", settings.smtp.user);
-    write("smtp_login", settings.smtp_logs_in ? QStringLiteral("yes") : QStringLiteral("no"));
-    write("from", settings.from);
-    write("token_command", settings.token_command);
-    write("authority_file", settings.authority_file);
-    write("mailings_per_hour", QString::number(settings.mailings_per_hour));
-    write("kind", settings.configured ? name_of(kinds, settings.kind) : QString()); // last: only now it is in force
+    SaveSettings(group, {{"kind", settings.configured ? name_of(kinds, settings.kind) : QString()},
+                         {"maildir", settings.maildir},
+                         {"mbox", settings.mbox},
+                         {"host", settings.incoming.host},
+                         {"port", port_text(settings.incoming.port)},
+                         {"security", name_of(securities, settings.incoming.secured)},
+                         {"user", settings.incoming.user},
+                         {"login", settings.use_token ? QStringLiteral("xoauth2") : QStringLiteral("password")},
+                         {"token_command", settings.token_command},
+                         {"send", name_of(roads, settings.sending)},
+                         {"smtp_host", settings.smtp.host},
+                         {"smtp_port", port_text(settings.smtp.port)},
+                         {"smtp_security", name_of(securities, settings.smtp.secured)},
+                         {"smtp_user", settings.smtp.user},
+                         {"smtp_login", settings.smtp_logs_in ? QStringLiteral("yes") : QStringLiteral("no")},
+                         {"from", settings.from},
+                         {"authority_file", settings.authority_file},
+                         {"mailings_per_hour", QString::number(settings.mailings_per_hour)}});
 }
 
 client_kind configured_kind()

@@ -75,7 +75,9 @@ QByteArray address_of(const place &where)
     if (!is_one_line(where.server.user) || !is_one_line(where.password) || !is_one_line(where.token))
         throw failure(trouble::not_configured,
                       QStringLiteral("The user name or the password holds a line end or another control character."));
-    return QByteArray(scheme_of(where)) + "://" + host + ':' + QByteArray::number(port_of(where)) + '/';
+    const QByteArray own_name =
+        where.speaks == protocol::smtp ? QUrl::toPercentEncoding(own_smtp_name()) : QByteArray();
+    return QByteArray(scheme_of(where)) + "://" + host + ':' + QByteArray::number(port_of(where)) + '/' + own_name;
 }
 
 }
@@ -283,6 +285,11 @@ void stream::set_patience(const patience &patience)
 QString name_of(const place &where)
 {
     return where.server.host.trimmed();
+}
+
+QString own_smtp_name()
+{
+    return QStringLiteral("[127.0.0.1]");
 }
 
 }

@@ -46,4 +46,7 @@ private:
 // "imap.example.org": for sentences.
 QString name_of(const place &where);
 
+// What the program calls itself in EHLO: an address in place of a name, right everywhere, tells nothing of the machine.
+QString own_smtp_name();
+
 }

@@ -28,23 +28,25 @@ struct outcome {
     bool line_is_broken = false;            // the session is of no use any more
 };
 
+class dialogue;
+
 class session {
 public:
     // Connected, logged in, and asked what the server can. Throws a net::failure.
     session(const net::place &where, const net::patience &patience);
     ~session();
 
-    // mail: the whole mail with CR LF line ends, not stuffed. last_moment is called once, when nothing but the end of
-    // the mail is left to be sent: from its return on the outcome may be unknown. What it throws passes through, and
-    // the mail has then not gone.
-    // Never throws for what the server says or does; the outcome tells it.
+    // mail: the whole mail with CR LF line ends, not stuffed. last_moment is called at most once, when the server waits
+    // for the mail and its end (at most 16 KiB, so all of a short one) is left to be sent: from its return on the
+    // outcome may be unknown. What it throws passes through; the mail has then not gone, and the session is broken.
+    // Never throws for what the server says or does; the outcome tells it. For its word on a whole mail it waits four
+    // times as long as for others, as many look into the mail first, and passes over patience.give_up for 3 s.
     outcome send(const QString &from, const QStringList &to, QByteArrayView mail,
                  const std::function<void()> &last_moment);
 
     void quit(); // a polite end; waits a second at most
 
 private:
-    struct dialogue;
     std::unique_ptr<dialogue> self;
 };
 

@@ -1,0 +1,232 @@
+// Passwords in a real keyring: the test starts itself again on a message bus of its own, with a keyring that is open.
+#include "platform/passwords.h"
+#include "platform/settings.h"
+#include "support/fault_points.h"
+#include <QCoreApplication>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QProcess>
+#include <QSettings>
+#include <QTest>
+#include <csignal>
+#include <cstdlib>
+#include <cstring>
+#include <unistd.h>
+
+using passwords::of;
+using passwords::place;
+
+namespace {
+
+const QString old_word = "the old wording";
+const QString new_word = "a new wording";
+
+QByteArray bytes_of(const QString &path)
+{
+    QFile file(path);
+    return file.open(QFile::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+QString settings_path()
+{
+    return QSettings("brenmoorbiz").fileName();
+}
+
+// The daemon of this run, by the runtime folder that it got; 0 when it is not there.
+pid_t keyring_process()
+{
+    const QByteArray ours = "XDG_RUNTIME_DIR=" + qgetenv("XDG_RUNTIME_DIR");
+    for (const QString &number : QDir("/proc").entryList({"[0-9]*"}, QDir::Dirs))
+        if (bytes_of("/proc/" + number + "/comm").startsWith("gnome-keyring") &&
+            bytes_of("/proc/" + number + "/environ").split('\0').contains(ours))
+            return number.toInt();
+    return 0;
+}
+
+struct stopped_keyring {
+    stopped_keyring() : process(keyring_process()) { kill(process, SIGSTOP); }
+    ~stopped_keyring() { kill(process, SIGCONT); }
+    stopped_keyring(const stopped_keyring &) = delete;
+    stopped_keyring &operator=(const stopped_keyring &) = delete;
+    pid_t process;
+};
+
+enum class bus { ours, none };
+
+// Another process saves the new password and dies before its n-th disk call; true when it lived.
+bool child_saves(int die_before, bus reachable)
+{
+    QProcess child;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    if (reachable == bus::none)
+        environment.remove("DBUS_SESSION_BUS_ADDRESS");
+    child.setProcessEnvironment(environment);
+    child.start(QCoreApplication::applicationFilePath(), {"--save", QString::number(die_before)});
+    const bool ended = child.waitForFinished();
+    QFile::remove(settings_path() + ".lock"); // Qt waits half a minute for an owner that died nameless
+    return ended && child.exitStatus() == QProcess::NormalExit && child.exitCode() == 0;
+}
+
+int save_and_die(int argc, char **argv)
+{
+    const QCoreApplication application(argc, argv);
+    die_before_disk_call(std::atoi(argv[2]));
+    passwords::save(of::mailbox, new_word);
+    _exit(0);
+}
+
+}
+
+class passwords_keyring_test : public QObject {
+    Q_OBJECT
+private slots:
+
+    void initTestCase() { QVERIFY2(keyring_process() > 0, "gnome-keyring-daemon did not start"); }
+    void cleanupTestCase() { kill(keyring_process(), SIGTERM); }
+
+    void init()
+    {
+        QFile::remove(settings_path());
+        passwords::save(of::mailbox, "");
+        passwords::save(of::sending, "");
+    }
+
+    void the_keyring_has_it_and_the_file_has_not()
+    {
+        SaveSetting("mail_client", "password", "in the file before");
+        QVERIFY(passwords::save(of::mailbox, old_word) == place::keyring);
+        QVERIFY(passwords::save(of::sending, new_word) == place::keyring);
+        passwords::forget_remembered();
+        QCOMPARE(passwords::read(of::mailbox), old_word);
+        QCOMPARE(passwords::read(of::sending), new_word);
+        QVERIFY(passwords::where(of::mailbox) == place::keyring);
+        QVERIFY(!QSettings("brenmoorbiz").contains("mail_client/password"));
+        QVERIFY(!QSettings("brenmoorbiz").contains("mail_client/smtp_password"));
+    }
+
+    void it_shows_nowhere()
+    {
+        SaveSetting("mail_client", "user", "jane");
+        passwords::save(of::mailbox, old_word);
+        passwords::forget_remembered();
+        QCOMPARE(passwords::read(of::mailbox), old_word);
+        for (const QString &path :
+             {settings_path(), QStringLiteral("/proc/self/environ"), QStringLiteral("/proc/self/cmdline"),
+              QStringLiteral("/proc/%1/environ").arg(keyring_process())}) {
+            QVERIFY2(!bytes_of(path).isEmpty(), qPrintable(path));
+            QVERIFY2(!bytes_of(path).contains(old_word.toUtf8()), qPrintable(path));
+        }
+    }
+
+    void an_empty_one_takes_it_away()
+    {
+        passwords::save(of::mailbox, old_word);
+        QVERIFY(passwords::save(of::mailbox, "") == place::nowhere);
+        passwords::forget_remembered();
+        QCOMPARE(passwords::read(of::mailbox), "");
+        QVERIFY(passwords::where(of::mailbox) == place::nowhere);
+    }
+
+    void the_file_is_believed_first()
+    {
+        passwords::save(of::mailbox, old_word);
+        SaveSetting("mail_client", "password", new_word);
+        QCOMPARE(passwords::read(of::mailbox), new_word);
+        QVERIFY(passwords::where(of::mailbox) == place::settings_file);
+    }
+
+    // One of the two passwords is in force whenever the process dies, and the new one when it lived.
+    void a_kill_on_the_way_from_file_to_keyring()
+    {
+        bool lived = false;
+        for (int number = 1; !lived; ++number) {
+            QVERIFY(number < 300);
+            passwords::save(of::mailbox, "");
+            SaveSetting("mail_client", "password", old_word);
+            lived = child_saves(number, bus::ours);
+            passwords::forget_remembered();
+            const QString found = passwords::read(of::mailbox);
+            QVERIFY2(found == old_word || found == new_word, qPrintable(QString::number(number)));
+            QVERIFY(!lived || found == new_word);
+        }
+        QVERIFY(passwords::where(of::mailbox) == place::keyring);
+    }
+
+    void a_kill_on_the_way_from_keyring_to_file()
+    {
+        bool lived = false;
+        for (int number = 1; !lived; ++number) {
+            QVERIFY(number < 300);
+            passwords::save(of::mailbox, old_word);
+            lived = child_saves(number, bus::none);
+            passwords::forget_remembered();
+            const QString found = passwords::read(of::mailbox);
+            QVERIFY2(found == old_word || found == new_word, qPrintable(QString::number(number)));
+            QVERIFY(!lived || found == new_word);
+        }
+        QVERIFY(passwords::where(of::mailbox) == place::settings_file);
+    }
+
+    void a_keyring_that_does_not_answer()
+    {
+        passwords::save(of::mailbox, old_word);
+        passwords::forget_remembered();
+        QElapsedTimer since;
+        since.start();
+        {
+            const stopped_keyring stopped;
+            QCOMPARE(passwords::read(of::mailbox), "");
+            QVERIFY(since.elapsed() < 8000);
+            since.restart();
+            QCOMPARE(passwords::read(of::mailbox), ""); // still asked: nobody waits twice
+            QVERIFY(since.elapsed() < 1000);
+        }
+        QTRY_COMPARE(passwords::read(of::mailbox), old_word); // its late answer counts
+    }
+
+    void saving_beside_a_keyring_that_does_not_answer()
+    {
+        passwords::save(of::mailbox, old_word);
+        const stopped_keyring stopped;
+        QVERIFY(passwords::save(of::mailbox, new_word) == place::settings_file);
+        QCOMPARE(passwords::read(of::mailbox), new_word);
+    }
+
+    // The last one: the keyring is locked from here on, and nobody is there to open it.
+    void a_keyring_that_stays_locked()
+    {
+        passwords::save(of::mailbox, old_word);
+        QCOMPARE(
+            QProcess::execute("gdbus", {"call", "--session", "--dest", "org.freedesktop.secrets", "--object-path",
+                                        "/org/freedesktop/secrets", "--method", "org.freedesktop.Secret.Service.Lock",
+                                        "['/org/freedesktop/secrets/collection/login']"}),
+            0);
+        passwords::forget_remembered();
+        QCOMPARE(passwords::read(of::mailbox), "");
+        QVERIFY(passwords::save(of::mailbox, new_word) == place::settings_file);
+        QCOMPARE(passwords::read(of::mailbox), new_word);
+    }
+};
+
+int main(int argc, char **argv)
+{
+    if (argc == 3 && std::strcmp(argv[1], "--save") == 0)
+        return save_and_die(argc, argv);
+    if (qEnvironmentVariableIsEmpty("TESSALY_TEST_KEYRING")) {
+        // An empty line is the keyring's password.
+        const char *open_keyring =
+            "echo | gnome-keyring-daemon --unlock --components=secrets --daemonize >/dev/null && "
+            "TESSALY_TEST_KEYRING=open exec \"$0\" \"$@\"";
+        std::vector<const char *> words{"dbus-run-session", "--", "/bin/sh", "-c", open_keyring};
+        words.insert(words.end(), argv, argv + argc);
+        words.push_back(nullptr);
+        execvp(words[0], const_cast<char **>(words.data()));
+        std::perror("dbus-run-session");
+        return 1;
+    }
+    QCoreApplication application(argc, argv);
+    passwords_keyring_test test;
+    return QTest::qExec(&test, argc, argv);
+}
+#include "passwords_keyring_test.moc"
