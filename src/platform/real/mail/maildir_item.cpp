@@ -2,6 +2,7 @@
 #include "platform/clock.h"
 #include "platform/outbox.h"
 #include "platform/outside_effects.h"
+#include "platform/real/mail/answer.h"
 #include "platform/real/mail/maildir_folder.h"
 #include "platform/real/mail/mime_body.h"
 #include "platform/real/mail/mime_parse.h"
@@ -10,20 +11,11 @@ namespace maildir {
 
 namespace {
 
-// Goes out as the address that the mail was sent to: the first one of its To header.
 class reply_item : public outlook::ReplyItem {
 public:
-    reply_item(const mime::header_block &head, std::shared_ptr<move_queue> queue) : moves(std::move(queue))
+    reply_item(const mime::header_block &head, std::shared_ptr<move_queue> queue)
+        : mail(mail::answer_to(head)), moves(std::move(queue))
     {
-        mail.Kind = outbox::mail_kind::answer;
-        mail.SendingAccount = mime::to_addresses(head).value(0);
-        mail.To = {mime::answer_address(head)};
-        const QString id = mime::message_id_of(head);
-        if (!id.isEmpty()) {
-            mail.Headers.emplace_back(QStringLiteral("In-Reply-To"), id);
-            mail.Headers.emplace_back(QStringLiteral("References"), mime::references_of_answer(head));
-        }
-        mail.Headers.emplace_back(QStringLiteral("Auto-Submitted"), QStringLiteral("auto-replied"));
     }
 
     // The reason for the answer must be in the store before the answer can be on its way.
