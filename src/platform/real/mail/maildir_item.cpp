@@ -1,47 +1,11 @@
 #include "platform/real/mail/maildir_item.h"
 #include "platform/clock.h"
-#include "platform/outbox.h"
-#include "platform/outside_effects.h"
 #include "platform/real/mail/maildir_folder.h"
 #include "platform/real/mail/mime_body.h"
 #include "platform/real/mail/mime_parse.h"
+#include "platform/real/mail/reply_item.h"
 
 namespace maildir {
-
-namespace {
-
-// Goes out as the address that the mail was sent to: the first one of its To header.
-class reply_item : public outlook::ReplyItem {
-public:
-    reply_item(const mime::header_block &head, std::shared_ptr<move_queue> queue) : moves(std::move(queue))
-    {
-        mail.Kind = outbox::mail_kind::answer;
-        mail.SendingAccount = mime::to_addresses(head).value(0);
-        mail.To = {mime::answer_address(head)};
-        const QString id = mime::message_id_of(head);
-        if (!id.isEmpty()) {
-            mail.Headers.emplace_back(QStringLiteral("In-Reply-To"), id);
-            mail.Headers.emplace_back(QStringLiteral("References"), mime::references_of_answer(head));
-        }
-        mail.Headers.emplace_back(QStringLiteral("Auto-Submitted"), QStringLiteral("auto-replied"));
-    }
-
-    // The reason for the answer must be in the store before the answer can be on its way.
-    void send() override
-    {
-        before_outside_effect();
-        moves->finish();
-        mail.Subject = Subject;
-        mail.body = body;
-        outbox::hand_over(mail);
-    }
-
-private:
-    outbox::outgoing_mail mail;
-    std::shared_ptr<move_queue> moves;
-};
-
-}
 
 item::item(const QByteArray &in_folder, const listed_mail &mail, QByteArray file, std::shared_ptr<move_queue> queue)
     : lies_in(in_folder),
@@ -73,7 +37,7 @@ QDateTime item::ReceivedTime() const
 
 std::unique_ptr<outlook::ReplyItem> item::Reply()
 {
-    return std::make_unique<reply_item>(head, moves);
+    return mail::reply_to(head, [queue = moves] { queue->finish(); });
 }
 
 void item::Move(outlook::MailFolder &target)
