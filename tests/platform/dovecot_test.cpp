@@ -1,6 +1,7 @@
 // The mail server of other tests starts, offers what a test asked for, and takes the mails that are dropped in.
 #include "support/dovecot.h"
 #include "support/loopback.h"
+#include "support/wire_proxy.h"
 #include <QDir>
 #include <QProcess>
 #include <QTest>
@@ -15,6 +16,7 @@ private slots:
     void folders_stand_below_the_inbox_where_wanted();
     void a_token_is_accepted_or_refused();
     void plain_logins_are_refused_where_wanted();
+    void a_proxy_brings_it_to_the_usual_address();
     void certificates_are_shown_data();
     void certificates_are_shown();
     void it_starts_again_on_its_ports();
@@ -142,6 +144,22 @@ void dovecot_test::plain_logins_are_refused_where_wanted()
     QVERIFY2(greeting.contains("STARTTLS") && greeting.contains("LOGINDISABLED"), greeting.constData());
     imap.send("l LOGIN ann \"apple tree\"\r\n");
     QVERIFY(imap.up_to("l ").contains("l NO [PRIVACYREQUIRED]"));
+}
+
+void dovecot_test::a_proxy_brings_it_to_the_usual_address()
+{
+    certificates made;
+    dovecot_options options;
+    options.certificate = made.good();
+    options.refuse_plain_logins = true;
+    dovecot_server server(options);
+    const QByteArray begin = "Begin TLS negotiation now.\r\n";
+    wire_proxy proxy(server.imap_port, {.faults = {{.kind = wire_fault::insert, .after = begin, .text = "lie\r\n"}}},
+                     server.host());
+    raw_connection imap(proxy.port);
+    QVERIFY(imap.line().contains("LOGINDISABLED"));
+    QCOMPARE(imap.ask("s STARTTLS"), QByteArray("s OK ") + begin.chopped(2));
+    QCOMPARE(imap.line(), QByteArray("lie"));
 }
 
 void dovecot_test::certificates_are_shown_data()

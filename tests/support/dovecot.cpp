@@ -132,13 +132,15 @@ QString dovecot_server::deliver(const QString &name, const QByteArray &bytes, qi
                                 const QString &mail_folder)
 {
     const QString file = QStringLiteral("%1.M%2P1.host").arg(delivered).arg(++delivered_mails, 7, 10, QChar(u'0'));
-    const QString at = maildir(name, mail_folder);
-    deliver_as(at, QStringLiteral("new/") + file, bytes);
-    const QByteArray whole = (at + QStringLiteral("/new/") + file).toLocal8Bit();
+    const QByteArray whole = (maildir(name, mail_folder) + QStringLiteral("/new/") + file).toLocal8Bit();
+    // By hand: fifty thousand mails are dropped in at once.
+    const int opened = ::open(whole.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644);
     const timespec times[] = {{delivered, 0}, {delivered, 0}}; // which Dovecot gives as INTERNALDATE
-    if (::utimensat(AT_FDCWD, whole.constData(), times, 0) != 0)
-        qFatal("cannot date %s", whole.constData());
-    user.give(QString::fromLocal8Bit(whole));
+    const bool done = opened >= 0 && ::write(opened, bytes.constData(), size_t(bytes.size())) == bytes.size() &&
+                      (::geteuid() != 0 || ::fchown(opened, user.uid, user.gid) == 0) && ::futimens(opened, times) == 0;
+    if (!done)
+        qFatal("cannot deliver %s", whole.constData());
+    ::close(opened);
     return file;
 }
 

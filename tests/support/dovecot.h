@@ -44,7 +44,7 @@ public:
     QString maildir(const QString &user, const QString &folder = {}) const;
     // Makes the folder as a program on the server would, for INBOX's siblings or children alike.
     void make_folder(const QString &user, const QString &folder);
-    // Drops a mail in; the name of its file comes back. Delivery time in seconds since 1970.
+    // Drops a mail into a folder that is there; the name of its file comes back. Delivered: seconds since 1970.
     QString deliver(const QString &user, const QByteArray &bytes, qint64 delivered, const QString &folder = {});
     QString deliver(const QString &user, const simple_mail &mail, qint64 delivered, const QString &folder = {});
 

@@ -14,13 +14,15 @@ struct wanted_field {
     QByteArray header_block::*into;
 };
 
-constexpr std::array<wanted_field, 10> wanted_fields{{{"to", &header_block::to},
+constexpr std::array<wanted_field, 12> wanted_fields{{{"to", &header_block::to},
                                                       {"subject", &header_block::subject},
                                                       {"from", &header_block::from},
                                                       {"reply-to", &header_block::reply_to},
                                                       {"message-id", &header_block::message_id},
                                                       {"references", &header_block::references},
                                                       {"in-reply-to", &header_block::in_reply_to},
+                                                      {"received", &header_block::received},
+                                                      {"date", &header_block::date},
                                                       {"content-type", &header_block::content_type},
                                                       {"content-transfer-encoding", &header_block::transfer_encoding},
                                                       {"content-disposition", &header_block::disposition}}};

@@ -11,6 +11,7 @@ namespace mime {
 struct header_block {
     QByteArray to, subject, from, reply_to, message_id, references, in_reply_to;
     QByteArray content_type, transfer_encoding, disposition;
+    QByteArray received, date;
     qsizetype body_at = 0; // where the text behind the header begins
     bool complete = false; // the empty line was met (else the bytes may be cut)
 };

@@ -1,7 +1,7 @@
 #include "platform/real/mail/reply_item.h"
 #include "platform/outbox.h"
 #include "platform/outside_effects.h"
-#include "platform/real/mail/mime_parse.h"
+#include "platform/real/mail/answer.h"
 
 namespace mail {
 
@@ -9,17 +9,9 @@ namespace {
 
 class reply_item : public outlook::ReplyItem {
 public:
-    reply_item(const mime::header_block &head, std::function<void()> before) : before_it_goes(std::move(before))
+    reply_item(const mime::header_block &head, std::function<void()> before) 
+        : mail(answer_to(head)), before_it_goes(std::move(before))
     {
-        mail.Kind = outbox::mail_kind::answer;
-        mail.SendingAccount = mime::to_addresses(head).value(0);
-        mail.To = {mime::answer_address(head)};
-        const QString id = mime::message_id_of(head);
-        if (!id.isEmpty()) {
-            mail.Headers.emplace_back(QStringLiteral("In-Reply-To"), id);
-            mail.Headers.emplace_back(QStringLiteral("References"), mime::references_of_answer(head));
-        }
-        mail.Headers.emplace_back(QStringLiteral("Auto-Submitted"), QStringLiteral("auto-replied"));
     }
 
     // The reason for the answer must be in the store before the answer can be on its way.
