@@ -19,7 +19,8 @@ struct imap_box {
     {
         items.reset();
         inbox.reset();
-        account = std::make_shared<imap::account_memory>("ann@test", [this] { return place(); }, cache_path());
+        account = std::make_shared<imap::account_memory>(
+            "ann@test", [this] { return place(); }, cache_path());
         application = std::make_unique<imap::application>(account);
     }
     void open()
@@ -66,8 +67,8 @@ struct imap_box {
     }
     void put(const QString &subject, qint64 delivered = noon)
     {
-        server.deliver(QStringLiteral("ann"),
-                       simple_mail{"orders@example.org", "ann@example.net", subject, "Hello\n"}, delivered);
+        server.deliver(QStringLiteral("ann"), simple_mail{"orders@example.org", "ann@example.net", subject, "Hello\n"},
+                       delivered);
     }
     void put_many(int count)
     {

@@ -112,8 +112,8 @@ void connection::hear(const response &from)
                         [&](command &each) { return each.meanwhile && each.meanwhile(from, said); });
         return;
     }
-    const auto its = std::find_if(under_way.begin(), under_way.end(),
-                                  [&](const command &each) { return each.tag == said.tag; });
+    const auto its =
+        std::find_if(under_way.begin(), under_way.end(), [&](const command &each) { return each.tag == said.tag; });
     if (its == under_way.end())
         return;
     const ends done = std::move(its->done);

@@ -12,7 +12,7 @@ namespace imap {
 class connection {
 public:
     using hears = std::function<bool(const response &, const answer &)>; // true: it was for me
-    using ends = std::function<void(const answer &)>;                   // the command's own last answer
+    using ends = std::function<void(const answer &)>;                    // the command's own last answer
 
     // Connected and logged in when it is there; throws what a stream throws. Everything that has no tag is told to
     // surprises first, and then to the commands under way.

@@ -6,7 +6,7 @@
 namespace imap {
 
 struct fetched_mail {
-    quint32 uid = 0;             // 0: not told, as in what the server says unasked
+    quint32 uid = 0;              // 0: not told, as in what the server says unasked
     std::optional<qint64> moment; // INTERNALDATE, seconds since 1970
     std::optional<quint64> size;
     std::optional<QByteArrayView> head; // the asked fields of the header; empty for NIL

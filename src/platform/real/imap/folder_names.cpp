@@ -103,9 +103,10 @@ QByteArrayList folder_names::below(connection &server, const QByteArray &folder)
             if (!is(said.name, "LIST"))
                 return false;
             const listed_folder one = read_listed(from, said);
-            const bool is_below = one.name.size() > place.size() &&
-                                  is(one.name.first(place.size()), place.toUpper()) && !is_inbox(one.name);
-            const bool is_one = one.delimiter.isEmpty() || !one.name.sliced(qMin(place.size(), one.name.size())).contains(one.delimiter);
+            const bool is_below = one.name.size() > place.size() && is(one.name.first(place.size()), place.toUpper()) &&
+                                  !is_inbox(one.name);
+            const bool is_one = one.delimiter.isEmpty() ||
+                                !one.name.sliced(qMin(place.size(), one.name.size())).contains(one.delimiter);
             if (is_below && is_one && one.selectable && is_clean(one.name) && !found.contains(one.name) &&
                 found.size() < most_folders)
                 found.append(one.name);

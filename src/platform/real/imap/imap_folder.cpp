@@ -79,8 +79,8 @@ std::unique_ptr<outlook::MailFolder> folder::add(const QString &added)
     box.open(); // only then the delimiter is known
     if (!box.names.may_be_name(wire))
         throw run_time_error{52, QStringLiteral("Bad file name or number: ") + added};
-    return std::make_unique<folder>(
-        account, asked(box, [&](connection &server) { return box.names.add(server, name, wire); }));
+    return std::make_unique<folder>(account,
+                                    asked(box, [&](connection &server) { return box.names.add(server, name, wire); }));
 }
 
 std::unique_ptr<outlook::Items> folder::items()

@@ -79,7 +79,8 @@ void walk::tell_unreadable(const std::vector<quint32> &uids)
             continue;
         mail->told = true;
         ++told;
-        unreadable.push_back({75, QStringLiteral("A mail cannot be read: the server does not give it (number %1).").arg(uid)});
+        unreadable.push_back(
+            {75, QStringLiteral("A mail cannot be read: the server does not give it (number %1).").arg(uid)});
     }
 }
 

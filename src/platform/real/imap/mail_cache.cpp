@@ -31,7 +31,8 @@ public:
     }
     statement &bind(int column, const QByteArray &value) // must live until the step
     {
-        note(sqlite3_bind_blob(handle, column, value.isNull() ? "" : value.constData(), int(value.size()), SQLITE_STATIC));
+        note(sqlite3_bind_blob(handle, column, value.isNull() ? "" : value.constData(), int(value.size()),
+                               SQLITE_STATIC));
         return *this;
     }
     bool step() // true: a row is there
@@ -179,14 +180,15 @@ bool mail_cache::try_write(const QByteArray &folder, const folder_state &state,
                              .bind(1, folder)
                              .bind(2, state.uid_validity)
                              .done();
-    const bool told = forgets && statement(file, "insert into folder(name, uid_validity, next_uid, change) values(?,?,?,?)"
-                                                 " on conflict(name) do update set uid_validity=excluded.uid_validity,"
-                                                 " next_uid=excluded.next_uid, change=excluded.change")
-                                     .bind(1, folder)
-                                     .bind(2, state.uid_validity)
-                                     .bind(3, state.next_uid)
-                                     .bind(4, qint64(state.highest_change))
-                                     .done();
+    const bool told =
+        forgets && statement(file, "insert into folder(name, uid_validity, next_uid, change) values(?,?,?,?)"
+                                   " on conflict(name) do update set uid_validity=excluded.uid_validity,"
+                                   " next_uid=excluded.next_uid, change=excluded.change")
+                       .bind(1, folder)
+                       .bind(2, state.uid_validity)
+                       .bind(3, state.next_uid)
+                       .bind(4, qint64(state.highest_change))
+                       .done();
     return told && write_mails(file, folder_number(file, folder), added, removed);
 }
 

@@ -121,8 +121,7 @@ std::vector<quint32> mail_list::wanted(const outlook::wanted_mails &wanted_ones)
     }
     for (const quint32 uid : std::exchange(untested, {})) {
         const listed_mail *mail = find(uid);
-        if (mail && mail->head_known &&
-            wanted_ones.test(QString::fromUtf8(mail->to), QString::fromUtf8(mail->subject)))
+        if (mail && mail->head_known && wanted_ones.test(QString::fromUtf8(mail->to), QString::fromUtf8(mail->subject)))
             wanted_uids.push_back(uid);
     }
     std::erase_if(wanted_uids, [&](quint32 uid) { return !find(uid); });

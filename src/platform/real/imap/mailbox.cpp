@@ -201,8 +201,8 @@ bool mailbox::take_head(const response &from, const answer &said)
         return true;
     const mime::header_block head = mime::read_header_block(*mail.head);
     const quint32 size = quint32(qMin<quint64>(mail.size.value_or(0), 0xFFFFFFFF));
-    listed_mail added{mail.uid, size, wall_seconds(mail.moment), mime::to_line(head).toUtf8(),
-                      mime::subject_of(head).toUtf8(), true};
+    listed_mail added{
+        mail.uid, size, wall_seconds(mail.moment), mime::to_line(head).toUtf8(), mime::subject_of(head).toUtf8(), true};
     added.told = known && known->told;
     list.add(std::move(added));
     new_heads.push_back(mail.uid);

@@ -56,7 +56,7 @@ private:
     bool said_bye = false, cache_was_read = false;
     bool doubted = false;
     quint64 connections = 0;
-    bool numbers_agree = false; // the server's message numbers are those of the list
+    bool numbers_agree = false;     // the server's message numbers are those of the list
     std::vector<quint32> new_heads; // not in the cache yet
 };
 

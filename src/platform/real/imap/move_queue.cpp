@@ -14,8 +14,9 @@ run_time_error mail_is_gone()
 
 run_time_error others_are_marked()
 {
-    return {75, QStringLiteral("The mails cannot be moved: this server can only remove everything that is marked as "
-                               "deleted, and other mails are marked, too. Empty the deleted mails in your mail program.")};
+    return {75,
+            QStringLiteral("The mails cannot be moved: this server can only remove everything that is marked as "
+                           "deleted, and other mails are marked, too. Empty the deleted mails in your mail program.")};
 }
 
 }
@@ -102,7 +103,8 @@ void move_queue::start(const some &moves)
 }
 
 // The queue may be gone when the answer comes.
-void move_queue::ask(const QByteArray &command, const some &moves, std::function<void(move_queue &, const answer &)> done)
+void move_queue::ask(const QByteArray &command, const some &moves,
+                     std::function<void(move_queue &, const answer &)> done)
 {
     const std::weak_ptr<move_queue> self = weak_from_this();
     const auto hear = [self, moves](const response &, const answer &said) {

@@ -5,7 +5,7 @@ namespace imap {
 namespace {
 
 constexpr qsizetype longest_words = 300;
-constexpr qsizetype longest_section = 2000;     // "[...]" in the name of an item
+constexpr qsizetype longest_section = 2000;    // "[...]" in the name of an item
 constexpr qsizetype longest_literal_head = 32; // "{...}"
 
 bool ends_atom(char letter)
@@ -80,7 +80,8 @@ QByteArrayView words::atom()
     pass_blanks();
     const qsizetype from = at;
     while (at < bytes.size() && !ends_atom(bytes[at])) {
-        const qsizetype close = bytes[at] == '[' ? bytes.sliced(at).first(qMin(longest_section, bytes.size() - at)).indexOf(']') : -1;
+        const qsizetype close =
+            bytes[at] == '[' ? bytes.sliced(at).first(qMin(longest_section, bytes.size() - at)).indexOf(']') : -1;
         at += close < 0 ? 1 : close + 1;
     }
     return bytes.sliced(from, at - from);

@@ -9,7 +9,7 @@ namespace {
 
 class reply_item : public outlook::ReplyItem {
 public:
-    reply_item(const mime::header_block &head, std::function<void()> before) 
+    reply_item(const mime::header_block &head, std::function<void()> before)
         : mail(answer_to(head)), before_it_goes(std::move(before))
     {
     }
