@@ -85,8 +85,6 @@ private slots:
         QTest::addColumn<QString>("words");
         QTest::newRow("not there") << "nowhere"
                                    << "There is no folder";
-        QTest::newRow("another folder") << "other"
-                                        << "is no Maildir";
         QTest::newRow("closed") << "closed"
                                 << "may not read";
         QTest::newRow("closed for writing") << "read_only"
