@@ -27,12 +27,68 @@ run_time_error reach_failure(const place &where)
                    QStringLiteral("%1 cannot be reached%2: nobody answers there.").arg(name_of(where), port));
 }
 
+run_time_error silence_failure(const place &where, const QByteArrayList &lines)
+{
+    // Who speaks TLS from the first byte on waits for ours, as we wait for its greeting.
+    const bool other_encryption = lines.isEmpty() && where.server.secured != mail::security::tls;
+    return failure(trouble::timed_out,
+                   name_of(where) + (other_encryption
+                                         ? QStringLiteral(" does not answer. Does it expect another kind of encryption "
+                                                          "at this port (TLS from the first byte)?")
+                                         : QStringLiteral(" does not answer.")));
+}
+
+// "421 Too busy", "* BYE", "-ERR [SYS/TEMP] ...": it speaks the protocol, and it says no.
+bool is_no(protocol speaks, const QByteArray &line)
+{
+    switch (speaks) {
+    case protocol::imap:
+        return line.startsWith("* BYE") || line.contains(" NO ") || line.contains(" BAD ");
+    case protocol::pop3:
+        return line.startsWith("-ERR");
+    case protocol::smtp:
+        break;
+    }
+    return line.startsWith('4') || line.startsWith('5');
+}
+
+// A no that has nothing to do with the password.
+bool is_no_for_now(protocol speaks, const QByteArray &line)
+{
+    switch (speaks) {
+    case protocol::imap:
+        return line.startsWith("* BYE") || line.contains("[UNAVAILABLE]") || line.contains("[INUSE]") ||
+               line.contains("[LIMIT]");
+    case protocol::pop3:
+        return line.startsWith("-ERR [SYS/TEMP]") || line.startsWith("-ERR [IN-USE]") ||
+               line.startsWith("-ERR [LOGIN-DELAY]");
+    case protocol::smtp:
+        break;
+    }
+    return line.startsWith('4');
+}
+
 run_time_error login_failure(const place &where, const QByteArrayList &lines)
 {
+    if (!lines.isEmpty() && is_no_for_now(where.speaks, lines.last()))
+        return failure(trouble::refused,
+                       with_words(QStringLiteral("%1 lets nobody in at the moment.").arg(name_of(where)),
+                                  server_words(where.speaks, lines)));
     const QString sentence = where.token.isEmpty()
                                  ? QStringLiteral("%1 does not accept this user name and password.")
                                  : QStringLiteral("%1 does not accept the access token for this user name.");
     return failure(trouble::login_refused, with_words(sentence.arg(name_of(where)), server_words(where.speaks, lines)));
+}
+
+run_time_error protocol_failure(const place &where, const QByteArrayList &lines)
+{
+    const QString words = server_words(where.speaks, lines);
+    if (!lines.isEmpty() && is_no(where.speaks, lines.last()))
+        return failure(trouble::refused,
+                       with_words(QStringLiteral("%1 refuses the connection.").arg(name_of(where)), words));
+    return failure(
+        trouble::not_understood,
+        with_words(QStringLiteral("%1 does not answer like a mail server of this kind.").arg(name_of(where)), words));
 }
 
 run_time_error encryption_failure(const place &where, int code, const QString &detail)
@@ -59,7 +115,7 @@ run_time_error connect_failure(const place &where, int code, bool given_up, cons
     case CURLE_COULDNT_CONNECT:
         return reach_failure(where);
     case CURLE_OPERATION_TIMEDOUT:
-        return failure(trouble::timed_out, name_of(where) + QStringLiteral(" does not answer."));
+        return silence_failure(where, lines);
     case CURLE_PEER_FAILED_VERIFICATION:
         return failure(trouble::certificate_refused, certificate_words(where, detail));
     case CURLE_SSL_CACERT_BADFILE:
@@ -77,10 +133,7 @@ run_time_error connect_failure(const place &where, int code, bool given_up, cons
         return failure(trouble::closed, with_words(name_of(where) + QStringLiteral(" closed the connection."),
                                                    server_words(where.speaks, lines)));
     default:
-        return failure(
-            trouble::not_understood,
-            with_words(QStringLiteral("%1 does not answer like a mail server of this kind.").arg(name_of(where)),
-                       server_words(where.speaks, lines)));
+        return protocol_failure(where, lines);
     }
 }
 
@@ -93,10 +146,10 @@ QString certificate_words(const place &where, const QString &detail)
             return QStringLiteral("it is not valid yet; is this computer's date right?");
         if (detail.contains(u"alternative certificate subject") || detail.contains(u"does not match"))
             return QStringLiteral("it was made out for another server name");
-        if (detail.contains(u"self-signed") || detail.contains(u"self signed"))
-            return QStringLiteral("it is signed by itself or by an authority that this computer does not know");
-        if (detail.contains(u"local issuer") || detail.contains(u"unknown"))
+        if (detail.contains(u"local issuer") || detail.contains(u"in certificate chain"))
             return QStringLiteral("it is signed by an authority that this computer does not know");
+        if (detail.contains(u"self-signed") || detail.contains(u"self signed"))
+            return QStringLiteral("it is signed by itself, by no authority at all");
         return detail;
     };
     return QStringLiteral("The certificate of %1 is not accepted: %2. Nothing was sent.").arg(name_of(where), why());
