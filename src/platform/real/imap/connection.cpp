@@ -15,10 +15,17 @@ QByteArrayView capabilities_in(QByteArrayView line)
     return end < 0 ? list : list.first(end);
 }
 
-// Greeting and login may list them; only what was said with or behind the login counts.
-bool is_answer_to_login(QByteArrayView line)
+// Only what was said with or right before the answer to the login counts; what was said earlier holds no longer.
+QByteArrayView capabilities_of_login(const QByteArrayList &lines)
 {
-    return !line.startsWith("* ") && line.indexOf(" OK ") > 0;
+    for (qsizetype at = lines.size() - 1; at >= 0; --at) {
+        const bool is_last = at == lines.size() - 1;
+        if (!is_last && !lines[at].startsWith("* "))
+            return {};
+        if (const QByteArrayView list = capabilities_in(lines[at]); !list.isEmpty())
+            return list;
+    }
+    return {};
 }
 
 }
@@ -29,9 +36,8 @@ connection::connection(const net::place &to, hears unasked)
       reader([this](char *buffer, qsizetype size) { return receive(buffer, size); }),
       surprises(std::move(unasked))
 {
-    const QByteArrayList &lines = stream.server_lines();
-    if (!lines.isEmpty() && is_answer_to_login(lines.last()))
-        take_capabilities(capabilities_in(lines.last()));
+    if (!where.server.user.isEmpty())
+        take_capabilities(capabilities_of_login(stream.server_lines()));
 }
 
 void connection::take_capabilities(QByteArrayView list)

@@ -77,9 +77,9 @@ fetched_mail read_fetched(const response &from, const answer &fetch)
         } else if (is(name, "RFC822.SIZE")) {
             mail.size = items.number();
         } else if (name.size() > 12 && is(name.first(12), "BODY[HEADER.")) {
-            mail.head = items.text().value_or(QByteArrayView());
+            mail.head = items.text();
         } else if (name.size() >= 6 && is(name.first(6), "BODY[]")) {
-            mail.body = items.text().value_or(QByteArrayView());
+            mail.body = items.text();
         } else {
             items.skip();
         }

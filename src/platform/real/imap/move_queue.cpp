@@ -7,6 +7,11 @@ namespace imap {
 
 namespace {
 
+bool contains(const std::vector<quint32> &uids, quint32 uid)
+{
+    return std::find(uids.begin(), uids.end(), uid) != uids.end();
+}
+
 run_time_error mail_is_gone()
 {
     return {53, QStringLiteral("The mail cannot be moved: it is not in the folder any more.")};
@@ -66,12 +71,22 @@ void move_queue::send()
     make_batches();
     if (!box->is_open())
         return; // finish sees to it
-    for (const some &each : std::vector<some>(under_way))
-        if (!each->was_sent)
-            start(each);
+    start_waiting();
     try {
         box->server().flush();
     } catch (const run_time_error &) { // whoever listens next meets it again: the connection is no good any more
+    }
+}
+
+// Where a whole folder is expunged, one range must be through before the next is marked.
+void move_queue::start_waiting()
+{
+    const bool one_by_one = !box->server().can("MOVE") && !box->server().can("UIDPLUS");
+    for (const some &each : std::vector<some>(under_way)) {
+        if (each->was_sent && one_by_one)
+            return;
+        if (!each->was_sent)
+            start(each);
     }
 }
 
@@ -99,19 +114,19 @@ void move_queue::start(const some &moves)
     else if (box->server().can("UIDPLUS"))
         copy(moves);
     else
-        if_only_ours_are_marked(moves, [moves](move_queue &self) { self.copy(moves); });
+        if_only_these_are_marked(moves, moves->uids, [moves](move_queue &self) { self.copy(moves); });
 }
 
 // The queue may be gone when the answer comes.
-void move_queue::ask(const QByteArray &command, const some &moves,
-                     std::function<void(move_queue &, const answer &)> done)
+void move_queue::ask(const QByteArray &command, std::function<void(move_queue &, const answer &)> done)
 {
     const std::weak_ptr<move_queue> self = weak_from_this();
-    const auto hear = [self, moves](const response &, const answer &said) {
+    const auto hear = [self](const response &, const answer &said) {
         const auto queue = self.lock();
         if (!queue || !is(said.code, "COPYUID"))
             return false;
-        queue->note_what_went(moves, said);
+        for (const some &each : std::vector<some>(queue->under_way)) // it may come before the end of an earlier move
+            queue->note_what_went(each, said);
         return true;
     };
     box->server().ask(command, hear, [self, done = std::move(done)](const answer &said) {
@@ -135,7 +150,7 @@ void move_queue::note_what_went(const some &moves, const answer &said)
 
 void move_queue::move(const some &moves)
 {
-    ask("UID MOVE " + uid_set(moves->uids) + ' ' + quoted(moves->target), moves,
+    ask("UID MOVE " + uid_set(moves->uids) + ' ' + quoted(moves->target),
         [moves](move_queue &self, const answer &said) {
             self.note_what_went(moves, said);
             if (said.said == status::ok)
@@ -149,11 +164,11 @@ void move_queue::copy(const some &moves)
 {
     std::vector<quint32> to_copy;
     for (const quint32 uid : moves->uids)
-        if (std::find(box->copied.begin(), box->copied.end(), uid) == box->copied.end())
+        if (!contains(box->copied, uid))
             to_copy.push_back(uid);
     if (to_copy.empty())
         return mark_and_expunge(moves);
-    ask("UID COPY " + uid_set(to_copy) + ' ' + quoted(moves->target), moves,
+    ask("UID COPY " + uid_set(to_copy) + ' ' + quoted(moves->target),
         [moves, to_copy](move_queue &self, const answer &said) {
             self.note_what_went(moves, said);
             if (said.said != status::ok) {
@@ -173,20 +188,20 @@ void move_queue::mark_and_expunge(const some &moves)
 {
     std::vector<quint32> uids;
     for (const quint32 uid : moves->uids)
-        if (std::find(box->copied.begin(), box->copied.end(), uid) != box->copied.end())
+        if (contains(box->copied, uid))
             uids.push_back(uid);
     if (uids.empty())
         return end(moves);
     const bool can_expunge_ours = box->server().can("UIDPLUS");
-    ask("UID STORE " + uid_set(uids) + " +FLAGS.SILENT (\\Deleted)", moves,
-        [moves, can_expunge_ours](move_queue &self, const answer &said) {
-            if (said.said != status::ok)
-                self.refuse(moves, self.box->server().refusal(said));
-            else if (!can_expunge_ours)
-                self.if_only_ours_are_marked(moves, [moves](move_queue &queue) { queue.expunge_only_ours(moves); });
-        });
+    ask("UID STORE " + uid_set(uids) + " +FLAGS.SILENT (\\Deleted)", [moves, can_expunge_ours](move_queue &self,
+                                                                                               const answer &said) {
+        if (said.said != status::ok)
+            self.refuse(moves, self.box->server().refusal(said));
+        else if (!can_expunge_ours)
+            self.if_only_these_are_marked(moves, {}, [moves](move_queue &queue) { queue.expunge_only_ours(moves); });
+    });
     if (can_expunge_ours)
-        ask("UID EXPUNGE " + uid_set(uids), moves, [moves](move_queue &self, const answer &said) {
+        ask("UID EXPUNGE " + uid_set(uids), [moves](move_queue &self, const answer &said) {
             if (said.said == status::ok)
                 self.end(moves);
             else
@@ -196,7 +211,7 @@ void move_queue::mark_and_expunge(const some &moves)
 
 void move_queue::expunge_only_ours(const some &moves)
 {
-    ask("EXPUNGE", moves, [moves](move_queue &self, const answer &said) {
+    ask("EXPUNGE", [moves](move_queue &self, const answer &said) {
         if (said.said == status::ok)
             self.end(moves);
         else
@@ -204,8 +219,9 @@ void move_queue::expunge_only_ours(const some &moves)
     });
 }
 
-// A mail that somebody marked by hand is not ours to remove.
-void move_queue::if_only_ours_are_marked(const some &moves, std::function<void(move_queue &)> then)
+// A mail that somebody marked by hand is not ours to remove: the marked ones must be among these, or be copied already.
+void move_queue::if_only_these_are_marked(const some &moves, const std::vector<quint32> &uids,
+                                          std::function<void(move_queue &)> then)
 {
     const auto marked = std::make_shared<std::vector<uid_range>>();
     const std::weak_ptr<move_queue> self = weak_from_this();
@@ -215,7 +231,7 @@ void move_queue::if_only_ours_are_marked(const some &moves, std::function<void(m
         *marked = searched_uids(from, said);
         return true;
     };
-    box->server().ask("UID SEARCH DELETED", hear, [self, moves, marked, then](const answer &said) {
+    box->server().ask("UID SEARCH DELETED", hear, [self, moves, uids, marked, then](const answer &said) {
         const auto queue = self.lock();
         if (!queue)
             return;
@@ -223,7 +239,7 @@ void move_queue::if_only_ours_are_marked(const some &moves, std::function<void(m
             return queue->refuse(moves, queue->box->server().refusal(said));
         const bool only_ours = std::all_of(marked->begin(), marked->end(), [&](const uid_range &range) {
             return range.first == range.last &&
-                   std::find(moves->uids.begin(), moves->uids.end(), range.first) != moves->uids.end();
+                   (contains(uids, range.first) || contains(queue->box->copied, range.first));
         });
         if (only_ours)
             then(*queue);
@@ -246,20 +262,21 @@ void move_queue::end(const some &moves)
 {
     const bool knows = moves->told_what_went || box->server().can("UIDPLUS");
     for (const quint32 uid : moves->uids) {
-        if (knows && !holds(moves->went, uid) &&
-            std::find(box->copied.begin(), box->copied.end(), uid) == box->copied.end())
+        if (knows && !holds(moves->went, uid) && !contains(box->copied, uid))
             failures.push_back(mail_is_gone());
         if (box->list.find(uid))
             box->doubt();
     }
     std::erase_if(box->copied, [&](quint32 uid) { return !box->list.find(uid); });
     std::erase(under_way, moves);
+    start_waiting();
 }
 
 void move_queue::refuse(const some &moves, const run_time_error &why)
 {
     failures.push_back(why);
     std::erase(under_way, moves);
+    start_waiting();
 }
 
 void move_queue::listen()
@@ -294,9 +311,10 @@ void move_queue::look_again(const run_time_error &cut, bool is_told)
         for (const some &moves : unclear) {
             if (moves->was_sent && moves->validity == box->uid_validity())
                 std::erase_if(moves->uids, [this](quint32 uid) { return !box->list.find(uid); });
+            moves->was_sent = false;
             under_way.push_back(moves);
-            start(moves);
         }
+        start_waiting();
         return listen();
     } catch (const run_time_error &again) { // told as one failure, whatever waited
         failed = again;

@@ -38,6 +38,7 @@ private:
 
     bool commit();
     void make_batches();
+    void start_waiting();
     void start(const some &moves);
     void move(const some &moves);
     void copy(const some &moves);
@@ -48,8 +49,9 @@ private:
     void leave_out_those_gone(const some &moves);
     void end(const some &moves);
     void refuse(const some &moves, const run_time_error &why);
-    void ask(const QByteArray &command, const some &moves, std::function<void(move_queue &, const answer &)> done);
-    void if_only_ours_are_marked(const some &moves, std::function<void(move_queue &)> then);
+    void ask(const QByteArray &command, std::function<void(move_queue &, const answer &)> done);
+    void if_only_these_are_marked(const some &moves, const std::vector<quint32> &uids,
+                                  std::function<void(move_queue &)> then);
     void listen();
     void look_again(const run_time_error &cut, bool is_told);
 
