@@ -61,6 +61,15 @@ QStringList read_store(const QString &path, const char *sql)
     return lines;
 }
 
+QString difference(QStringList found, const QStringList &wanted)
+{
+    QStringList missing;
+    for (const QString &one : wanted)
+        if (!found.removeOne(one))
+            missing += one;
+    return "missing " + missing.join("; ") + ", too many " + found.join("; ");
+}
+
 qsizetype lines_with(const QList<QByteArray> &lines, const QByteArray &one, const QByteArray &other)
 {
     return std::count_if(lines.begin(), lines.end(), [&](const QByteArray &line) {
@@ -258,7 +267,7 @@ QString imap_fault_site::what_is_wrong_after_fetch() const
     QStringList stored = stored_bodies();
     stored.sort();
     if (stored != expected_bodies())
-        return "not each mail is stored once: " + stored.join("; ");
+        return "not each mail is stored once: " + difference(stored, expected_bodies());
     QStringList expected_in_map, found_in_map = in_map();
     found_in_map.removeDuplicates(); // a pass that was ended may repeat rows, but not lose one
     found_in_map.sort();

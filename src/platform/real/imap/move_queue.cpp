@@ -7,6 +7,8 @@ namespace imap {
 
 namespace {
 
+constexpr int most_attempts = 3;
+
 bool contains(const std::vector<quint32> &uids, quint32 uid)
 {
     return std::find(uids.begin(), uids.end(), uid) != uids.end();
@@ -95,7 +97,7 @@ void move_queue::leave_out_those_gone(const some &moves)
     const bool same_folder = moves->validity == box->uid_validity();
     std::erase_if(moves->uids, [&](quint32 uid) {
         const bool is_gone = !same_folder || !box->list.find(uid);
-        if (is_gone)
+        if (is_gone && !moves->was_cut)
             failures.push_back(mail_is_gone());
         return is_gone;
     });
@@ -155,7 +157,7 @@ void move_queue::move(const some &moves)
             self.note_what_went(moves, said);
             if (said.said == status::ok)
                 self.end(moves);
-            else if (!self.target_is_made_again(moves, said))
+            else if (!self.is_tried_again(moves, said))
                 self.refuse(moves, self.box->server().refusal(said));
         });
 }
@@ -172,7 +174,7 @@ void move_queue::copy(const some &moves)
         [moves, to_copy](move_queue &self, const answer &said) {
             self.note_what_went(moves, said);
             if (said.said != status::ok) {
-                if (!self.target_is_made_again(moves, said))
+                if (!self.is_tried_again(moves, said))
                     self.refuse(moves, self.box->server().refusal(said));
                 return;
             }
@@ -248,12 +250,15 @@ void move_queue::if_only_these_are_marked(const some &moves, const std::vector<q
     });
 }
 
-bool move_queue::target_is_made_again(const some &moves, const answer &said)
+// A target that is gone is made again. A mail that is gone may keep the others back: a NOOP tells which one it is.
+bool move_queue::is_tried_again(const some &moves, const answer &said)
 {
-    if (!is(said.code, "TRYCREATE") || std::exchange(moves->made_target, true))
+    const bool no_target = is(said.code, "TRYCREATE"), some_are_gone = is(said.code, "EXPUNGEISSUED");
+    if ((!no_target && !some_are_gone) || ++moves->attempts > most_attempts)
         return false;
-    box->names.create(box->server(), moves->target);
-    start(moves);
+    if (no_target)
+        box->names.create(box->server(), moves->target);
+    ask("NOOP", [moves](move_queue &self, const answer &) { self.start(moves); });
     return true;
 }
 
@@ -262,7 +267,7 @@ void move_queue::end(const some &moves)
 {
     const bool knows = moves->told_what_went || box->server().can("UIDPLUS");
     for (const quint32 uid : moves->uids) {
-        if (knows && !holds(moves->went, uid) && !contains(box->copied, uid))
+        if (knows && !moves->was_cut && !holds(moves->went, uid) && !contains(box->copied, uid))
             failures.push_back(mail_is_gone());
         if (box->list.find(uid))
             box->doubt();
@@ -311,7 +316,7 @@ void move_queue::look_again(const run_time_error &cut, bool is_told)
         for (const some &moves : unclear) {
             if (moves->was_sent && moves->validity == box->uid_validity())
                 std::erase_if(moves->uids, [this](quint32 uid) { return !box->list.find(uid); });
-            moves->was_sent = false;
+            moves->was_cut = std::exchange(moves->was_sent, false);
             under_way.push_back(moves);
         }
         start_waiting();

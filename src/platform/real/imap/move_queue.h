@@ -28,9 +28,10 @@ private:
     struct batch {
         std::vector<quint32> uids;
         QByteArray target;
-        quint32 validity = 0;     // of the UIDs
-        bool made_target = false; // the target was missing once
+        quint32 validity = 0; // of the UIDs
+        int attempts = 0;     // that the server refused for a reason which passes
         bool was_sent = false;
+        bool was_cut = false; // sent once before: what is gone was moved, perhaps while we look
         std::vector<uid_range> went; // as the server's COPYUID says
         bool told_what_went = false;
     };
@@ -45,7 +46,7 @@ private:
     void mark_and_expunge(const some &moves);
     void expunge_only_ours(const some &moves);
     void note_what_went(const some &moves, const answer &said);
-    bool target_is_made_again(const some &moves, const answer &said);
+    bool is_tried_again(const some &moves, const answer &said);
     void leave_out_those_gone(const some &moves);
     void end(const some &moves);
     void refuse(const some &moves, const run_time_error &why);

@@ -77,8 +77,10 @@ void response_reader::more(qsizetype at_least)
 // Puts the literal behind what is there of the answer, as far as it is kept, and drops the rest as it comes.
 void response_reader::take_literal(qint64 announced)
 {
-    if (literals.size() == most_literals)
+    if (literals.size() == most_literals || announced > most_announced_bytes - announced_in_all)
         throw_not_understood();
+    announced_in_all += announced;
+    in_literal = true;
     const qsizetype kept = qsizetype(qMin<qint64>(announced, most_literal_bytes - kept_of_literals));
     literals.push_back({end, kept});
     kept_of_literals += kept;
@@ -94,12 +96,15 @@ void response_reader::take_literal(qint64 announced)
         filled -= dropped;
         left -= dropped;
     }
+    in_literal = false;
 }
 
 void response_reader::begin_anew()
 {
     begin += used;
     used = end = kept_of_literals = 0;
+    announced_in_all = 0;
+    in_literal = false;
     literals.clear();
     if (begin < filled)
         return;
