@@ -76,7 +76,7 @@ void connection::flush()
 
 void connection::note_use()
 {
-    useless_ns = literal_bytes = 0;
+    useless_ns = literals_of_use = 0;
     listening.restart();
 }
 
@@ -96,9 +96,14 @@ qsizetype connection::receive(char *buffer, qsizetype size)
 {
     end_useless_talk();
     stream.set_patience(net::present_patience());
+    const qint64 of_literal = reader.literal_to_come();
     const qsizetype come = stream.receive(buffer, size);
-    if (reader.is_in_literal() && (literal_bytes += come) >= literal_of_use)
-        note_use(); // a big mail on a slow line
+    literal_bytes += qMin<qint64>(come, of_literal);
+    if (literal_bytes >= literal_of_use && literals_of_use < most_announced_bytes) { // a big mail on a slow line
+        literals_of_use += std::exchange(literal_bytes, 0);
+        useless_ns = 0;
+        listening.restart();
+    }
     return come;
 }
 
@@ -106,6 +111,7 @@ void connection::listen()
 {
     flush();
     good = false;
+    literal_bytes = 0;
     listening.start();
     try {
         const response next = reader.next();

@@ -91,11 +91,6 @@ void mailbox::select()
         hang_up();
         throw *refused;
     }
-    if (exists > most_mails) {
-        hang_up();
-        throw net::failure(net::trouble::not_understood,
-                           QStringLiteral("The mail server tells of %1 mails in one folder.").arg(exists));
-    }
 }
 
 void mailbox::refresh()
@@ -162,6 +157,11 @@ void mailbox::take_vanished(const response &from, const answer &said)
 // The number of mails tells whether the list is right: new ones have UIDs of their own, and none comes back.
 void mailbox::bring_up_to_date()
 {
+    if (exists > most_mails) {
+        hang_up();
+        throw net::failure(net::trouble::not_understood,
+                           QStringLiteral("The mail server tells of %1 mails in one folder.").arg(exists));
+    }
     if (present_validity == 0 || std::exchange(state.uid_validity, present_validity) != present_validity) {
         list.clear();
         new_heads.clear();
@@ -235,9 +235,9 @@ void mailbox::compare_all()
     line->finish();
     std::vector<quint32> uids;
     for (const uid_range &range : ranges)
-        for (quint64 uid = range.first; uid <= range.last && uids.size() < most_mails; ++uid)
+        for (quint64 uid = range.first; uid <= range.last && uids.size() <= exists; ++uid)
             uids.push_back(quint32(uid));
-    if (good)
+    if (good && uids.size() <= exists) // more than there are is no answer
         list.keep_only(uids);
 }
 

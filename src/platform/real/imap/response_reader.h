@@ -27,7 +27,7 @@ public:
     // 32 MiB are kept.
     response next();
     bool holds_more() const { return begin < filled; } // of an answer, whole or not
-    bool is_in_literal() const { return in_literal; }  // while the source is asked
+    qint64 literal_to_come() const { return literal_left; } // while the source is asked
 
 private:
     void more(qsizetype at_least);
@@ -41,7 +41,7 @@ private:
     qsizetype kept_of_literals = 0;
     qsizetype used = 0; // of the last answer, with its line end
     qint64 announced_in_all = 0;
-    bool in_literal = false;
+    qint64 literal_left = 0;
     std::vector<literal_place> literals;
 };
 
