@@ -12,8 +12,8 @@
 #include "jobs/job_messages.h"
 #include "platform/app_folder.h"
 #include "platform/process.h"
-#include "platform/real/mail/no_mail_session.h"
 #include "platform/real/mail/real_mail_client.h"
+#include "platform/real/mail_session/real_mail_session.h"
 #include "platform/services.h"
 
 #include <QCommandLineParser>
@@ -34,7 +34,7 @@ int fail(const QString &why)
 int run(const QString &job)
 {
     real_mail_client mail_client;
-    no_mail_session mail_session;
+    real_mail_session mail_session;
     services = {&mail_client, &mail_session, nullptr};
     switch (start_up()) {
     case start::another_instance:
