@@ -2,7 +2,8 @@
 # tools/deliver never overwrites what the user's folder holds.
 set(TESSALY_OUT ${CMAKE_SOURCE_DIR}/out CACHE PATH "Where the program folder is made")
 file(GLOB delivered_beside CONFIGURE_DEPENDS
-     ${CMAKE_SOURCE_DIR}/delivered/pictures/*.gif ${CMAKE_SOURCE_DIR}/delivered/tips.tip)
+     ${CMAKE_SOURCE_DIR}/delivered/pictures/*.gif ${CMAKE_SOURCE_DIR}/delivered/tips.tip
+     ${CMAKE_SOURCE_DIR}/delivered/mail_providers.tsv)
 
 if(TARGET tessaly AND TARGET mailapp_store)
 add_custom_target(program_folder ALL

@@ -1,5 +1,6 @@
-// Server settings guessed from an address: first the delivered list of common providers (mail/providers.tsv beside the
-// program), then the usual names. Guesses come in the order to try them; nothing here asks the network.
+// Server settings guessed from an address: the delivered list of common providers (mail_providers.tsv beside the
+// program) knows the domain, or else the usual names below it are tried, encrypted ones only. Guesses come in the order
+// to try them; nothing here asks the network.
 #pragma once
 #include "platform/mail_settings.h"
 #include <vector>
@@ -17,6 +18,7 @@ struct address_guess {
     std::vector<server_guess> imap, pop3, smtp;
 };
 
+// Nothing is guessed from what is no address. Never above the domain: somebody else's server would get the password.
 address_guess guess_from_address(const QString &address);
 
 }

@@ -46,7 +46,9 @@ struct maildir_place {
 
 // The set one, else ~/Maildir where there is one, else <app>/mail, the program's own.
 maildir_place maildir_path();
-QString mbox_path(); // "" when none is set
+maildir_place maildir_path(const QString &set); // as if this were set
+QString mbox_path();                            // "" when none is set
+QString mbox_path(const QString &set);
 
 // The address that mail goes out as when no account is known; "" when none is set.
 QString from_setting();

@@ -1,11 +1,13 @@
 // The Outbox on disk: whole mails, whatever happens.
 #include "platform/app_folder.h"
+#include "platform/clock.h"
 #include "platform/outbox.h"
 #include "platform/outside_effects.h"
 #include "platform/settings.h"
 #include "support/fault_points.h"
 #include "support/maildir_files.h"
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
@@ -18,6 +20,18 @@ namespace {
 struct program_folder {
     program_folder() { set_app_folder(folder.path()); }
     ~program_folder() { set_app_folder({}); }
+    void begin_a_new_run() const
+    {
+        set_app_folder("/nowhere");
+        outbox::count();
+        set_app_folder(folder.path());
+    }
+    void write(const QString &name, const QByteArray &bytes) const
+    {
+        QFile file(folder.filePath(name));
+        if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
+            qFatal("a test's file cannot be written");
+    }
     QStringList outbox_files() const { return QDir(folder.filePath("outbox")).entryList(QDir::Files, QDir::Name); }
     QTemporaryDir folder;
 };
@@ -30,6 +44,13 @@ outbox::outgoing_mail mail_to(const QString &address, const QString &subject = "
     mail.To = {address};
     mail.Subject = subject;
     mail.body = QString("A line of text.\n").repeated(100);
+    return mail;
+}
+
+outbox::outgoing_mail answer_to(const QString &address)
+{
+    outbox::outgoing_mail mail = mail_to(address, "Re: Hello");
+    mail.Kind = outbox::mail_kind::answer;
     return mail;
 }
 
@@ -172,15 +193,190 @@ private slots:
         QCOMPARE(folder.outbox_files().size(), 2);
     }
 
-    void a_state_that_is_no_state_is_left_out()
+    void a_state_that_cannot_be_read_keeps_the_mail_in_doubt_data()
     {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::newRow("torn") << QByteArray("{\"state\":");
+        QTest::newRow("empty") << QByteArray();
+        QTest::newRow("no recipients") << QByteArray("{\"state\":\"waiting\"}");
+        QTest::newRow("a list") << QByteArray("[1,2]");
+        QTest::newRow("a state that nobody knows")
+            << QByteArray("{\"version\":7,\"state\":\"gone fishing\",\"to\":[{\"address\":\"ann@example.net\"}]}");
+    }
+    void a_state_that_cannot_be_read_keeps_the_mail_in_doubt()
+    {
+        QFETCH(QByteArray, bytes);
         program_folder folder;
         const QString id = outbox::hand_over(mail_to("ann@example.net"));
-        QFile file(folder.folder.filePath("outbox/" + id + ".json"));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write("{\"state\":");
-        file.close();
-        QCOMPARE(outbox::contents().size(), size_t(0));
+        folder.write("outbox/" + id + ".json", bytes);
+        const auto kept = outbox::contents();
+        QCOMPARE(kept.size(), size_t(1));
+        QCOMPARE(kept[0].state, outbox::mail_state::unknown);
+        QCOMPARE(kept[0].To, QStringList{"ann@example.net"});
+        QCOMPARE(outbox::count().waiting, 0);
+        QCOMPARE(outbox::count().unknown, 1);
+        QVERIFY(outbox::send_again(id));
+        QCOMPARE(outbox::contents().at(0).state, outbox::mail_state::waiting);
+    }
+
+    void a_state_of_the_first_writing()
+    {
+        program_folder folder;
+        QVERIFY(QDir(folder.folder.path()).mkdir("outbox"));
+        folder.write("outbox/1767268800000000-a.eml", "To: ann@example.net\r\n\r\nHello\r\n");
+        folder.write("outbox/1767268800000000-a.json",
+                     "{\"state\":\"waiting\",\"reason\":\"\",\"kind\":\"mailing\",\"account\":\"a@b.c\","
+                     "\"to\":[\"ann@example.net\"],\"subject\":\"Hello\"}");
+        const auto kept = outbox::contents();
+        QCOMPARE(kept.size(), size_t(1));
+        QCOMPARE(kept[0].state, outbox::mail_state::waiting);
+        QCOMPARE(kept[0].Kind, outbox::mail_kind::mailing);
+        QCOMPARE(kept[0].To, QStringList{"ann@example.net"});
+        QCOMPARE(kept[0].handed_over, QDateTime(QDate(2026, 1, 1), QTime(13, 0), Qt::UTC)); // Berlin's wall clock
+    }
+
+    void one_bad_address_of_several_does_not_stop_the_others()
+    {
+        program_folder folder;
+        outbox::outgoing_mail mail = mail_to("ann@example.net");
+        mail.To = {"ann@example.net", "bob", "eve@example.net\r\nBcc: all@example.org"};
+        const QString id = outbox::hand_over(mail);
+        QCOMPARE(outbox::contents().at(0).state, outbox::mail_state::waiting);
+        QCOMPARE(outbox::contents().at(0).To, mail.To);
+        QVERIFY(outbox::contents().at(0).reason.contains("bob: "));
+        QVERIFY(!outbox::bytes_of(id).contains("Bcc"));
+    }
+
+    void discarding_takes_both_files()
+    {
+        program_folder folder;
+        const QString first = outbox::hand_over(mail_to("ann@example.net"));
+        const QString second = outbox::hand_over(mail_to("bob@example.net"));
+        QVERIFY(outbox::discard(first));
+        QVERIFY(!outbox::discard(first));
+        QVERIFY(!outbox::send_again(first));
+        QCOMPARE(folder.outbox_files(), (QStringList{second + ".eml", second + ".json"}));
+        QCOMPARE(outbox::count().waiting, 1);
+        QCOMPARE(outbox::bytes_of(first), QByteArray());
+    }
+
+    void the_eleventh_answer_within_an_hour_is_held()
+    {
+        program_folder folder;
+        for (int number = 0; number < 10; ++number)
+            outbox::hand_over(answer_to(number % 2 == 0 ? "ann@example.net" : "ANN@Example.net"));
+        QCOMPARE(outbox::count().waiting, 10);
+        for (const auto &mail : outbox::contents())
+            QVERIFY(outbox::discard(mail.id)); // those that went count as well
+        const QString held = outbox::hand_over(answer_to("Ann@example.net"));
+        QCOMPARE(outbox::contents().at(0).state, outbox::mail_state::held);
+        QVERIFY(outbox::contents().at(0).reason.contains("Ann@example.net"));
+        outbox::hand_over(answer_to("bob@example.net"));
+        outbox::hand_over(mail_to("ann@example.net")); // no answer
+        QCOMPARE(outbox::count().held, 1);
+        QCOMPARE(outbox::count().waiting, 2);
+        QVERIFY(outbox::send_again(held));
+        QCOMPARE(outbox::count().held, 0);
+        QCOMPARE(outbox::count().waiting, 3);
+    }
+
+    void an_hour_later_an_answer_goes_out_again()
+    {
+        program_folder folder;
+        QDateTime moment(QDate(2026, 1, 1), QTime(13, 0), Qt::UTC);
+        set_clock([&moment] { return moment; });
+        for (int number = 0; number < 10; ++number)
+            outbox::hand_over(answer_to("ann@example.net"));
+        moment = moment.addSecs(3599);
+        outbox::hand_over(answer_to("ann@example.net"));
+        QCOMPARE(outbox::count().held, 1);
+        moment = moment.addSecs(1);
+        outbox::hand_over(answer_to("ann@example.net"));
+        set_clock({});
+        QCOMPARE(outbox::count().held, 1);
+        QCOMPARE(outbox::count().waiting, 11);
+    }
+
+    void the_answers_of_a_killed_run_count()
+    {
+        program_folder folder;
+        outbox::hand_over(mail_to("ann@example.net")); // makes the folder
+        for (int number = 0; number < 10; ++number)
+            QVERIFY(lives_through(0, [] { outbox::hand_over(answer_to("ann@example.net")); }));
+        folder.begin_a_new_run();
+        outbox::hand_over(answer_to("ann@example.net"));
+        QCOMPARE(outbox::count().waiting, 11);
+        QCOMPARE(outbox::count().held, 1);
+    }
+
+    void a_power_cut_leaves_the_announced_mails_in_doubt()
+    {
+        program_folder folder;
+        const QString gone = outbox::hand_over(mail_to("ann@example.net"));
+        const QString ended = outbox::hand_over(mail_to("bob@example.net"));
+        const QString announced = outbox::hand_over(mail_to("eve@example.net"));
+        const QString untouched = outbox::hand_over(mail_to("joe@example.net"));
+        const QByteArray lines =
+            QString("ahead %1 %2 %3\nend %1\ngone %1\nend %2\n").arg(gone, ended, announced).toLatin1();
+        folder.write("outbox/sending.journal", "sending 1 another-boot\n" + lines + "gone " + untouched.toLatin1());
+        auto kept = outbox::contents();
+        QCOMPARE(kept.size(), size_t(3)); // the torn last line says nothing
+        QCOMPARE(kept[0].id, ended);
+        QCOMPARE(kept[0].state, outbox::mail_state::unknown);
+        QCOMPARE(kept[1].id, announced);
+        QCOMPARE(kept[1].state, outbox::mail_state::unknown);
+        QCOMPARE(kept[2].state, outbox::mail_state::waiting);
+        folder.begin_a_new_run();
+        QVERIFY(outbox::send_again(announced)); // the journal's word is in the states now, and it is gone
+        QVERIFY(!folder.outbox_files().contains("sending.journal"));
+        QVERIFY(!folder.outbox_files().contains(gone + ".eml"));
+        kept = outbox::contents();
+        QCOMPARE(kept.size(), size_t(3));
+        QCOMPARE(kept[0].state, outbox::mail_state::unknown);
+        QCOMPARE(kept[1].state, outbox::mail_state::waiting);
+    }
+
+    void a_kill_leaves_only_the_last_one_in_doubt()
+    {
+        program_folder folder;
+        const QString ended = outbox::hand_over(mail_to("ann@example.net"));
+        const QString announced = outbox::hand_over(mail_to("bob@example.net"));
+        QFile boot("/proc/sys/kernel/random/boot_id");
+        QVERIFY(boot.open(QIODevice::ReadOnly));
+        folder.write("outbox/sending.journal",
+                     "sending 1 " + boot.readAll() + QString("ahead %1 %2\nend %1\n").arg(ended, announced).toLatin1());
+        const auto kept = outbox::contents();
+        QCOMPARE(kept[0].state, outbox::mail_state::unknown);
+        QCOMPARE(kept[1].state, outbox::mail_state::waiting);
+    }
+
+    void two_thousand_waiting_mails_do_not_slow_handing_over()
+    {
+        program_folder folder;
+        const auto calls_of_one = [] {
+            die_before_disk_call(0);
+            outbox::hand_over(mail_to("ann@example.net"));
+            outbox::count(); // as a status line does
+            return disk_calls();
+        };
+        const QString id = outbox::hand_over(mail_to("ann@example.net"));
+        const int calls = calls_of_one();
+        const QByteArray eml = outbox::bytes_of(id);
+        const QByteArray state = bytes_of_file(folder.folder.filePath("outbox/" + id + ".json"));
+        for (int number = 1000; number < 3000; ++number) {
+            folder.write(QString("outbox/1767268800000000-%1.eml").arg(number), eml);
+            folder.write(QString("outbox/1767268800000000-%1.json").arg(number), state);
+        }
+        folder.begin_a_new_run();
+        QCOMPARE(outbox::count().waiting, 2002);
+        QElapsedTimer timer;
+        timer.start();
+        QCOMPARE(calls_of_one(), calls);
+        const qint64 first = timer.restart();
+        QCOMPARE(calls_of_one(), calls);
+        qInfo("the first took %lld ms, the second %lld", first, timer.elapsed());
+        QCOMPARE(outbox::count().waiting, 2004);
+        QCOMPARE(outbox::contents().size(), size_t(2004));
     }
 
     void a_full_disk_throws_and_leaves_nothing()

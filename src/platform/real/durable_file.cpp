@@ -17,7 +17,7 @@ namespace {
     throw run_time_error{full ? 61u : 70u, words + QFile::decodeName(path)};
 }
 
-int write_synced(int file, const QByteArray &bytes)
+int write_all(int file, const QByteArray &bytes)
 {
     for (qsizetype done = 0; done < bytes.size();) {
         const ssize_t written = write(file, bytes.constData() + done, size_t(bytes.size() - done));
@@ -25,7 +25,7 @@ int write_synced(int file, const QByteArray &bytes)
             return errno;
         done += qMax<ssize_t>(written, 0);
     }
-    return fsync(file) == 0 ? 0 : errno;
+    return 0;
 }
 
 // 0, or the number of the failure.
@@ -34,7 +34,9 @@ int write_half(const QByteArray &path, const QByteArray &bytes)
     const int file = open(path.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
     if (file < 0)
         return errno;
-    const int failure = write_synced(file, bytes);
+    int failure = write_all(file, bytes);
+    if (failure == 0 && fsync(file) != 0)
+        failure = errno;
     close(file);
     return failure;
 }
@@ -96,4 +98,40 @@ void write_durable_pair(const QString &folder, const named_bytes &first, const n
         remove_pair(first_path, second_path);
         durable_failure(failure, base);
     }
+}
+
+void replace_durably(const QString &folder, const named_bytes &file)
+{
+    const QByteArray base = QFile::encodeName(folder) + '/';
+    const QByteArray path = base + QFile::encodeName(file.name);
+    const QByteArray half = path + ".tmp";
+    unlink(half.constData()); // of a kill
+    int failure = write_half(half, file.bytes);
+    if (failure == 0 && rename(half.constData(), path.constData()) != 0)
+        failure = errno;
+    if (failure == 0)
+        failure = sync_of_folder(base);
+    if (failure != 0) {
+        unlink(half.constData());
+        durable_failure(failure, base);
+    }
+}
+
+void sync_folder(const QString &path)
+{
+    const QByteArray folder = QFile::encodeName(path);
+    const int failure = sync_of_folder(folder);
+    if (failure != 0)
+        durable_failure(failure, folder);
+}
+
+void append_to_file(const QString &path, const QByteArray &bytes)
+{
+    const QByteArray name = QFile::encodeName(path);
+    const int file = open(name.constData(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600);
+    const int failure = file < 0 ? errno : write_all(file, bytes);
+    if (file >= 0)
+        close(file);
+    if (failure != 0)
+        durable_failure(failure, name);
 }

@@ -15,3 +15,13 @@ void make_durable_folder(const QString &path);
 // Two files that belong together: both are on disk when this returns, and the second one is never there without the
 // first. A failure throws 61 (disk full) or 70 and leaves neither.
 void write_durable_pair(const QString &folder, const named_bytes &first, const named_bytes &second);
+
+// One file in the place of an older one, or a new one: on disk when this returns. A failure throws 61 or 70 and leaves
+// the older one.
+void replace_durably(const QString &folder, const named_bytes &file);
+
+// What was made, renamed or taken away in the folder is on disk when this returns. Throws 70 or 61.
+void sync_folder(const QString &path);
+
+// Behind what the file holds; made when it is not there. Survives the process, not a power cut. Throws 61 or 70.
+void append_to_file(const QString &path, const QByteArray &bytes);

@@ -148,7 +148,11 @@ int usual_smtp_port(security secured)
 
 maildir_place maildir_path()
 {
-    const QString set = read("maildir");
+    return maildir_path(read("maildir"));
+}
+
+maildir_place maildir_path(const QString &set)
+{
     if (!set.isEmpty())
         return {from_home(set)};
     const QString at_home = QDir::home().filePath(QStringLiteral("Maildir"));
@@ -159,7 +163,11 @@ maildir_place maildir_path()
 
 QString mbox_path()
 {
-    const QString set = read("mbox");
+    return mbox_path(read("mbox"));
+}
+
+QString mbox_path(const QString &set)
+{
     return set.isEmpty() ? QString() : from_home(set);
 }
 

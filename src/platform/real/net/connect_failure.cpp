@@ -27,6 +27,17 @@ run_time_error reach_failure(const place &where)
                    QStringLiteral("%1 cannot be reached%2: nobody answers there.").arg(name_of(where), port));
 }
 
+run_time_error silence_failure(const place &where, const QByteArrayList &lines)
+{
+    // Who speaks TLS from the first byte on waits for ours, as we wait for its greeting.
+    const bool other_encryption = lines.isEmpty() && where.server.secured != mail::security::tls;
+    return failure(trouble::timed_out,
+                   name_of(where) + (other_encryption
+                                         ? QStringLiteral(" does not answer. Does it expect another kind of encryption "
+                                                          "at this port (TLS from the first byte)?")
+                                         : QStringLiteral(" does not answer.")));
+}
+
 run_time_error login_failure(const place &where, const QByteArrayList &lines)
 {
     const QString sentence = where.token.isEmpty()
@@ -59,7 +70,7 @@ run_time_error connect_failure(const place &where, int code, bool given_up, cons
     case CURLE_COULDNT_CONNECT:
         return reach_failure(where);
     case CURLE_OPERATION_TIMEDOUT:
-        return failure(trouble::timed_out, name_of(where) + QStringLiteral(" does not answer."));
+        return silence_failure(where, lines);
     case CURLE_PEER_FAILED_VERIFICATION:
         return failure(trouble::certificate_refused, certificate_words(where, detail));
     case CURLE_SSL_CACERT_BADFILE:
@@ -93,10 +104,10 @@ QString certificate_words(const place &where, const QString &detail)
             return QStringLiteral("it is not valid yet; is this computer's date right?");
         if (detail.contains(u"alternative certificate subject") || detail.contains(u"does not match"))
             return QStringLiteral("it was made out for another server name");
-        if (detail.contains(u"self-signed") || detail.contains(u"self signed"))
-            return QStringLiteral("it is signed by itself or by an authority that this computer does not know");
-        if (detail.contains(u"local issuer") || detail.contains(u"unknown"))
+        if (detail.contains(u"local issuer") || detail.contains(u"in certificate chain"))
             return QStringLiteral("it is signed by an authority that this computer does not know");
+        if (detail.contains(u"self-signed") || detail.contains(u"self signed"))
+            return QStringLiteral("it is signed by itself, by no authority at all");
         return detail;
     };
     return QStringLiteral("The certificate of %1 is not accepted: %2. Nothing was sent.").arg(name_of(where), why());

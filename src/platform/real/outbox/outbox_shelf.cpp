@@ -1,0 +1,188 @@
+#include "platform/real/outbox/outbox_shelf.h"
+#include "platform/real/durable_file.h"
+#include <QSet>
+
+namespace outbox {
+
+namespace {
+
+const QString doubt_of_a_kill =
+    QStringLiteral("The program ended while the mail was being sent: it may or may not have gone.");
+
+qint64 &counter_of(counts &number, mail_state state)
+{
+    switch (state) {
+    case mail_state::held:
+        return number.held;
+    case mail_state::refused:
+        return number.refused;
+    case mail_state::unknown:
+        return number.unknown;
+    case mail_state::waiting:
+        break;
+    }
+    return number.waiting;
+}
+
+}
+
+std::vector<kept_mail> outbox_shelf::contents()
+{
+    const std::lock_guard lock(guard);
+    look();
+    std::vector<kept_mail> all;
+    for (const auto &[id, one] : mails)
+        all.push_back(as_kept(one.mail));
+    return all;
+}
+
+counts outbox_shelf::count()
+{
+    const std::lock_guard lock(guard);
+    load();
+    return number;
+}
+
+void outbox_shelf::settle()
+{
+    const std::scoped_lock lock(writing, guard);
+    settle_now();
+}
+
+void outbox_shelf::add(const record &mail, const QByteArray &eml)
+{
+    settle();
+    const std::lock_guard whole(writing);
+    files.write(mail, eml); // the other lock is free: this waits for the disk
+    const std::lock_guard lock(guard);
+    put(mail, files.mark_of(mail.id));
+}
+
+bool outbox_shelf::send_again(const QString &id)
+{
+    const std::scoped_lock lock(writing, guard);
+    settle_now();
+    const auto at = mails.find(id);
+    if (at == mails.end() || at->second.claimed)
+        return false;
+    record mail = at->second.mail;
+    for (recipient &one : mail.left)
+        one = {one.address, recipient_state::waiting, {}};
+    mail.held = false;
+    mail.reason.clear();
+    mail.tries = 0;
+    mail.first_try = mail.next_try = 0;
+    rewrite(mail);
+    return true;
+}
+
+bool outbox_shelf::discard(const QString &id)
+{
+    const std::scoped_lock lock(writing, guard);
+    settle_now();
+    const auto at = mails.find(id);
+    if (at == mails.end() || at->second.claimed || !files.remove(id))
+        return false;
+    take(at);
+    sync_folder(files.folder()); // or a power cut would send it after all
+    return true;
+}
+
+// Reads what changed on disk since the last look.
+void outbox_shelf::look()
+{
+    const QStringList ids = files.ids();
+    const QSet<QString> there(ids.begin(), ids.end());
+    for (auto at = mails.begin(); at != mails.end();) {
+        const auto next = std::next(at);
+        if (!at->second.claimed && !there.contains(at->first))
+            take(at);
+        at = next;
+    }
+    for (const QString &id : ids) {
+        const auto at = mails.find(id);
+        const file_mark mark = files.mark_of(id);
+        if (at != mails.end() && (at->second.claimed || at->second.mark == mark))
+            continue;
+        if (const auto mail = files.read(id))
+            put(*mail, mark);
+    }
+    if (!delivering)
+        apply_journal(read_journal(files.folder()));
+    loaded = true;
+}
+
+void outbox_shelf::load()
+{
+    if (!loaded)
+        look();
+}
+
+void outbox_shelf::apply_journal(const journal_verdict &verdict)
+{
+    for (const QString &id : verdict.gone)
+        if (const auto at = mails.find(id); at != mails.end())
+            take(at);
+    for (const QString &id : verdict.in_doubt) {
+        const auto at = mails.find(id);
+        if (at == mails.end() || state_of(at->second.mail) != mail_state::waiting)
+            continue;
+        record mail = at->second.mail;
+        put_in_doubt(mail, doubt_of_a_kill);
+        put(mail, at->second.mark);
+    }
+}
+
+void outbox_shelf::settle_now()
+{
+    if (delivering || settled)
+        return load();
+    files.sweep();
+    const journal_verdict verdict = read_journal(files.folder());
+    look();
+    for (const QString &id : verdict.gone)
+        files.remove(id);
+    for (const QString &id : verdict.in_doubt)
+        if (const auto at = mails.find(id); at != mails.end())
+            rewrite(record(at->second.mail));
+    if (verdict.there)
+        remove_journal(files.folder());
+    settled = true;
+}
+
+void outbox_shelf::put(const record &mail, const file_mark &mark)
+{
+    if (const auto at = mails.find(mail.id); at != mails.end())
+        take(at);
+    mails[mail.id] = {mail, mark, false};
+    ++counter_of(number, state_of(mail));
+    queue(mail, true);
+}
+
+void outbox_shelf::take(shelf_map::iterator at)
+{
+    --counter_of(number, state_of(at->second.mail));
+    queue(at->second.mail, false);
+    mails.erase(at);
+}
+
+void outbox_shelf::queue(const record &mail, bool in)
+{
+    std::set<QString> &due = mail.Kind == mail_kind::mailing ? mailings : urgent;
+    due.erase(mail.id);
+    later.erase({mail.next_try, mail.id});
+    if (!in || state_of(mail) != mail_state::waiting)
+        return;
+    if (mail.next_try > 0)
+        later.insert({mail.next_try, mail.id});
+    else
+        due.insert(mail.id);
+}
+
+void outbox_shelf::rewrite(const record &mail)
+{
+    files.replace_state(mail);
+    put(mail, files.mark_of(mail.id));
+}
+
+}

@@ -1,0 +1,88 @@
+// The side of outbox_shelf.h that the delivery uses.
+#include "platform/real/outbox/outbox_shelf.h"
+#include <limits>
+
+namespace outbox {
+
+void outbox_shelf::delivery_begins()
+{
+    const std::scoped_lock lock(writing, guard);
+    delivering = settled = false; // a journal may have been left
+    settle_now();
+    delivering = true;
+}
+
+void outbox_shelf::delivery_ends()
+{
+    const std::lock_guard lock(guard);
+    delivering = settled = false;
+}
+
+void outbox_shelf::promote(qint64 moment)
+{
+    while (!later.empty() && later.begin()->first <= moment) {
+        const QString id = later.begin()->second;
+        later.erase(later.begin());
+        (mails.at(id).mail.Kind == mail_kind::mailing ? mailings : urgent).insert(id);
+    }
+}
+
+void outbox_shelf::make_all_due()
+{
+    const std::lock_guard lock(guard);
+    promote(std::numeric_limits<qint64>::max());
+}
+
+QStringList outbox_shelf::next_due(qint64 moment, qsizetype most_mailings, qsizetype most)
+{
+    const std::lock_guard lock(guard);
+    promote(moment);
+    QStringList ids;
+    for (auto id = urgent.begin(); id != urgent.end() && ids.size() < most; ++id)
+        ids.append(*id);
+    qsizetype allowed = qMin(most_mailings, most - ids.size());
+    for (auto id = mailings.begin(); id != mailings.end() && allowed > 0; ++id, --allowed)
+        ids.append(*id);
+    return ids;
+}
+
+qint64 outbox_shelf::next_moment()
+{
+    const std::lock_guard lock(guard);
+    return later.empty() ? 0 : later.begin()->first;
+}
+
+std::optional<record> outbox_shelf::claim(const QString &id)
+{
+    const std::lock_guard lock(guard);
+    const auto at = mails.find(id);
+    if (at == mails.end() || at->second.claimed || state_of(at->second.mail) != mail_state::waiting)
+        return std::nullopt;
+    at->second.claimed = true;
+    queue(at->second.mail, false);
+    return at->second.mail;
+}
+
+void outbox_shelf::put_back(const record &mail)
+{
+    const std::lock_guard lock(guard);
+    put(mail, files.mark_of(mail.id));
+}
+
+void outbox_shelf::keep(const record &mail)
+{
+    const std::lock_guard lock(guard);
+    put(mail, files.mark_of(mail.id));
+    rewrite(mail);
+}
+
+bool outbox_shelf::gone(const QString &id)
+{
+    const std::lock_guard lock(guard);
+    const bool removed = files.remove(id);
+    if (const auto at = mails.find(id); at != mails.end())
+        take(at);
+    return removed;
+}
+
+}
