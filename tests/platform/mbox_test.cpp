@@ -3,6 +3,7 @@
 #include "platform/network.h"
 #include "platform/outbox.h"
 #include "platform/real/mail_session/from_line.h"
+#include "support/maildir_files.h"
 #include "support/open_mailbox.h"
 #include <QDateTime>
 #include <QDir>
@@ -373,7 +374,7 @@ void mbox_test::a_reply_goes_to_the_sender_as_the_first_recipient()
     QVERIFY(kept[0].Kind == outbox::mail_kind::answer);
     QCOMPARE(kept[0].SendingAccount, QString("orders@example.org"));
     QCOMPARE(kept[0].To, QStringList{"reply@example.net"});
-    const QByteArray bytes = outbox::bytes_of(kept[0].id);
+    const QByteArray bytes = bytes_of_file(box.path("outbox") + '/' + kept[0].id + ".eml");
     QVERIFY2(bytes.contains("In-Reply-To: <1@x>") && bytes.contains("Auto-Submitted: auto-replied"), bytes.constData());
     box.messages->MsgIndex = 0;
     QCOMPARE(box.messages->MsgSubject(), QString("One"));

@@ -4,6 +4,7 @@
 #include "platform/network.h"
 #include "platform/outbox.h"
 #include "support/dovecot.h"
+#include "support/maildir_files.h"
 #include "support/open_mailbox.h"
 #include "support/wire_proxy.h"
 #include <QFile>
@@ -332,7 +333,7 @@ void pop3_session_test::an_answer_goes_out_as_the_address_written_to()
     QCOMPARE(kept.size(), size_t(1));
     QCOMPARE(kept[0].SendingAccount, QString("orders@example.org"));
     QCOMPARE(kept[0].To, QStringList{"bob@example.net"});
-    const QByteArray bytes = outbox::bytes_of(kept[0].id);
+    const QByteArray bytes = bytes_of_file(box.path("outbox") + '/' + kept[0].id + ".eml");
     QVERIFY2(bytes.contains("In-Reply-To: <1@x>") && bytes.contains("References: <0@x> <1@x>"), bytes.constData());
 }
 
