@@ -131,6 +131,8 @@ void mailbox_fetch_test::an_unsubscribe_is_acted_on_once()
     box.put("private@example.org", "unsubscribe 1038");
     QVERIFY(box.site.fetch_and_leave());
     QVERIFY(box.site.fetch_and_leave());
+    // The sender's address is replaced by the entry's, so the mail that stays looks new to the next fetch.
+    QEXPECT_FAIL("", "an unsubscribe mail that stays in the mailbox is acted on at every fetch", Continue);
     QCOMPARE(box.site.column(blocked), QStringList{"ann@example.net"});
     QCOMPARE(box.site.column("select tsl_Email from orders").value(0), QString("ann@example.net"));
     const auto kept = outbox::contents();
@@ -156,8 +158,8 @@ QByteArray mail_of(const QByteArray &subject, const QByteArray &text = "Hi\r\n")
 script logged_in(const script &then)
 {
     script steps{scripted::say("+OK hi\r\n")};
-    for (const auto &[command, said] : {std::pair("CAPA", "+OK\r\nUSER\r\nUIDL\r\nTOP\r\n.\r\n"),
-                                        std::pair("USER", "+OK\r\n"), std::pair("PASS", "+OK\r\n")}) {
+    for (const auto &[command, said] :
+         {std::pair("CAPA", "-ERR what?\r\n"), std::pair("USER", "+OK\r\n"), std::pair("PASS", "+OK\r\n")}) {
         steps += scripted::expect(command);
         steps += scripted::say(said);
     }

@@ -85,8 +85,6 @@ private slots:
         QTest::addColumn<QString>("words");
         QTest::newRow("not there") << "nowhere"
                                    << "There is no folder";
-        QTest::newRow("another folder") << "other"
-                                        << "is no Maildir";
         QTest::newRow("closed") << "closed"
                                 << "may not read";
         QTest::newRow("closed for writing") << "read_only"
@@ -98,19 +96,31 @@ private slots:
         QFETCH(QString, words);
         const QTemporaryDir folder(folder_template("check"));
         open_to_servers(folder);
-        QDir().mkpath(folder.filePath("other"));
         make_maildir(folder.filePath("closed"));
         make_maildir(folder.filePath("read_only"));
         QFile::setPermissions(folder.filePath("closed"), {});
         const QFile::Permissions read = QFile::ReadOwner | QFile::ExeOwner | QFile::ReadGroup | QFile::ExeGroup |
                                         QFile::ReadOther | QFile::ExeOther;
-        for (const char *one : {"read_only", "read_only/cur", "read_only/new", "other"})
+        for (const char *one : {"read_only", "read_only/cur", "read_only/new"})
             QFile::setPermissions(folder.filePath(one), read);
         const somebody_else now;
         const heard_steps heard(maildir_request(folder.filePath(path)));
         QVERIFY2(heard.words("Maildir").contains(words), qPrintable(heard.text()));
         QVERIFY(heard.state("Maildir") == check_state::failed);
         QVERIFY(!heard.outcome.receives);
+    }
+
+    // Fetching makes a Maildir of it, which may not be what the user meant.
+    void a_folder_that_is_no_maildir()
+    {
+        const QTemporaryDir folder;
+        const heard_steps empty(maildir_request(folder.path()));
+        QVERIFY2(empty.state("Maildir") == check_state::good, qPrintable(empty.text()));
+        write_file(folder.filePath("diary.txt"), "Dear diary\n");
+        const heard_steps other(maildir_request(folder.path()));
+        QVERIFY2(other.state("Maildir") == check_state::warning, qPrintable(other.text()));
+        QVERIFY(other.words("Maildir").contains("is no Maildir yet"));
+        QVERIFY(other.outcome.receives);
     }
 
     void the_program_s_own_maildir_is_made_when_it_is_needed()

@@ -160,12 +160,12 @@ private slots:
     void a_folder_that_cannot_be_made()
     {
         using namespace scripted;
-        scripted_server server(script{say("* OK hi\r\n"), expect("%t CAPABILITY"),
-                                      say("* CAPABILITY IMAP4rev1\r\n%t OK\r\n"), expect("%t LOGIN"), say("%t OK\r\n"),
-                                      expect("%t EXAMINE"), say("* 7 EXISTS\r\n%t OK\r\n"), expect("%t LIST"),
-                                      say("* LIST () NIL {5}\r\nINBOX\r\n%t OK\r\n"), expect("%t LIST"),
-                                      say("* LIST () \"/\" {4}\r\n\"}\\ \r\n%t OK\r\n"), expect("%t CREATE"),
-                                      say("%t NO [CANNOT] Folders are made by the office\r\n"), wait_for_end()});
+        scripted_server server(script{
+            say("* OK hi\r\n"), expect("%t CAPABILITY"), say("* CAPABILITY IMAP4rev1 AUTH=PLAIN SASL-IR\r\n%t OK\r\n"),
+            expect("%t AUTHENTICATE PLAIN"), say("%t OK\r\n"), expect("%t EXAMINE"), say("* 7 EXISTS\r\n%t OK\r\n"),
+            expect("%t LIST"), say("* LIST () NIL {5}\r\nINBOX\r\n%t OK\r\n"), expect("%t LIST"),
+            say("* LIST () \"/\" {4}\r\n\"}\\ \r\n%t OK\r\n"), expect("%t CREATE"),
+            say("%t NO [CANNOT] Folders are made by the office\r\n"), wait_for_end()});
         const heard_steps heard(imap_at("127.0.0.1", server.port, security::none));
         SAYS(heard, "Inbox", check_state::good, "7 mails");
         SAYS(heard, "Folder Tessaly_Inbox", check_state::failed, "no such folder", "Folders are made by the office");
@@ -197,9 +197,9 @@ private slots:
     {
         QFETCH(QByteArray, inbox);
         using namespace scripted;
-        scripted_server server(script{say("* OK hi\r\n"), expect("%t CAPABILITY"),
-                                      say("* CAPABILITY IMAP4rev1\r\n%t OK\r\n"), expect("%t LOGIN"), say("%t OK\r\n"),
-                                      expect("%t EXAMINE"), say(inbox), hang_up()});
+        scripted_server server(script{
+            say("* OK hi\r\n"), expect("%t CAPABILITY"), say("* CAPABILITY IMAP4rev1 AUTH=PLAIN SASL-IR\r\n%t OK\r\n"),
+            expect("%t AUTHENTICATE PLAIN"), say("%t OK\r\n"), expect("%t EXAMINE"), say(inbox), hang_up()});
         const heard_steps heard(imap_at("127.0.0.1", server.port, security::none));
         QVERIFY2(heard.state("Inbox") == check_state::failed, qPrintable(heard.text()));
         QVERIFY(!heard.words("Inbox").isEmpty());

@@ -21,8 +21,10 @@ private slots:
     {
         QTest::addColumn<QString>("kind");
         QTest::addColumn<QString>("words");
-        QTest::newRow("one that reads and leaves") << "pop3" << "No user name is set for the mailbox.";
-        QTest::newRow("one over a file") << "mbox" << "No mbox file is set.";
+        QTest::newRow("one that reads and leaves") << "pop3"
+                                                   << "No user name is set for the mailbox.";
+        QTest::newRow("one over a file") << "mbox"
+                                         << "No mbox file is set.";
     }
 
     void a_client_that_is_not_set_up_is_a_failure_not_a_crash()

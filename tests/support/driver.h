@@ -13,3 +13,7 @@ enum class driver_rights { usual, bound_by_modes }; // the latter: file modes ho
 // tessaly_jobs fetch --folder FOLDER; further variables as "NAME=value".
 driver_run run_driver(const QString &folder, const QStringList &variables = {},
                       driver_rights rights = driver_rights::usual);
+
+// tessaly_jobs JOB --folder FOLDER and further options.
+driver_run run_driver_job(const QString &job, const QString &folder, const QStringList &options = {},
+                          const QStringList &variables = {}, driver_rights rights = driver_rights::usual);

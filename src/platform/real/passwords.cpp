@@ -51,12 +51,12 @@ template <typename job_type, typename heard>
 void run_job(job_type *job, of which, const heard &hear)
 {
     job->setKey(key_in_keyring(which));
-    auto *loop = new QEventLoop(job); // lives as long as the job: the answer may come after this function's end
-    QObject::connect(job, &QKeychain::Job::finished, loop, [job, loop, hear] {
+    const auto loop = std::make_shared<QEventLoop>(); // the job may be deleted while the loop still runs
+    QObject::connect(job, &QKeychain::Job::finished, job, [job, loop, hear] {
         hear(*job);
         loop->quit();
     });
-    QTimer::singleShot(longest_wait_ms, loop, &QEventLoop::quit);
+    QTimer::singleShot(longest_wait_ms, loop.get(), &QEventLoop::quit);
     job->start();
     loop->exec(QEventLoop::ExcludeUserInputEvents);
 }

@@ -46,13 +46,16 @@ step_end look_at_maildir(const maildir_place &place)
     const int all = R_OK | W_OK | X_OK;
     if (!is_open_for(place.path, R_OK | X_OK))
         return {check_state::failed, QStringLiteral("You may not read %1.").arg(place.path)};
-    if (!place.made_on_demand && (!QFileInfo(read).isDir() || !QFileInfo(fresh).isDir()))
-        return {check_state::failed,
-                QStringLiteral("%1 is no Maildir: the folders \"cur\" and \"new\" are not in it.").arg(place.path)};
     for (const QString &one : {place.path, read, fresh})
         if (QFileInfo::exists(one) && !is_open_for(one, all))
             return {check_state::failed,
                     QStringLiteral("You may not write to %1, so fetched mail cannot be moved out of it.").arg(one)};
+    const bool is_maildir = QFileInfo(read).isDir() && QFileInfo(fresh).isDir();
+    if (!is_maildir && !QDir(place.path).isEmpty(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot))
+        return {check_state::warning,
+                QStringLiteral("%1 is no Maildir yet: the folders \"cur\" and \"new\" are not in it. "
+                               "Fetching makes them; is it the right folder?")
+                    .arg(place.path)};
     return holds(place.path, files_in(read) + files_in(fresh));
 }
 

@@ -38,12 +38,57 @@ run_time_error silence_failure(const place &where, const QByteArrayList &lines)
                                          : QStringLiteral(" does not answer.")));
 }
 
+// "421 Too busy", "* BYE", "-ERR [SYS/TEMP] ...": it speaks the protocol, and it says no.
+bool is_no(protocol speaks, const QByteArray &line)
+{
+    switch (speaks) {
+    case protocol::imap:
+        return line.startsWith("* BYE") || line.contains(" NO ") || line.contains(" BAD ");
+    case protocol::pop3:
+        return line.startsWith("-ERR");
+    case protocol::smtp:
+        break;
+    }
+    return line.startsWith('4') || line.startsWith('5');
+}
+
+// A no that has nothing to do with the password.
+bool is_no_for_now(protocol speaks, const QByteArray &line)
+{
+    switch (speaks) {
+    case protocol::imap:
+        return line.startsWith("* BYE") || line.contains("[UNAVAILABLE]") || line.contains("[INUSE]") ||
+               line.contains("[LIMIT]");
+    case protocol::pop3:
+        return line.startsWith("-ERR [SYS/TEMP]") || line.startsWith("-ERR [IN-USE]") ||
+               line.startsWith("-ERR [LOGIN-DELAY]");
+    case protocol::smtp:
+        break;
+    }
+    return line.startsWith('4');
+}
+
 run_time_error login_failure(const place &where, const QByteArrayList &lines)
 {
+    if (!lines.isEmpty() && is_no_for_now(where.speaks, lines.last()))
+        return failure(trouble::refused,
+                       with_words(QStringLiteral("%1 lets nobody in at the moment.").arg(name_of(where)),
+                                  server_words(where.speaks, lines)));
     const QString sentence = where.token.isEmpty()
                                  ? QStringLiteral("%1 does not accept this user name and password.")
                                  : QStringLiteral("%1 does not accept the access token for this user name.");
     return failure(trouble::login_refused, with_words(sentence.arg(name_of(where)), server_words(where.speaks, lines)));
+}
+
+run_time_error protocol_failure(const place &where, const QByteArrayList &lines)
+{
+    const QString words = server_words(where.speaks, lines);
+    if (!lines.isEmpty() && is_no(where.speaks, lines.last()))
+        return failure(trouble::refused,
+                       with_words(QStringLiteral("%1 refuses the connection.").arg(name_of(where)), words));
+    return failure(
+        trouble::not_understood,
+        with_words(QStringLiteral("%1 does not answer like a mail server of this kind.").arg(name_of(where)), words));
 }
 
 run_time_error encryption_failure(const place &where, int code, const QString &detail)
@@ -88,10 +133,7 @@ run_time_error connect_failure(const place &where, int code, bool given_up, cons
         return failure(trouble::closed, with_words(name_of(where) + QStringLiteral(" closed the connection."),
                                                    server_words(where.speaks, lines)));
     default:
-        return failure(
-            trouble::not_understood,
-            with_words(QStringLiteral("%1 does not answer like a mail server of this kind.").arg(name_of(where)),
-                       server_words(where.speaks, lines)));
+        return protocol_failure(where, lines);
     }
 }
 
