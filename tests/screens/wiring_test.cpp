@@ -1,5 +1,6 @@
 // The program's own wiring: every service that a fetch may ask for is there, whatever client is configured.
 #include "app/wiring.h"
+#include "frame/messages.h"
 #include "frame/session.h"
 #include "frame/store.h"
 #include "intake/fetch_session.h"
@@ -33,10 +34,11 @@ private slots:
         QFETCH(QString, words);
         screens_site site;
         const wiring services_in_force;
+        set_message_service(&site.boxes); // nobody is there to close the program's own
         SaveSetting("mail_client", "kind", kind);
         site.store.add_account("orders", "orders@shop.example");
         the<mailfrm>().load();
-        QCOMPARE(site.status_lines.filter(words).size(), 1);
+        QCOMPARE((site.boxes.shown + site.status_lines).filter(words).size(), 1);
         QCOMPARE(session.err_routine, "Form_load");
         QVERIFY(!intake::fetching.MAPISession1);
         the<mailfrm>().unload();

@@ -17,6 +17,8 @@ constexpr size_t headers_a_commit = 2000;
 constexpr int texts_a_commit = 200;
 constexpr int most_refused_tries = 50;
 constexpr qint64 seconds_between_logins = 60;
+// "Device I/O error": a failure of the network would end the whole fetch.
+constexpr quint32 of_one_mail = 57;
 
 QByteArray name_of_mailbox(const mail::client_settings &settings)
 {
@@ -192,7 +194,7 @@ auto mailbox::reading_whole_mailbox(Read read)
     try {
         return read();
     } catch (const run_time_error &failure) {
-        if (!net::is(failure, net::trouble::refused)) // that is of one mail
+        if (failure.number != of_one_mail)
             broken = std::make_unique<run_time_error>(failure);
         throw;
     }
@@ -229,7 +231,7 @@ QString mailbox::fetched_text(const listed_mail &mail)
     const answer said = line->ask(command("RETR ", mail), form::many_lines, maildir::longest_mail);
     if (said.said != fate::yes) {
         remembered.refused.insert(mail.key);
-        throw line->refusal(said);
+        throw run_time_error{of_one_mail, line->refusal(said).description};
     }
     const QString text = mime::body_text(said.lines, mime::read_header_block(said.lines));
     if (!mail.is_shared)
