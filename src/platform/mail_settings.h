@@ -26,7 +26,7 @@ struct client_settings {
     bool smtp_logs_in = true;
     QString from;                // the address that mail goes out as when no account is known
     bool use_token = false;      // XOAUTH2 instead of a password, for mailbox and sending
-    QString token_command;       // prints the access token; none: the mailbox's password is the token as typed
+    QString token_command;       // prints the access token; none: the password is the token as typed
     QString authority_file;      // PEM: certificates that it signed are accepted beside those the system knows
     int mailings_per_hour = 450; // 0: no limit
 };

@@ -388,6 +388,23 @@ private slots:
         QCOMPARE(heard.outcome.found.incoming.user, "ann");
     }
 
+    void sending_with_a_token()
+    {
+        smtp_options options = with_login();
+        options.token = "token-of-ann";
+        const smtp_sink sink(options);
+        mail::check_request request = sending_at(sink, security::none);
+        request.settings.use_token = true;
+        request.smtp_password = "token-of-ann";
+        const heard_steps typed(request);
+        QVERIFY2(typed.outcome.sends, qPrintable(typed.text()));
+        request.smtp_password.clear();
+        request.settings.token_command = "printf '%s' token-of-ann";
+        const heard_steps fetched(request);
+        QVERIFY2(fetched.outcome.sends, qPrintable(fetched.text()));
+        SAYS(fetched, "Access token", check_state::good, "command");
+    }
+
     void sending_without_a_login()
     {
         const smtp_sink sink;

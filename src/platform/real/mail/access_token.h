@@ -14,8 +14,8 @@ QString access_token(const client_settings &settings, const net::patience &patie
 // The server did not take this one: the next access_token runs the command again.
 void access_token_refused(const QString &token);
 
-// Password or token of a place, as the settings want it. password is the one that belongs to the place; a token that
-// was typed is the mailbox's password.
+// Password or token of a place, as the settings want it. password is the one that belongs to the place; where no
+// command is set it is the token, as typed.
 void set_login(net::place &place, const client_settings &settings, const QString &password,
                const net::patience &patience);
 

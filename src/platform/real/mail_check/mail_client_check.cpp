@@ -37,14 +37,13 @@ bool signs_in_to_send(const client_settings &settings)
 bool has_token(check_run &run)
 {
     const client_settings &settings = run.request.settings;
-    if (!settings.use_token || !(needs_server(settings.kind) || signs_in_to_send(settings)))
+    const bool is_fetched = settings.use_token && !settings.token_command.trimmed().isEmpty();
+    if (!is_fetched || !(needs_server(settings.kind) || signs_in_to_send(settings)))
         return true;
     return run.step(QStringLiteral("Access token"), [&run]() -> step_end {
         net::place place;
-        set_login(place, run.request.settings, run.request.password, run.patience);
-        return {check_state::good, run.request.settings.token_command.trimmed().isEmpty()
-                                       ? QStringLiteral("There is one, as typed.")
-                                       : QStringLiteral("The command gave one.")};
+        set_login(place, run.request.settings, {}, run.patience);
+        return {check_state::good, QStringLiteral("The command gave one.")};
     });
 }
 

@@ -51,7 +51,7 @@ std::unique_ptr<smtp::dialogue> open_sending_server(check_run &run)
     else if (settings.smtp.user.isEmpty())
         task.wanted.user = run.outcome.found.incoming.user;
     task.password = run.request.smtp_password;
-    if (settings.use_token || (task.password.isEmpty() && same_login(settings)))
+    if (task.password.isEmpty() && same_login(settings)) // as passwords::read has it
         task.password = run.request.password;
     std::unique_ptr<smtp::dialogue> line;
     const server place = search_server(run, task, [&line](const net::place &where, const net::patience &patience) {
