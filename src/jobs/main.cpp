@@ -9,6 +9,7 @@
 #include "frame/start_up.h"
 #include "frame/status.h"
 #include "frame/store.h"
+#include "jobs/deliver_job.h"
 #include "jobs/fetch_job.h"
 #include "jobs/job_messages.h"
 #include "jobs/test_mail_client_job.h"
@@ -27,7 +28,8 @@
 
 namespace {
 
-const QHash<QString, int (*)()> jobs{{"fetch", fetch_job}, {"test-mail-client", test_mail_client_job}};
+const QHash<QString, int (*)()> jobs{
+    {"deliver", deliver_job}, {"fetch", fetch_job}, {"test-mail-client", test_mail_client_job}};
 constexpr int longest_timeout = 24 * 60 * 60;
 
 int fail(const QString &why)

@@ -1,0 +1,19 @@
+// What the status bar says of the Outbox. Pure.
+#pragma once
+#include "platform/outbox.h"
+
+namespace outbox {
+
+struct delivery_facts {
+    counts left;
+    bool busy = false;
+    bool keeps_all = false; // nothing is to go out
+    QString failure;        // what closed the way
+    QString next_try;       // "14:05"; with a failure
+    bool limited = false;   // mailings wait for the hour's limit
+};
+
+// "" when there is nothing to say.
+QString delivery_line(const delivery_facts &facts);
+
+}

@@ -1,0 +1,186 @@
+#include "platform/real/outbox/delivery_round.h"
+#include "platform/real/mail/mail_address.h"
+#include "platform/real/outbox/retry_plan.h"
+#include "platform/real/outbox/sending_address.h"
+#include <QDateTime>
+#include <algorithm>
+
+namespace outbox {
+
+namespace {
+
+constexpr qsizetype announced_at_once = 20; // in doubt after a power cut, at most
+
+qint64 this_moment()
+{
+    return QDateTime::currentSecsSinceEpoch();
+}
+
+QStringList waiting_of(const record &mail)
+{
+    QStringList addresses;
+    for (const recipient &one : mail.left)
+        if (one.state == recipient_state::waiting)
+            addresses.append(one.address);
+    return addresses;
+}
+
+void refuse_all(record &mail, const QString &words)
+{
+    for (recipient &one : mail.left)
+        if (one.state == recipient_state::waiting)
+            one = {one.address, recipient_state::refused, words};
+}
+
+// Those that wait, in their order, are those of the outcome.
+void note_fates(record &mail, const smtp::outcome &outcome)
+{
+    std::vector<recipient> left;
+    size_t at = 0;
+    mail.reason.clear();
+    for (const recipient &one : mail.left) {
+        if (one.state != recipient_state::waiting || at >= outcome.recipients.size()) {
+            left.push_back(one);
+            continue;
+        }
+        const smtp::recipient_fate &fate = outcome.recipients[at++];
+        if (fate.became == smtp::fate::sent)
+            continue;
+        const recipient_state state = fate.became == smtp::fate::refused   ? recipient_state::refused
+                                      : fate.became == smtp::fate::unknown ? recipient_state::unknown
+                                                                           : recipient_state::waiting;
+        left.push_back({one.address, state, fate.words});
+    }
+    mail.left = std::move(left);
+}
+
+bool any(const record &mail, recipient_state state)
+{
+    return std::any_of(mail.left.begin(), mail.left.end(),
+                       [state](const recipient &one) { return one.state == state; });
+}
+
+}
+
+delivery_round::delivery_round(outbox_shelf &mails, const sending_order &order, const net::patience &patience,
+                               round_listener listener)
+    : shelf(mails),
+      orders(order),
+      way(road_of(order, patience)),
+      told(std::move(listener)),
+      rate(mails.folder(), order.settings.mailings_per_hour),
+      journal(mails.folder())
+{
+}
+
+round_result delivery_round::run()
+{
+    try {
+        while (!told.shall_end() && send_next()) {
+        }
+    } catch (const run_time_error &error) { // of the way or of the disk: the round is over
+        result.failure = error;
+    }
+    try {
+        way->close();
+        journal.finish();
+    } catch (const run_time_error &error) {
+        result.failure = error;
+    }
+    const bool mailings_wait = !shelf.next_due(this_moment(), 1, 1).isEmpty();
+    if (!result.failure && mailings_wait && rate.allowed(this_moment()) == 0)
+        result.limited_until = rate.next_moment(this_moment());
+    return result;
+}
+
+bool delivery_round::send_next()
+{
+    const QStringList next = shelf.next_due(this_moment(), rate.allowed(this_moment()), 1);
+    if (next.isEmpty())
+        return false;
+    const QString &id = next.first();
+    if (!journal.is_announced(id))
+        journal.announce(
+            shelf.next_due(this_moment(), qMin(rate.allowed(this_moment()), announced_at_once), announced_at_once));
+    const auto mail = shelf.claim(id);
+    return !mail || send_one(*mail);
+}
+
+// False: the round is over.
+bool delivery_round::send_one(record mail)
+{
+    const QString from = mail.SendingAccount.isEmpty() ? usual_sending_address(orders.settings) : mail.SendingAccount;
+    if (from.isEmpty() || !mail::why_not_writable(from).isEmpty()) {
+        refuse_all(mail, from.isEmpty() ? QStringLiteral("There is no address that it could go out as.")
+                                        : QStringLiteral("It cannot go out as \"%1\".").arg(from));
+        return keep(mail);
+    }
+    const record before = mail;
+    const smtp::outcome outcome = hand_out(mail, from);
+    note_fates(mail, outcome);
+    if (outcome.sender_refused)
+        for (recipient &one : mail.left)
+            one.words = QStringLiteral("The server refuses to send as %1. %2").arg(from, one.words);
+    if (mail.left.empty())
+        return note_gone(mail.id);
+    if (outcome.line_is_broken)
+        return keep_broken_off(before, mail);
+    if (any(mail, recipient_state::waiting))
+        note_postponed(mail, this_moment());
+    return keep(mail);
+}
+
+smtp::outcome delivery_round::hand_out(const record &mail, const QString &from)
+{
+    const QByteArray eml = shelf.eml(mail.id);
+    try {
+        smtp::outcome outcome = way->send(from, waiting_of(mail), with_sender(eml, from), [&] {
+            if (mail.Kind == mail_kind::mailing)
+                rate.note_one(this_moment());
+            journal.sending(mail.id);
+            told.at_its_end(true);
+        });
+        told.at_its_end(false);
+        return outcome;
+    } catch (const run_time_error &) { // there is no way, or no room to note that it goes; it has not gone
+        shelf.put_back(mail);
+        throw;
+    }
+}
+
+bool delivery_round::note_gone(const QString &id)
+{
+    if (shelf.gone(id))
+        journal.gone(id);
+    ++result.sent;
+    told.sent();
+    return true;
+}
+
+bool delivery_round::keep(const record &mail)
+{
+    shelf.keep(mail);
+    journal.kept(mail.id);
+    return true;
+}
+
+// Before its end: once more, at once, over a new connection; then later, so that it does not hold up the others.
+// Behind its end it is in doubt, and a server that does this may do it again: the next mail waits a while.
+bool delivery_round::keep_broken_off(const record &before, record mail)
+{
+    const bool in_doubt = any(mail, recipient_state::unknown);
+    const bool ends = told.shall_end();
+    if (!in_doubt && (ends || broke_the_line != mail.id)) {
+        broke_the_line = mail.id;
+        shelf.put_back(before);
+        journal.kept(mail.id);
+        return !ends;
+    }
+    result.failure = net::failure(net::trouble::closed, mail.left.front().words);
+    if (any(mail, recipient_state::waiting))
+        note_postponed(mail, this_moment());
+    keep(mail);
+    return false;
+}
+
+}

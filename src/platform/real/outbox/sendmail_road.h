@@ -1,0 +1,19 @@
+// Out by this machine's own mail system: a program that is fed one mail. No shell stands in between.
+#pragma once
+#include "platform/real/outbox/road.h"
+
+namespace outbox {
+
+class sendmail_road : public road {
+public:
+    sendmail_road(QString path, const net::patience &how_long) : program(std::move(path)), patience(how_long) {}
+    // The last moment is before the program begins: from then on it goes on by itself, whatever becomes of us.
+    smtp::outcome send(const QString &from, const QStringList &to, const QByteArray &eml,
+                       const std::function<void()> &last_moment) override;
+
+private:
+    QString program;
+    const net::patience &patience;
+};
+
+}
