@@ -1,39 +1,11 @@
 #include "platform/real/mail/maildir_item.h"
 #include "platform/clock.h"
-#include "platform/outbox.h"
-#include "platform/outside_effects.h"
-#include "platform/real/mail/answer.h"
 #include "platform/real/mail/maildir_folder.h"
 #include "platform/real/mail/mime_body.h"
 #include "platform/real/mail/mime_parse.h"
+#include "platform/real/mail/reply_item.h"
 
 namespace maildir {
-
-namespace {
-
-class reply_item : public outlook::ReplyItem {
-public:
-    reply_item(const mime::header_block &head, std::shared_ptr<move_queue> queue)
-        : mail(mail::answer_to(head)), moves(std::move(queue))
-    {
-    }
-
-    // The reason for the answer must be in the store before the answer can be on its way.
-    void send() override
-    {
-        before_outside_effect();
-        moves->finish();
-        mail.Subject = Subject;
-        mail.body = body;
-        outbox::hand_over(mail);
-    }
-
-private:
-    outbox::outgoing_mail mail;
-    std::shared_ptr<move_queue> moves;
-};
-
-}
 
 item::item(const QByteArray &in_folder, const listed_mail &mail, QByteArray file, std::shared_ptr<move_queue> queue)
     : lies_in(in_folder),
@@ -65,7 +37,7 @@ QDateTime item::ReceivedTime() const
 
 std::unique_ptr<outlook::ReplyItem> item::Reply()
 {
-    return std::make_unique<reply_item>(head, moves);
+    return mail::reply_to(head, [queue = moves] { queue->finish(); });
 }
 
 void item::Move(outlook::MailFolder &target)

@@ -1,7 +1,32 @@
 #include "platform/real/mail/real_mail_client.h"
+#include "platform/app_folder.h"
 #include "platform/mail_settings.h"
+#include "platform/passwords.h"
+#include "platform/real/imap/imap_folder.h"
+#include "platform/real/mail/access_token.h"
 #include "platform/real/mail/maildir_folder.h"
 #include <QFile>
+
+namespace {
+
+// Password or token are looked up for each connection: the user may have typed another one.
+net::place imap_place()
+{
+    const mail::client_settings settings = mail::read_client_settings();
+    net::place place;
+    place.speaks = net::protocol::imap;
+    place.server = settings.incoming;
+    place.authority_file = settings.authority_file;
+    mail::set_login(place, settings, passwords::read(passwords::of::mailbox), net::present_patience());
+    return place;
+}
+
+QByteArray account_name(const mail::server &server)
+{
+    return (server.user + u'@' + server.host + u':' + QString::number(server.port)).toUtf8();
+}
+
+}
 
 real_mail_client::real_mail_client() : memory(std::make_shared<maildir::client_memory>()) {}
 
@@ -14,8 +39,22 @@ std::unique_ptr<outlook::Application> real_mail_client::GetObject()
 
 std::unique_ptr<outlook::Application> real_mail_client::CreateObject()
 {
-    if (mail::configured_kind() != mail::client_kind::maildir)
+    const mail::client_kind kind = mail::configured_kind();
+    if (kind == mail::client_kind::imap)
+        return imap_client();
+    if (kind != mail::client_kind::maildir)
         return nullptr;
     const mail::maildir_place place = mail::maildir_path();
     return std::make_unique<maildir::application>(QFile::encodeName(place.path), place.made_on_demand, memory);
+}
+
+// Another server or user begins with nothing known, and hangs up.
+std::unique_ptr<outlook::Application> real_mail_client::imap_client()
+{
+    const QByteArray name = account_name(mail::read_client_settings().incoming);
+    const QString cache = app_path(u"\\mailcache.sqlite");
+    if (!imap_memory || account != name)
+        imap_memory = std::make_shared<imap::account_memory>(name, imap_place, cache);
+    account = name;
+    return std::make_unique<imap::application>(imap_memory);
 }
