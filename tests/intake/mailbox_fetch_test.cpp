@@ -131,12 +131,10 @@ void mailbox_fetch_test::an_unsubscribe_is_acted_on_once()
     box.put("private@example.org", "unsubscribe 1038");
     QVERIFY(box.site.fetch_and_leave());
     QVERIFY(box.site.fetch_and_leave());
-    // The sender's address is replaced by the entry's, so the mail that stays looks new to the next fetch.
-    QEXPECT_FAIL("", "an unsubscribe mail that stays in the mailbox is acted on at every fetch", Continue);
     QCOMPARE(box.site.column(blocked), QStringList{"ann@example.net"});
-    QCOMPARE(box.site.column("select tsl_Email from orders").value(0), QString("ann@example.net"));
+    QCOMPARE(box.site.column("select tsl_Email from orders"), QStringList{"ann@example.net"});
     const auto kept = outbox::contents();
-    QVERIFY(!kept.empty());
+    QCOMPARE(kept.size(), size_t(1));
     QCOMPARE(kept[0].To, QStringList{"zoe@example.net"});
     QCOMPARE(kept[0].SendingAccount, QString("orders@example.org"));
     QCOMPARE(kept[0].Subject, QString("You are off the list"));
