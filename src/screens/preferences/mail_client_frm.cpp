@@ -191,5 +191,5 @@ void mail_client_frm::keyPressEvent(QKeyEvent *event)
 
 QSize mail_client_frm::sizeHint() const
 {
-    return {980, 690};
+    return {1000, 740};
 }
