@@ -72,7 +72,6 @@ private slots:
             imap::response_reader reader(pieces{bytes, size});
             for (const QByteArray &wanted : answers)
                 QCOMPARE(reader.next().bytes.toByteArray(), wanted);
-            QVERIFY(!reader.holds_more());
         }
     }
 

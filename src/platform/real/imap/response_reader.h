@@ -26,7 +26,6 @@ public:
     // server sends: a line without end, or literals without number. Of the literals of one answer only the first
     // 32 MiB are kept.
     response next();
-    bool holds_more() const { return begin < filled; } // of an answer, whole or not
 
 private:
     void more(qsizetype at_least);
