@@ -46,8 +46,8 @@ QList<wire_fault> seeded_faults(int count, const wire_counts &whole)
         const bool early = number / 4 % 2 == 0;
         fault.direction = !early && random.bounded(5) == 0 ? wire::to_server : wire::to_client;
         const qint64 all = fault.direction == wire::to_server ? whole.to_server : whole.to_client;
-        fault.at_byte =
-            early ? random.bounded(dialogue_bytes) : dialogue_bytes + random.bounded(qMax<qint64>(1, all - dialogue_bytes));
+        fault.at_byte = early ? random.bounded(dialogue_bytes)
+                              : dialogue_bytes + random.bounded(qMax<qint64>(1, all - dialogue_bytes));
         if (fault.direction == wire::to_server)
             fault.at_byte = random.bounded(all);
         fault.connection = random.bounded(3) == 0 ? -1 : 0;

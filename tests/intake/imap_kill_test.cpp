@@ -16,8 +16,7 @@ constexpr int orders = 60;
 QStringList shim(const imap_fault_site &site, const QString &calls, const QString &setting)
 {
     return {"LD_PRELOAD=" + qEnvironmentVariable("DISK_SHIM"), "DISK_SHIM_CALLS=" + calls,
-            "DISK_SHIM_COUNT=" + site.path("count"), "ASAN_OPTIONS=verify_asan_link_order=0",
-            "DISK_SHIM_" + setting};
+            "DISK_SHIM_COUNT=" + site.path("count"), "ASAN_OPTIONS=verify_asan_link_order=0", "DISK_SHIM_" + setting};
 }
 
 int calls_of_a_whole_fetch(const imap_fault_site &site, quint16 port, const QString &calls)
@@ -90,10 +89,8 @@ const QList<spoiling> spoilings{
          const QByteArray bytes = bytes_of_file(site.path("mailcache.sqlite"));
          write_file(site.path("mailcache.sqlite"), bytes.left(bytes.size() / 2));
      }},
-    {"all zeroes",
-     [](const imap_fault_site &site, dovecot_server &) {
-         write_file(site.path("mailcache.sqlite"), QByteArray(20000, '\0'));
-     }},
+    {"all zeroes", [](const imap_fault_site &site,
+                      dovecot_server &) { write_file(site.path("mailcache.sqlite"), QByteArray(20000, '\0')); }},
     {"empty", [](const imap_fault_site &site, dovecot_server &) { write_file(site.path("mailcache.sqlite"), {}); }},
     {"no database",
      [](const imap_fault_site &site, dovecot_server &) {
@@ -109,8 +106,7 @@ const QList<spoiling> spoilings{
          remove_cache(site);
          QDir().mkpath(site.path("mailcache.sqlite/inside"));
      }},
-    {"of a mailbox that was made anew since",
-     [](const imap_fault_site &site, dovecot_server &server) {
+    {"of a mailbox that was made anew since", [](const imap_fault_site &site, dovecot_server &server) {
          server.stop();
          for (const QString &name : QDir(server.maildir(site.user)).entryList({"dovecot*"}, QDir::Files))
              QFile::remove(server.maildir(site.user) + u'/' + name);
@@ -163,7 +159,8 @@ void imap_kill_test::killed_anywhere()
     const QStringList wrong = in_lanes(int(kills.size()), [&](int number) {
         const kill &one = kills[number];
         const QString found = kill_then_fetch(*sites[size_t(number)], server.imap_port, one.calls, one.at);
-        return found.isEmpty() ? found : QString("killed before call %1 of the %2: %3").arg(one.at).arg(one.calls, found);
+        return found.isEmpty() ? found
+                               : QString("killed before call %1 of the %2: %3").arg(one.at).arg(one.calls, found);
     });
     QVERIFY2(wrong.isEmpty(), qPrintable(wrong.join("\n\n")));
     qInfo("%lld kills", qlonglong(kills.size()));

@@ -285,6 +285,5 @@ QString imap_fault_site::what_is_wrong_after_fetch() const
 
 QString imap_fault_site::what_is_wrong_with_answers() const
 {
-    return answered() == blocked() ? QString()
-                                   : "answers to " + answered().join(", ") + " for " + blocked().join(", ");
+    return answered() == blocked() ? QString() : "answers to " + answered().join(", ") + " for " + blocked().join(", ");
 }

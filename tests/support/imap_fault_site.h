@@ -45,8 +45,8 @@ public:
     QStringList in_inbox() const { return files_in(server.maildir(user)); }
     QStringList moved() const { return files_in(server.maildir(user, QStringLiteral("Tessaly_Inbox"))); }
     // "" when as it ought to be, else what is wrong.
-    QString what_is_missing() const;           // each mail is in a folder once; whatever left the Inbox has its row
-    QString what_is_wrong_after_fetch() const; // and all of ours left it, are stored once, and stand in the map
+    QString what_is_missing() const;            // each mail is in a folder once; whatever left the Inbox has its row
+    QString what_is_wrong_after_fetch() const;  // and all of ours left it, are stored once, and stand in the map
     QString what_is_wrong_with_answers() const; // one for each address that was blocked
     const QString user;
 

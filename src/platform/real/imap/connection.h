@@ -60,8 +60,8 @@ private:
     bool good = true;
 
     QElapsedTimer listening;
-    qint64 useless_ns = 0;    // listened for since something of use came
-    qint64 literal_bytes = 0; // of the present answer, not counted as of use yet
+    qint64 useless_ns = 0;      // listened for since something of use came
+    qint64 literal_bytes = 0;   // of the present answer, not counted as of use yet
     qint64 literals_of_use = 0; // since something of use came
 };
 

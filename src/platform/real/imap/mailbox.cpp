@@ -186,11 +186,10 @@ void mailbox::fetch_heads(const QByteArray &uids)
     if (exists == 0)
         return;
     quint64 heads = 0;
-    line->ask("UID FETCH " + uids + head_items,
-              [this, &heads](const response &from, const answer &said) {
-                  return heads++ <= exists && take_head(from, said);
-              },
-              {});
+    line->ask(
+        "UID FETCH " + uids + head_items,
+        [this, &heads](const response &from, const answer &said) { return heads++ <= exists && take_head(from, said); },
+        {});
     while (line->is_busy()) {
         line->listen();
         if (new_heads.size() >= heads_a_save)

@@ -31,7 +31,7 @@ private:
         quint32 validity = 0; // of the UIDs
         int attempts = 0;     // that the server refused for a reason which passes
         bool was_sent = false;
-        bool was_cut = false; // sent once before: what is gone was moved, perhaps while we look
+        bool was_cut = false;        // sent once before: what is gone was moved, perhaps while we look
         std::vector<uid_range> went; // as the server's COPYUID says
         bool told_what_went = false;
     };

@@ -26,7 +26,6 @@ public:
     // server sends: a line without end, or literals without number. Of the literals of one answer only the first
     // 32 MiB are kept.
     response next();
-    bool holds_more() const { return begin < filled; } // of an answer, whole or not
     qint64 literal_to_come() const { return literal_left; } // while the source is asked
 
 private:
