@@ -118,50 +118,49 @@ struct lie {
 class imap_hostile_test : public QObject {
     Q_OBJECT
 private slots:
-    void a_all +=
-    {);
-        void cancel_ends_endless_talk();
+    void no_lie_harms();
+    void cancel_ends_endless_talk();
 
-    private:
-        static QString what_is_wrong(const lie &one);
-        void harmless_lies();
-        void deadly_lies();
-        void odd_lies();
-        void endless_lies();
-        void moving_lies();
-        QList<lie> all;
-    };
+private:
+    static QString what_is_wrong(const lie &one);
+    void harmless_lies();
+    void deadly_lies();
+    void odd_lies();
+    void endless_lies();
+    void moving_lies();
+    QList<lie> all;
+};
 
 void imap_hostile_test::harmless_lies()
 {
     all += lie{"none", lie_before(greeting, {}), good};
-all += lie{"mails never asked for", lie_before(bodies, body(7, "77") + head(8, "88")), good};
-all += lie{"a mail twice", lie_before(bodies, body(1, "1")), good};
-all += lie{"an answer without UID", lie_before(bodies, "* 1 FETCH (FLAGS (\\Seen))\r\n"), good};
-all += lie{"answers to nobody", lie_before(bodies, "x77 OK done\r\nt999 NO never\r\n"), good};
-all += lie{"NUL bytes", lie_before(noop, QByteArray("* OK a\0b\0\r\n", 11)), good};
-all += lie{"a folder in broken modified UTF-7",
-        lie_before(other_folders, "* LIST () \".\" \"&\"\r\n* LIST () \".\" \"&AAA&-&!!!-\"\r\n"), good};
-all += lie{"a folder with control characters",
-        lie_before(other_folders, "* LIST () \".\" \"a\x01\x7f b\"\r\n* LIST () \".\" {3}\r\na\r\n\r\n"), good};
+    all += lie{"mails never asked for", lie_before(bodies, body(7, "77") + head(8, "88")), good};
+    all += lie{"a mail twice", lie_before(bodies, body(1, "1")), good};
+    all += lie{"an answer without UID", lie_before(bodies, "* 1 FETCH (FLAGS (\\Seen))\r\n"), good};
+    all += lie{"answers to nobody", lie_before(bodies, "x77 OK done\r\nt999 NO never\r\n"), good};
+    all += lie{"NUL bytes", lie_before(noop, QByteArray("* OK a\0b\0\r\n", 11)), good};
+    all += lie{"a folder in broken modified UTF-7",
+               lie_before(other_folders, "* LIST () \".\" \"&\"\r\n* LIST () \".\" \"&AAA&-&!!!-\"\r\n"), good};
+    all += lie{"a folder with control characters",
+               lie_before(other_folders, "* LIST () \".\" \"a\x01\x7f b\"\r\n* LIST () \".\" {3}\r\na\r\n\r\n"), good};
 }
 
 void imap_hostile_test::deadly_lies()
 {
     all += lie{"a literal of 4 GiB", lie_instead(bodies, "* 1 FETCH (UID 1 BODY[] {4294967296}\r\nabc"), failed};
-    all += lie{"a literal of all numbers", lie_instead(bodies, "* 1 FETCH (UID 1 BODY[] {99999999999999999999999}\r\nabc"),
-            failed};
+    all += lie{"a literal of all numbers",
+               lie_instead(bodies, "* 1 FETCH (UID 1 BODY[] {99999999999999999999999}\r\nabc"), failed};
     all += lie{"a line of 10 MiB", lie_instead(heads, "* 1 FETCH (" + QByteArray(10 << 20, 'a')), failed};
-    all += lie{"a million parentheses", lie_instead(heads, "* 1 FETCH " + QByteArray(1 << 20, '(') + "\r\n%t OK done\r\n"),
-            failed};
+    all += lie{"a million parentheses",
+               lie_instead(heads, "* 1 FETCH " + QByteArray(1 << 20, '(') + "\r\n%t OK done\r\n"), failed};
     all += lie{"4294967295 mails",
-            lie_instead(selecting, "* 4294967295 EXISTS\r\n* OK [UIDVALIDITY 7] .\r\n%t OK done\r\n"), failed};
+               lie_instead(selecting, "* 4294967295 EXISTS\r\n* OK [UIDVALIDITY 7] .\r\n%t OK done\r\n"), failed};
     all += lie{"no IMAP at all", lie_instead(greeting, "220 hello\r\n"), failed};
     all += lie{"a page of the web", lie_instead(heads, "<html>\r\n<p>%t OK\r\n"), failed};
     all += lie{"SELECT refused", lie_instead(selecting, "%t NO not today\r\n"), failed};
     for (int at = capability; at < moves; ++at)
         all += lie{QString("goodbye at step %1").arg(at), (honest_until(at) << say("* BYE enough\r\n") << hang_up()),
-                (at < folders ? failed : either)};
+                   (at < folders ? failed : either)};
 }
 
 void imap_hostile_test::odd_lies()
@@ -171,13 +170,14 @@ void imap_hostile_test::odd_lies()
     all += lie{"a UID twice", lie_instead(heads, head(1, "1") + head(2, "1") + end), either};
     all += lie{"UID zero", lie_instead(heads, head(1, "0") + head(2, "0") + end), either};
     all += lie{"UIDs over 32 bits", lie_instead(heads, head(1, "4294967296") + head(2, "18446744073709551617") + end),
-            either};
+               either};
     all += lie{"the last UID of all", lie_instead(heads, head(1, "1") + head(2, "4294967295") + end), either};
     all += lie{"logged in already", lie_instead(greeting, "* PREAUTH [CAPABILITY IMAP4rev1] in\r\n"), either};
-    all += lie{"more mails than told", lie_instead(selecting, "* 1 EXISTS\r\n* OK [UIDVALIDITY 7] .\r\n" + end), either};
+    all +=
+        lie{"more mails than told", lie_instead(selecting, "* 1 EXISTS\r\n* OK [UIDVALIDITY 7] .\r\n" + end), either};
     all += lie{"nothing is done", lie_instead(greeting, "* OK hello\r\n"), either};
     all += lie{"UIDs found that nobody can list",
-            (honest_until(heads) << say(end) << answer_all("* SEARCH 1:4294967295\r\n%t OK done\r\n")), either};
+               (honest_until(heads) << say(end) << answer_all("* SEARCH 1:4294967295\r\n%t OK done\r\n")), either};
 }
 
 void imap_hostile_test::endless_lies()
@@ -190,9 +190,9 @@ void imap_hostile_test::endless_lies()
     all += lie{"one list without end", talk_for_ever(folders, "* LIST () \".\" INBOX.a\r\n"), failed};
     all += lie{"heads without end", talk_for_ever(heads, head(1, "1") + head(2, "2") + head(3, "3")), failed};
     all += lie{"a literal without end",
-            (honest_until(bodies) << say("* 1 FETCH (UID 1 BODY[] {200000000}\r\n")
-                                  << say_for_ever(QByteArray(65536, 'a'))),
-            failed};
+               (honest_until(bodies) << say("* 1 FETCH (UID 1 BODY[] {200000000}\r\n")
+                                     << say_for_ever(QByteArray(65536, 'a'))),
+               failed};
     all += lie{"answers to nobody without end", talk_for_ever(heads, "x1 OK done\r\n"), failed};
     all += lie{"moved without end", talk_for_ever(moves, "* OK [COPYUID 9 1:2 1:2] .\r\n"), failed};
 }
