@@ -40,6 +40,7 @@ int main(int argc, char **argv)
         break;
     }
     the<menuFrm>().show();
+    the<menuFrm>().start_delivery();
     the<frmSplash>().show();
     return QApplication::exec();
 }

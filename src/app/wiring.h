@@ -1,7 +1,7 @@
 // Which real service stands behind which platform header. Tests wire their stand-ins instead.
 #pragma once
-#include "platform/real/mail/no_mail_session.h"
 #include "platform/real/mail/real_mail_client.h"
+#include "platform/real/mail_session/real_mail_session.h"
 #include "screens/desktop_dialogs.h"
 #include "screens/message_boxes.h"
 
@@ -17,5 +17,5 @@ private:
     message_boxes boxes;
     desktop_dialogs dialogs;
     real_mail_client mail;
-    no_mail_session mail_session;
+    real_mail_session mail_session;
 };

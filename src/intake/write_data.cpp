@@ -70,6 +70,8 @@ std::optional<QString> handle_unsubscribe_message(mapi::MAPIMessages &messages, 
     const auto address = unsubscribing_address(mail);
     if (!address || sender_was_blocked)
         return std::nullopt;
+    if (is_blocked(*address)) // the mail stays in the mailbox and comes at every fetch: it was acted on before
+        return address;
     block_address(sender);
     const confirmation answer = unsubscribe_confirmation(table);
     const int here = messages.MsgIndex;

@@ -16,8 +16,8 @@
 #include "platform/app_folder.h"
 #include "platform/network.h"
 #include "platform/process.h"
-#include "platform/real/mail/no_mail_session.h"
 #include "platform/real/mail/real_mail_client.h"
+#include "platform/real/mail_session/real_mail_session.h"
 #include "platform/services.h"
 
 #include <QCommandLineParser>
@@ -62,7 +62,7 @@ std::optional<net::patience> patience_for(const QString &seconds)
 int run(const QString &job)
 {
     real_mail_client mail_client;
-    no_mail_session mail_session;
+    real_mail_session mail_session;
     services = {&mail_client, &mail_session, nullptr};
     switch (start_up()) {
     case start::another_instance:

@@ -20,6 +20,11 @@ QDate today()
     return now().date();
 }
 
+qint64 seconds_now()
+{
+    return qint64(time(nullptr));
+}
+
 QDateTime wall_clock(qint64 seconds_since_1970)
 {
     const auto moment = time_t(seconds_since_1970);

@@ -15,6 +15,7 @@ QString read(of which);
 // answers. A failure to write the file throws.
 place save(of which, const QString &password);
 place where(of which);    // its own: nowhere also when the mailbox's will do
+place will_lie();         // where a new one goes, as far as can be told without asking
 void forget_remembered(); // the next read asks again
 
 }

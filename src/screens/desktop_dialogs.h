@@ -5,4 +5,6 @@
 class desktop_dialogs : public dialog_service {
 public:
     std::optional<QString> ShowSave(const QString &proposal, const QString &filter) override;
+    std::optional<QString> ShowOpen(const QString &proposal, const QString &filter) override;
+    std::optional<QString> ShowFolder(const QString &proposal) override;
 };

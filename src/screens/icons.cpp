@@ -16,6 +16,7 @@ const QColor envelope_blue(0x2f, 0x6f, 0xb5);
 const QColor arrow_green(0x2e, 0x9b, 0x5f);
 const QColor paper_white(0xfb, 0xfc, 0xfe);
 const QColor lamp_yellow(0xf2, 0xb1, 0x34);
+const QColor alarm_red(0xc9, 0x3a, 0x3a);
 
 void draw_envelope(QPainter &painter, const QRectF &box)
 {
@@ -105,6 +106,58 @@ void draw_tessaly(QPainter &painter)
         painter.drawLine(QPointF(x - 1.2, 18.5), QPointF(x + 1.2, 18.5));
 }
 
+void draw_mail_client(QPainter &painter)
+{
+    draw_envelope(painter, {2.5, 3, 19, 12.5});
+    painter.setPen(QPen(arrow_green, 2, Qt::SolidLine, Qt::RoundCap));
+    painter.drawLine(QPointF(12, 16), QPointF(12, 21));
+    painter.drawLine(QPointF(6, 21), QPointF(18, 21));
+}
+
+void draw_disc(QPainter &painter, const QColor &colour)
+{
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(colour);
+    painter.drawEllipse(QPointF(12, 12), 9.5, 9.5);
+    painter.setPen(QPen(paper_white, 2.4, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.setBrush(Qt::NoBrush);
+}
+
+void draw_running(QPainter &painter)
+{
+    draw_disc(painter, envelope_blue);
+    painter.drawPolyline(QPolygonF{{12, 6.5}, {12, 12}, {16, 14}}); // a clock
+}
+
+void draw_good(QPainter &painter)
+{
+    draw_disc(painter, arrow_green);
+    painter.drawPolyline(QPolygonF{{7.5, 12.5}, {10.8, 15.8}, {16.5, 8.8}});
+}
+
+void draw_warning(QPainter &painter)
+{
+    painter.setPen(QPen(lamp_yellow, 2, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.setBrush(lamp_yellow);
+    painter.drawPolygon(QPolygonF{{12, 3.5}, {21.5, 20}, {2.5, 20}});
+    painter.setPen(QPen(Qt::black, 2.2, Qt::SolidLine, Qt::RoundCap));
+    painter.drawLine(QPointF(12, 9.5), QPointF(12, 14));
+    painter.drawPoint(QPointF(12, 17.3));
+}
+
+void draw_failed(QPainter &painter)
+{
+    draw_disc(painter, alarm_red);
+    painter.drawLine(QPointF(8.5, 8.5), QPointF(15.5, 15.5));
+    painter.drawLine(QPointF(15.5, 8.5), QPointF(8.5, 15.5));
+}
+
+void draw_skipped(QPainter &painter)
+{
+    draw_disc(painter, QColor(0x8a, 0x8f, 0x96));
+    painter.drawLine(QPointF(7.5, 12), QPointF(16.5, 12));
+}
+
 // The marks on column heads take the text's colour, so that they are seen on a dark desktop too.
 void draw_sort_mark(QPainter &painter, bool up, bool down)
 {
@@ -136,6 +189,12 @@ const std::map<QString, draw_routine> &pictures()
         {QStringLiteral("help"), draw_help},
         {QStringLiteral("tips"), draw_tips},
         {QStringLiteral("tessaly"), draw_tessaly},
+        {QStringLiteral("mail_client"), draw_mail_client},
+        {QStringLiteral("running"), draw_running},
+        {QStringLiteral("good"), draw_good},
+        {QStringLiteral("warning"), draw_warning},
+        {QStringLiteral("failed"), draw_failed},
+        {QStringLiteral("skipped"), draw_skipped},
         {QStringLiteral("key1"), [](QPainter &painter) { draw_sort_mark(painter, true, false); }},
         {QStringLiteral("key2"), [](QPainter &painter) { draw_sort_mark(painter, false, true); }},
         {QStringLiteral("keynone"), [](QPainter &painter) { draw_sort_mark(painter, false, false); }},

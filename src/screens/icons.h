@@ -4,7 +4,8 @@
 #include <QString>
 
 // "key1" (ascending), "key2" (descending), "keynone" (not sorted), "fetchmail", "mauditor_mnu", "inbox", "sent",
-// "help", "tips",
+// "help", "tips", "mail_client",
+// "running", "good", "warning", "failed", "skipped" (steps of a test),
 // "tessaly" (the program's). Under the pointer a toolbar's picture lights up.
 QIcon drawn_icon(const QString &name);
 QPixmap drawn_picture(const QString &name, int size); // one size of it, not lit

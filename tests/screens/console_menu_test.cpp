@@ -44,6 +44,7 @@ const QStringList whole_menu{
     "    ot \"Open Existing Template\"",
     "  mauditor_mnu \"Mail A&uditor\"",
     "  unsubopt_mnu \"&Subscription Manager\"",
+    "  outbox_mnu \"&Outbox\"",
     "label \"&Labels\"",
     "  label1 \"Label &Formatter\"",
     "  gen_lab \"Label &Wizard\"",
@@ -55,6 +56,7 @@ const QStringList whole_menu{
     "preferences \"&Preferences\"",
     "  general \"General\"",
     "  account \"Accounts\"",
+    "  mail_client_mnu \"&Mail Client\"",
     "help \"&Help\"",
     "  contents \"&Contents              F1\"",
     "  showtips \"&Show Tips\"",
@@ -94,7 +96,8 @@ private slots:
                 enabled += action->objectName();
         }
         enabled.sort();
-        QCOMPARE(enabled, (QStringList{"about", "contents", "exit", "fetchmail", "mauditor_mnu", "showtips"}));
+        QCOMPARE(enabled, (QStringList{"about", "contents", "exit", "fetchmail", "mail_client_mnu", "mauditor_mnu",
+                                       "outbox_mnu", "showtips"}));
     }
 
     void composer_menus_are_hidden()

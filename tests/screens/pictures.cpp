@@ -12,6 +12,7 @@
 #include "screens/list_view.h"
 #include "screens/message_boxes.h"
 #include "screens/screen.h"
+#include "support/screens_album.h"
 #include "support/screens_driver.h"
 #include "support/screens_site.h"
 
@@ -26,17 +27,6 @@
 
 namespace {
 
-struct album {
-    QString folder;
-    QString desktop; // "light" or "dark"
-
-    void keep(QWidget &window, const QString &name) const
-    {
-        QTest::qWait(30); // the animation's first frame
-        window.grab().save(folder + "/" + desktop + "-" + name + ".png");
-    }
-};
-
 QPalette dark_colours()
 {
     QPalette colours(QColor(0x35, 0x37, 0x3a), QColor(0x2a, 0x2c, 0x2f));
@@ -49,8 +39,8 @@ QPalette dark_colours()
 
 void fill_site(screens_site &site)
 {
-    for (const char *file :
-         {"/delivered/tips.tip", "/delivered/pictures/otl-to-tsl.gif", "/delivered/pictures/tsl-to-dtb.gif"}) {
+    for (const char *file : {"/delivered/tips.tip", "/delivered/mail_providers.tsv",
+                             "/delivered/pictures/otl-to-tsl.gif", "/delivered/pictures/tsl-to-dtb.gif"}) {
         const QString from = QStringLiteral(SOURCE_ROOT) + file;
         QFile::copy(from, site.file(from.section('/', -1)));
     }
@@ -68,7 +58,7 @@ void fill_site(screens_site &site)
 void picture_console(const album &pictures, menuFrm &console)
 {
     pictures.keep(console, "menuFrm");
-    for (const char *name : {"file", "mail", "help"}) {
+    for (const char *name : {"file", "mail", "preferences", "help"}) {
         auto &menu = control<QMenu>(console, name);
         menu.popup({});
         pictures.keep(menu, QString("menuFrm-") + name);
@@ -159,6 +149,8 @@ void take_pictures(const album &pictures)
     picture_small_console(pictures, console);
     picture_waits(pictures, console);
     picture_small_screens(pictures);
+    picture_mail_client(pictures, console);
+    picture_outbox(pictures, console);
     picture_question(pictures);
 }
 

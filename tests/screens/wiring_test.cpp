@@ -1,5 +1,6 @@
 // The program's own wiring: every service that a fetch may ask for is there, whatever client is configured.
 #include "app/wiring.h"
+#include "frame/messages.h"
 #include "frame/session.h"
 #include "frame/store.h"
 #include "intake/fetch_session.h"
@@ -17,23 +18,27 @@
 class wiring_test : public QObject {
     Q_OBJECT
 private slots:
-    void a_client_that_is_not_at_hand_is_a_failure_not_a_crash_data()
+    void a_client_that_is_not_set_up_is_a_failure_not_a_crash_data()
     {
         QTest::addColumn<QString>("kind");
-        QTest::newRow("one that reads and leaves") << "pop3";
-        QTest::newRow("one over a file") << "mbox";
-        QTest::newRow("one with folders elsewhere") << "imap";
+        QTest::addColumn<QString>("words");
+        QTest::newRow("one that reads and leaves") << "pop3"
+                                                   << "No user name is set for the mailbox.";
+        QTest::newRow("one over a file") << "mbox"
+                                         << "No mbox file is set.";
     }
 
-    void a_client_that_is_not_at_hand_is_a_failure_not_a_crash()
+    void a_client_that_is_not_set_up_is_a_failure_not_a_crash()
     {
         QFETCH(QString, kind);
+        QFETCH(QString, words);
         screens_site site;
         const wiring services_in_force;
+        set_message_service(&site.boxes); // nobody is there to close the program's own
         SaveSetting("mail_client", "kind", kind);
         site.store.add_account("orders", "orders@shop.example");
         the<mailfrm>().load();
-        QCOMPARE(site.status_lines.filter("no mail client of the configured kind").size(), 1);
+        QCOMPARE((site.boxes.shown + site.status_lines).filter(words).size(), 1);
         QCOMPARE(session.err_routine, "Form_load");
         QVERIFY(!intake::fetching.MAPISession1);
         the<mailfrm>().unload();

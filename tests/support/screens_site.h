@@ -1,8 +1,8 @@
 // A small site for screen tests: a fresh store and a Maildir in a temporary folder, the real services over them, and
 // scripted message boxes. Begins and ends with no screen alive.
 #pragma once
-#include "platform/real/mail/no_mail_session.h"
 #include "platform/real/mail/real_mail_client.h"
+#include "platform/real/mail_session/real_mail_session.h"
 #include "support/scripted_messages.h"
 #include "support/test_store.h"
 
@@ -25,6 +25,6 @@ public:
 
 private:
     real_mail_client mail;
-    no_mail_session mail_session;
+    real_mail_session mail_session;
     qint64 next_delivery = 1786000000; // 6 August 2026
 };

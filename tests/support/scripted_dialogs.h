@@ -18,6 +18,20 @@ public:
 
     std::optional<QString> ShowSave(const QString &proposal, const QString &filter) override
     {
+        return next_choice(proposal, filter);
+    }
+    std::optional<QString> ShowOpen(const QString &proposal, const QString &filter) override
+    {
+        return next_choice(proposal, filter);
+    }
+    std::optional<QString> ShowFolder(const QString &proposal) override
+    {
+        return next_choice(proposal, QStringLiteral("folder"));
+    }
+
+private:
+    std::optional<QString> next_choice(const QString &proposal, const QString &filter)
+    {
         asked += proposal + u'|' + filter;
         if (choices.empty())
             qFatal("A file dialog without a prepared choice: %s", qPrintable(proposal));

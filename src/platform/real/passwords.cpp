@@ -151,6 +151,11 @@ place where(of which)
     return own(which).isEmpty() ? place::nowhere : place::keyring;
 }
 
+place will_lie()
+{
+    return may_have_keyring() ? place::keyring : place::settings_file;
+}
+
 void forget_remembered()
 {
     const int next = state.generation + 1;

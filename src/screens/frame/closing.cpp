@@ -1,6 +1,7 @@
 #include "screens/frame/closing.h"
 #include "frame/error_log.h"
 #include "frame/store.h"
+#include "platform/mail_delivery.h"
 #include "platform/process.h"
 
 namespace {
@@ -13,6 +14,7 @@ struct closing_state {
 
 void end_program()
 {
+    delivery::stop(); // what still waits goes out after the next start
     guarded("menuFrm.frm", "Form_Unload", close_store);
     if (closing.end)
         closing.end();

@@ -6,6 +6,7 @@
 #include "frame/session.h"
 #include "frame/status.h"
 #include "intake/progress_page.h"
+#include "platform/mail_delivery.h"
 #include "platform/network.h"
 #include "screens/frame/Exit_frm.h"
 #include "screens/frame/closing.h"
@@ -14,10 +15,12 @@
 #include "screens/frame/frmAbout.h"
 #include "screens/frame/frmSplash.h"
 #include "screens/frame/menu_tree.h"
+#include "screens/frame/outbox_frm.h"
 #include "screens/frame/status_text.h"
 #include "screens/icons.h"
 #include "screens/intake/mailfrm.h"
 #include "screens/intake/mfetchinprogress_frm.h"
+#include "screens/preferences/mail_client_frm.h"
 #include "screens/screen.h"
 
 #include <QAction>
@@ -29,6 +32,7 @@
 #include <QStatusBar>
 #include <QTimer>
 #include <QToolBar>
+#include <QToolButton>
 
 namespace {
 
@@ -38,7 +42,11 @@ constexpr int tick_waits_ms = 5000; // the window stands still meanwhile
 }
 
 menuFrm::menuFrm(QWidget *parent)
-    : QMainWindow(parent), area(new console_area(this)), Timer1(new QTimer(this)), lasting_line(new status_text(this))
+    : QMainWindow(parent),
+      area(new console_area(this)),
+      Timer1(new QTimer(this)),
+      lasting_line(new status_text(this)),
+      outbox_b(new QToolButton(this))
 {
     setObjectName("menuFrm");
     setWindowTitle("Tessaly");
@@ -52,11 +60,19 @@ menuFrm::menuFrm(QWidget *parent)
     lasting_line->setObjectName("status_l");
     statusBar()->addPermanentWidget(lasting_line);
     lasting_line->hide(); // adding has shown it
+    outbox_b->setObjectName("outbox_b");
+    outbox_b->setAutoRaise(true);
+    outbox_b->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    outbox_b->setIcon(drawn_icon("sent"));
+    statusBar()->addPermanentWidget(outbox_b);
+    outbox_b->hide();
     Timer1->setObjectName("Timer1");
     Timer1->setInterval(tick_ms);
     build_menu();
     works("fetchmail", &menuFrm::fetchmail_Click);
     works("mauditor_mnu", &menuFrm::mauditor_mnu_Click);
+    works("outbox_mnu", &menuFrm::outbox_mnu_Click);
+    works("mail_client_mnu", &menuFrm::mail_client_mnu_Click);
     works("exit", &menuFrm::exit_Click);
     works("contents", &menuFrm::contents_Click);
     works("showtips", &menuFrm::showtips_Click);
@@ -65,6 +81,7 @@ menuFrm::menuFrm(QWidget *parent)
     give_spoken_names(*this);
 
     connect(Timer1, &QTimer::timeout, this, &menuFrm::Timer1_Timer);
+    connect(outbox_b, &QToolButton::clicked, this, &menuFrm::outbox_mnu_Click);
     set_screen_area(area);
     set_status_sink([line = QPointer<status_text>(lasting_line)](const QString &text) {
         if (line)
@@ -180,6 +197,38 @@ void menuFrm::mauditor_mnu_Click()
 {
     session.no_fetch = true;
     the<mailfrm>().show();
+}
+
+void menuFrm::outbox_mnu_Click()
+{
+    the<outbox_frm>().show();
+}
+
+void menuFrm::mail_client_mnu_Click()
+{
+    the<mail_client_frm>().show();
+}
+
+void menuFrm::start_delivery()
+{
+    guarded("menuFrm.frm", "start_delivery", [this] {
+        delivery::start([self = QPointer<menuFrm>(this)](const delivery::report &told) {
+            if (self)
+                self->delivery_told(told);
+        });
+        delivery_told(delivery::present());
+    });
+}
+
+void menuFrm::delivery_told(const delivery::report &told)
+{
+    const QString line = told.line.simplified();
+    outbox_b->setText(fontMetrics().elidedText(line, Qt::ElideRight, width() / 3));
+    outbox_b->setToolTip("<qt>" + line.toHtmlEscaped() + "</qt>");
+    outbox_b->setAccessibleName("Outbox: " + line);
+    outbox_b->setVisible(!line.isEmpty());
+    if (is_visible<outbox_frm>())
+        the<outbox_frm>().delivery_told(told);
 }
 
 void menuFrm::exit_Click()

@@ -5,6 +5,10 @@
 
 class QMenu;
 class QTimer;
+class QToolButton;
+namespace delivery {
+struct report;
+}
 class console_area;
 class status_text;
 
@@ -14,7 +18,9 @@ public:
     explicit menuFrm(QWidget *parent = nullptr);
     ~menuFrm() override;
 
-    void Timer1_Timer(); // one tick: fetches when it is due
+    void Timer1_Timer();   // one tick: fetches when it is due
+    void start_delivery(); // what waits in the Outbox goes out from here on, and the status bar tells of it
+    void delivery_told(const delivery::report &told);
 
 protected:
     void closeEvent(QCloseEvent *event) override;
@@ -30,6 +36,8 @@ private:
 
     void fetchmail_Click();
     void mauditor_mnu_Click();
+    void outbox_mnu_Click();
+    void mail_client_mnu_Click();
     void exit_Click();
     void contents_Click();
     void showtips_Click();
@@ -40,5 +48,6 @@ private:
     console_area *area;
     QTimer *Timer1;
     status_text *lasting_line;
-    bool closing = false; // the question was answered; a second close asks nothing
+    QToolButton *outbox_b; // what waits to be sent
+    bool closing = false;  // the question was answered; a second close asks nothing
 };

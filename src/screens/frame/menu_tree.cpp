@@ -20,6 +20,7 @@ const std::vector<menu_entry> &menu_tree()
         {2, false, "ot", "Open Existing Template"},
         {1, false, "mauditor_mnu", "Mail A&uditor"},
         {1, false, "unsubopt_mnu", "&Subscription Manager"},
+        {1, false, "outbox_mnu", "&Outbox"},
 
         {0, true, "label", "&Labels"},
         {1, false, "label1", "Label &Formatter"},
@@ -34,6 +35,7 @@ const std::vector<menu_entry> &menu_tree()
         {0, true, "preferences", "&Preferences"},
         {1, false, "general", "General"},
         {1, false, "account", "Accounts"},
+        {1, false, "mail_client_mnu", "&Mail Client"},
 
         {0, true, "help", "&Help"},
         {1, false, "contents", "&Contents              F1"},

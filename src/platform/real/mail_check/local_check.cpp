@@ -16,7 +16,7 @@ bool is_open_for(const QString &path, int mode)
     return faccessat(AT_FDCWD, QFile::encodeName(path).constData(), mode, AT_EACCESS) == 0;
 }
 
-QString mail_count(qlonglong count)
+QString folder_contents(qlonglong count)
 {
     if (count == 0)
         return QStringLiteral("%1 holds no mail now.");
@@ -25,7 +25,7 @@ QString mail_count(qlonglong count)
 
 step_end holds(const QString &path, qlonglong count)
 {
-    const QString sentence = mail_count(count);
+    const QString sentence = folder_contents(count);
     return {check_state::good, count > 1 ? sentence.arg(path, QString::number(count)) : sentence.arg(path)};
 }
 

@@ -11,7 +11,7 @@ namespace {
 
 const QByteArray folder_name = "Tessaly_Inbox";
 
-QString mail_count(qlonglong count)
+QString mailbox_contents(qlonglong count)
 {
     if (count == 0)
         return QStringLiteral("It is empty.");
@@ -98,7 +98,7 @@ step_end look_at_inbox(talk &with)
     for (const QByteArray &line : answer.untagged)
         if (line.toUpper().endsWith(" EXISTS"))
             count = line.first(line.indexOf(' ')).toLongLong();
-    return {check_state::good, mail_count(count)};
+    return {check_state::good, mailbox_contents(count)};
 }
 
 // On some servers every folder stands below the Inbox.
@@ -161,7 +161,7 @@ bool check_pop3(check_run &run)
         if (!answer.ok)
             return refusal(QStringLiteral("The server does not open the mailbox."), QString::fromUtf8(answer.words));
         count = answer.words.split(' ').constFirst().toLongLong();
-        return {check_state::good, mail_count(count)};
+        return {check_state::good, mailbox_contents(count)};
     }) && run.step(QStringLiteral("Names of the mails"), [&with, count] {
         const step_end how = look_at_numbers(with, count);
         with.say_goodbye("QUIT");

@@ -10,10 +10,10 @@ namespace {
 constexpr qsizetype most_answers = 10;
 constexpr qint64 an_hour = 3600;
 constexpr qsizetype lines_worth_cleaning = 1000;
-const QString file_name = QStringLiteral("answers.ledger");
+const QString ledger_file = QStringLiteral("answers.ledger");
 
 // A clock that was set back must not keep an answer for ever.
-bool counts(qint64 then, qint64 seconds)
+bool is_recent(qint64 then, qint64 seconds)
 {
     return qAbs(seconds - then) < an_hour;
 }
@@ -27,7 +27,7 @@ QByteArray line_of(const QString &address, qint64 then)
 
 answer_ledger::answer_ledger(const QString &in_folder) : folder(in_folder), clean_at(lines_worth_cleaning)
 {
-    QFile file(folder + u'/' + file_name);
+    QFile file(folder + u'/' + ledger_file);
     if (!file.open(QIODevice::ReadOnly))
         return;
     const QByteArray all = file.readAll();
@@ -45,7 +45,7 @@ answer_ledger::answer_ledger(const QString &in_folder) : folder(in_folder), clea
 bool answer_ledger::is_full(const QString &address, qint64 seconds) const
 {
     const QList<qint64> then = answers.value(address.toCaseFolded());
-    return std::count_if(then.begin(), then.end(), [seconds](qint64 one) { return counts(one, seconds); }) >=
+    return std::count_if(then.begin(), then.end(), [seconds](qint64 one) { return is_recent(one, seconds); }) >=
            most_answers;
 }
 
@@ -54,7 +54,7 @@ void answer_ledger::note(const QString &address, qint64 seconds)
     if (lines >= clean_at)
         clean(seconds);
     const QString key = address.toCaseFolded();
-    append_to_file(folder + u'/' + file_name, line_of(key, seconds));
+    append_to_file(folder + u'/' + ledger_file, line_of(key, seconds));
     answers[key].append(seconds);
     ++lines;
 }
@@ -64,13 +64,13 @@ void answer_ledger::clean(qint64 seconds)
     QByteArray all;
     lines = 0;
     for (auto one = answers.begin(); one != answers.end();) {
-        one->removeIf([seconds](qint64 then) { return !counts(then, seconds); });
+        one->removeIf([seconds](qint64 then) { return !is_recent(then, seconds); });
         for (const qint64 then : *one)
             all += line_of(one.key(), then);
         lines += one->size();
         one = one->isEmpty() ? answers.erase(one) : std::next(one);
     }
-    replace_durably(folder, {file_name, all});
+    replace_durably(folder, {ledger_file, all});
     clean_at = qMax(lines_worth_cleaning, 2 * lines);
 }
 

@@ -8,8 +8,8 @@ struct delivery_facts {
     counts left;
     bool busy = false;
     bool keeps_all = false; // nothing is to go out
-    QString failure;        // what closed the way
-    QString next_try;       // "14:05"; with a failure
+    QString failure = {};   // what closed the way
+    QString next_try = {};  // "14:05"; with a failure
     bool limited = false;   // mailings wait for the hour's limit
 };
 

@@ -1,8 +1,8 @@
 #include "platform/real/outbox/delivery_round.h"
+#include "platform/clock.h"
 #include "platform/real/mail/mail_address.h"
 #include "platform/real/outbox/retry_plan.h"
 #include "platform/real/outbox/sending_address.h"
-#include <QDateTime>
 #include <algorithm>
 
 namespace outbox {
@@ -10,11 +10,6 @@ namespace outbox {
 namespace {
 
 constexpr qsizetype announced_at_once = 20; // in doubt after a power cut, at most
-
-qint64 this_moment()
-{
-    return QDateTime::currentSecsSinceEpoch();
-}
 
 QStringList waiting_of(const record &mail)
 {
@@ -54,12 +49,6 @@ void note_fates(record &mail, const smtp::outcome &outcome)
     mail.left = std::move(left);
 }
 
-bool any(const record &mail, recipient_state state)
-{
-    return std::any_of(mail.left.begin(), mail.left.end(),
-                       [state](const recipient &one) { return one.state == state; });
-}
-
 }
 
 delivery_round::delivery_round(outbox_shelf &mails, const sending_order &order, const net::patience &patience,
@@ -87,21 +76,21 @@ round_result delivery_round::run()
     } catch (const run_time_error &error) {
         result.failure = error;
     }
-    const bool mailings_wait = !shelf.next_due(this_moment(), 1, 1).isEmpty();
-    if (!result.failure && mailings_wait && rate.allowed(this_moment()) == 0)
-        result.limited_until = rate.next_moment(this_moment());
+    const bool mailings_wait = !shelf.next_due(seconds_now(), 1, 1).isEmpty();
+    if (!result.failure && mailings_wait && rate.allowed(seconds_now()) == 0)
+        result.limited_until = rate.next_moment(seconds_now());
     return result;
 }
 
 bool delivery_round::send_next()
 {
-    const QStringList next = shelf.next_due(this_moment(), rate.allowed(this_moment()), 1);
+    const QStringList next = shelf.next_due(seconds_now(), rate.allowed(seconds_now()), 1);
     if (next.isEmpty())
         return false;
     const QString &id = next.first();
     if (!journal.is_announced(id))
         journal.announce(
-            shelf.next_due(this_moment(), qMin(rate.allowed(this_moment()), announced_at_once), announced_at_once));
+            shelf.next_due(seconds_now(), qMin(rate.allowed(seconds_now()), announced_at_once), announced_at_once));
     const auto mail = shelf.claim(id);
     return !mail || send_one(*mail);
 }
@@ -125,8 +114,8 @@ bool delivery_round::send_one(record mail)
         return note_gone(mail.id);
     if (outcome.line_is_broken)
         return keep_broken_off(before, mail);
-    if (any(mail, recipient_state::waiting))
-        note_postponed(mail, this_moment());
+    if (has_any(mail, recipient_state::waiting))
+        note_postponed(mail, seconds_now());
     return keep(mail);
 }
 
@@ -136,7 +125,7 @@ smtp::outcome delivery_round::hand_out(const record &mail, const QString &from)
     try {
         smtp::outcome outcome = way->send(from, waiting_of(mail), with_sender(eml, from), [&] {
             if (mail.Kind == mail_kind::mailing)
-                rate.note_one(this_moment());
+                rate.note_one(seconds_now());
             journal.sending(mail.id);
             told.at_its_end(true);
         });
@@ -168,7 +157,7 @@ bool delivery_round::keep(const record &mail)
 // Behind its end it is in doubt, and a server that does this may do it again: the next mail waits a while.
 bool delivery_round::keep_broken_off(const record &before, record mail)
 {
-    const bool in_doubt = any(mail, recipient_state::unknown);
+    const bool in_doubt = has_any(mail, recipient_state::unknown);
     const bool ends = told.shall_end();
     if (!in_doubt && (ends || broke_the_line != mail.id)) {
         broke_the_line = mail.id;
@@ -177,8 +166,8 @@ bool delivery_round::keep_broken_off(const record &before, record mail)
         return !ends;
     }
     result.failure = net::failure(net::trouble::closed, mail.left.front().words);
-    if (any(mail, recipient_state::waiting))
-        note_postponed(mail, this_moment());
+    if (has_any(mail, recipient_state::waiting))
+        note_postponed(mail, seconds_now());
     keep(mail);
     return false;
 }

@@ -1,4 +1,5 @@
 #include "platform/real/outbox/delivery_worker.h"
+#include "platform/clock.h"
 #include "platform/real/outbox/retry_plan.h"
 #include <QDateTime>
 
@@ -8,11 +9,6 @@ namespace {
 
 constexpr qint64 grace_ms = 5000; // for the server's word on a mail that has gone
 constexpr int longest_wait = 60;  // a clock may be set
-
-qint64 this_moment()
-{
-    return QDateTime::currentSecsSinceEpoch();
-}
 
 qint64 earlier_of(qint64 one, qint64 other)
 {
@@ -73,12 +69,12 @@ bool delivery_worker::is_time() const
 {
     if (!order || keeps_all(order->settings))
         return false;
-    return (something_came && failures == 0) || (next_look > 0 && next_look <= this_moment());
+    return (something_came && failures == 0) || (next_look > 0 && next_look <= seconds_now());
 }
 
 int delivery_worker::seconds_to_wait() const
 {
-    const qint64 left = next_look == 0 ? longest_wait : next_look - this_moment();
+    const qint64 left = next_look == 0 ? longest_wait : next_look - seconds_now();
     return int(qBound(qint64(1), left, qint64(longest_wait)));
 }
 
@@ -150,7 +146,7 @@ void delivery_worker::note_result(const round_result &result)
     if (result.sent > 0)
         failures = 0;
     failure = result.failure->description;
-    next_look = this_moment() + seconds_until_reconnecting(++failures);
+    next_look = seconds_now() + seconds_until_reconnecting(++failures);
 }
 
 }

@@ -8,7 +8,7 @@ namespace outbox {
 
 namespace {
 
-const QString file_name = QStringLiteral("mailings.rate");
+const QString rate_file = QStringLiteral("mailings.rate");
 constexpr double an_hour_in_seconds = 3600;
 constexpr double at_once = 1.0 / 6;
 constexpr double nearly = 1e-6; // of what adding up has rounded away
@@ -18,7 +18,7 @@ constexpr double nearly = 1e-6; // of what adding up has rounded away
 mailing_rate::mailing_rate(const QString &in_folder, int an_hour)
     : folder(in_folder), limit(an_hour), most(qMax(1.0, an_hour * at_once)), tokens(most)
 {
-    QFile file(folder + u'/' + file_name);
+    QFile file(folder + u'/' + rate_file);
     if (limit == 0 || !file.open(QIODevice::ReadOnly))
         return;
     const QByteArrayList words = file.readAll().trimmed().split(' ');
@@ -52,7 +52,7 @@ void mailing_rate::note_one(qint64 seconds)
         return;
     fill(seconds);
     tokens = qMax(0.0, tokens - 1);
-    replace_durably(folder, {file_name, QByteArray::number(tokens, 'f', 4) + ' ' + QByteArray::number(at) + '\n'});
+    replace_durably(folder, {rate_file, QByteArray::number(tokens, 'f', 4) + ' ' + QByteArray::number(at) + '\n'});
 }
 
 qint64 mailing_rate::next_moment(qint64 seconds)

@@ -51,12 +51,6 @@ Value value_named(const std::array<named<Value>, count> &names, const QString &n
     return otherwise;
 }
 
-bool any(const record &mail, recipient_state state)
-{
-    return std::any_of(mail.left.begin(), mail.left.end(),
-                       [state](const recipient &one) { return one.state == state; });
-}
-
 QString reason_of(const record &mail)
 {
     QStringList reasons;
@@ -93,13 +87,19 @@ QDateTime moment_in(const QString &text, const QString &id)
 
 }
 
+bool has_any(const record &mail, recipient_state state)
+{
+    return std::any_of(mail.left.begin(), mail.left.end(),
+                       [state](const recipient &one) { return one.state == state; });
+}
+
 mail_state state_of(const record &mail)
 {
     if (mail.held)
         return mail_state::held;
-    if (any(mail, recipient_state::waiting))
+    if (has_any(mail, recipient_state::waiting))
         return mail_state::waiting;
-    return any(mail, recipient_state::unknown) ? mail_state::unknown : mail_state::refused;
+    return has_any(mail, recipient_state::unknown) ? mail_state::unknown : mail_state::refused;
 }
 
 kept_mail as_kept(const record &mail)

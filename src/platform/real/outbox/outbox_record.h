@@ -25,6 +25,8 @@ struct record {
     qint64 first_try = 0, next_try = 0; // seconds since 1970; 0: none yet
 };
 
+bool has_any(const record &mail, recipient_state state); // recipients left in that state
+
 // Held, else waiting as long as anybody waits, else unknown if anybody is.
 mail_state state_of(const record &mail);
 kept_mail as_kept(const record &mail);

@@ -1,0 +1,31 @@
+// What is remembered of the mails of POP3 mailboxes, in <app>/pop3memory.sqlite. The file may be deleted or damaged at
+// any time: it is then made anew, and where it cannot be, a nameless one serves this process. Nothing here fails.
+#pragma once
+#include "platform/real/mail_session/mailbox.h"
+#include <QSet>
+#include <memory>
+#include <optional>
+
+namespace pop3 {
+
+class mail_memory {
+public:
+    mail_memory(const QString &path, const QByteArray &mailbox); // server and user
+    ~mail_memory();
+    mail_memory(const mail_memory &) = delete;
+    mail_memory &operator=(const mail_memory &) = delete;
+
+    QSet<QByteArray> keys();
+    void keep(const QByteArray &key, const reading::mail_facts &facts);
+    std::optional<reading::mail_facts> facts(const QByteArray &key);
+    void keep_text(const QByteArray &key, const QString &text); // not a very long one, and not without bound
+    std::optional<QString> text(const QByteArray &key);
+    void forget_all_but(const QSet<QByteArray> &keys);
+    void commit(); // what was kept so far outlives a kill
+
+private:
+    struct file;
+    std::unique_ptr<file> self;
+};
+
+}

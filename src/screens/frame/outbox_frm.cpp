@@ -1,0 +1,149 @@
+#include "screens/frame/outbox_frm.h"
+#include "frame/error_log.h"
+#include "frame/messages.h"
+#include "frame/outbox_words.h"
+#include "platform/mail_delivery.h"
+#include "screens/frame/outbox_list.h"
+#include "screens/icons.h"
+#include "ui_outbox_frm.h"
+
+#include <QScrollBar>
+#include <QSet>
+#include <QTimer>
+
+namespace {
+
+constexpr int refresh_ms = 500; // reports come as fast as mails go out
+
+const char *const nothing_there = "The Outbox is empty.\nEvery mail that the program sends waits here until the server "
+                                  "has taken it.";
+
+}
+
+outbox_frm::outbox_frm(QWidget *parent)
+    : screen(parent), ui(std::make_unique<Ui::outbox_frm>()), rows(new outbox_list(this)), Timer1(new QTimer(this))
+{
+    ui->setupUi(this);
+    setWindowIcon(drawn_icon("sent"));
+    ui->qt_splitter->setStretchFactor(0, 3);
+    ui->qt_splitter->setStretchFactor(1, 1);
+    ui->LV_outbox->setModel(rows);
+    ui->LV_outbox->set_empty_text(nothing_there);
+    ui->LV_outbox->remember_columns("outbox_frm.LV_outbox", {200, 240, 80, 280, 170});
+    Timer1->setObjectName("Timer1");
+    Timer1->setSingleShot(true);
+    Timer1->setInterval(refresh_ms);
+
+    connect(ui->LV_outbox->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            &outbox_frm::LV_outbox_Click);
+    connect(ui->again_b, &QPushButton::clicked, this, &outbox_frm::again_b_Click);
+    connect(ui->delete_b, &QPushButton::clicked, this, &outbox_frm::delete_b_Click);
+    connect(ui->now_b, &QPushButton::clicked, this, &outbox_frm::now_b_Click);
+    connect(ui->close_b, &QPushButton::clicked, this, &outbox_frm::close_b_Click);
+    connect(Timer1, &QTimer::timeout, this, &outbox_frm::show_mails);
+}
+
+outbox_frm::~outbox_frm() = default;
+
+void outbox_frm::Load()
+{
+    show_mails();
+    ui->LV_outbox->setFocus();
+}
+
+// What is selected stays selected, and the list stays where it was read.
+void outbox_frm::show_mails()
+{
+    guarded("outbox_frm.frm", "show_mails", [this] {
+        QSet<QString> selected;
+        for (const outbox::kept_mail &mail : selected_mails())
+            selected += mail.id;
+        const int place = ui->LV_outbox->verticalScrollBar()->value();
+        rows->set_mails(outbox::contents());
+        show_summary(delivery::present());
+        QItemSelection again;
+        for (int row = 0; row < rows->rowCount(); ++row)
+            if (selected.contains(rows->mail(row).id))
+                again.select(rows->index(row, 0), rows->index(row, rows->columnCount() - 1));
+        ui->LV_outbox->selectionModel()->select(again, QItemSelectionModel::ClearAndSelect);
+        ui->LV_outbox->verticalScrollBar()->setValue(place);
+    });
+    LV_outbox_Click();
+}
+
+void outbox_frm::delivery_told(const delivery::report &told)
+{
+    show_summary(told);
+    if (!Timer1->isActive())
+        Timer1->start();
+}
+
+void outbox_frm::show_summary(const delivery::report &told)
+{
+    ui->summary_l->setText(told.line);
+    ui->summary_l->setVisible(!told.line.isEmpty());
+}
+
+std::vector<outbox::kept_mail> outbox_frm::selected_mails() const
+{
+    std::vector<outbox::kept_mail> found;
+    for (const QModelIndex &index : ui->LV_outbox->selectionModel()->selectedRows())
+        found.push_back(rows->mail(index.row()));
+    return found;
+}
+
+void outbox_frm::LV_outbox_Click()
+{
+    const QModelIndexList chosen = ui->LV_outbox->selectionModel()->selectedRows();
+    ui->again_b->setEnabled(!chosen.isEmpty());
+    ui->delete_b->setEnabled(!chosen.isEmpty());
+    const QString id = chosen.isEmpty() ? QString() : rows->mail(chosen.first().row()).id;
+    if (id == shown_id)
+        return;
+    shown_id = id;
+    ui->text_t->clear();
+    if (!id.isEmpty())
+        guarded("outbox_frm.frm", "LV_outbox", [&] { ui->text_t->setPlainText(outbox_words::text_to_read(id)); });
+}
+
+void outbox_frm::again_b_Click()
+{
+    const QString question = outbox_words::send_again_question(selected_mails());
+    if (!question.isEmpty() && !yes_no(question, "Outbox"))
+        return;
+    do_to_selected("again_b", outbox::send_again);
+}
+
+void outbox_frm::delete_b_Click()
+{
+    if (yes_no(outbox_words::delete_question(selected_mails()), "Outbox"))
+        do_to_selected("delete_b", outbox::discard);
+}
+
+void outbox_frm::do_to_selected(const char *routine, bool (*deed)(const QString &id))
+{
+    qsizetype left_alone = 0;
+    guarded("outbox_frm.frm", routine, [&] {
+        for (const outbox::kept_mail &mail : selected_mails())
+            left_alone += deed(mail.id) ? 0 : 1;
+    });
+    guarded("outbox_frm.frm", routine, delivery::wake);
+    show_mails();
+    if (left_alone > 0)
+        say(outbox_words::left_alone_text(left_alone), "Outbox");
+}
+
+void outbox_frm::now_b_Click()
+{
+    guarded("outbox_frm.frm", "now_b", delivery::wake);
+}
+
+void outbox_frm::close_b_Click()
+{
+    unload();
+}
+
+QSize outbox_frm::sizeHint() const
+{
+    return {980, 520};
+}

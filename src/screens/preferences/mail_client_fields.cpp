@@ -1,0 +1,284 @@
+#include "screens/preferences/mail_client_fields.h"
+#include "frame/text.h"
+#include "ui_mail_client_frm.h"
+
+namespace {
+
+const char *const in_file =
+    "\u26a0 No keyring answers here: the password will lie unencrypted in the settings file, which "
+    "only your own login may open.";
+const char *const readable = "\u26a0 Not encrypted: the password and every mail can be read on their way.";
+
+// In the order of the list's lines.
+constexpr std::array securities{mail::security::tls, mail::security::starttls, mail::security::none};
+constexpr std::array roads{mail::send_by::smtp, mail::send_by::sendmail, mail::send_by::keep};
+
+template <typename Values, typename Value>
+int line_of(const Values &values, Value value)
+{
+    return int(std::find(values.begin(), values.end(), value) - values.begin());
+}
+
+QString text_in(const QLineEdit &field)
+{
+    return field.text().trimmed(); // names and addresses are pasted with tabs and line ends around them
+}
+
+bool is_whole_address(const QString &address)
+{
+    const qsizetype at = address.lastIndexOf(u'@');
+    return at > 0 && address.indexOf(u'.', at) > at + 1 && !address.endsWith(u'.');
+}
+
+}
+
+mail_client_fields::mail_client_fields(Ui::mail_client_frm &page, QObject *parent)
+    : QObject(parent),
+      ui(page),
+      fetching{ui.host_t, ui.security_c, ui.port_s, ui.user_t},
+      sending{ui.smtp_host_t, ui.smtp_security_c, ui.smtp_port_s, ui.smtp_user_t}
+{
+    for (QComboBox *list : {ui.security_c, ui.smtp_security_c})
+        list->addItems({"TLS from the start", "STARTTLS", "None"});
+    ui.send_c->addItems({"By a sending server (SMTP)", "By this machine's sendmail", "Not now: keep it in the Outbox"});
+    connect_fields();
+}
+
+void mail_client_fields::connect_fields()
+{
+    connect(ui.address_t, &QLineEdit::textEdited, this, &mail_client_fields::fill_by_address);
+    for (QLineEdit *field : {ui.host_t, ui.user_t, ui.smtp_host_t, ui.smtp_user_t, ui.from_t})
+        connect(field, &QLineEdit::textEdited, this, [this, field] { mark_as_own(*field); });
+    for (QComboBox *list : {ui.security_c, ui.smtp_security_c, ui.send_c}) {
+        connect(list, &QComboBox::activated, this, [this, list] { own += list; });
+        connect(list, &QComboBox::currentIndexChanged, this, &mail_client_fields::show_what_applies);
+    }
+    for (QSpinBox *field : {ui.port_s, ui.smtp_port_s})
+        connect(field, &QSpinBox::valueChanged, this, [this, field] {
+            if (!filling)
+                own += field;
+        });
+    for (QRadioButton *choice : {ui.imap_o, ui.pop3_o, ui.maildir_o, ui.mbox_o})
+        connect(choice, &QRadioButton::clicked, this, &mail_client_fields::kind_Click);
+    for (QCheckBox *box : {ui.other_password_c, ui.no_login_c, ui.token_c})
+        connect(box, &QCheckBox::toggled, this, &mail_client_fields::show_what_applies);
+    for (QLineEdit *field : std::initializer_list<QLineEdit *>{ui.password_t, ui.smtp_password_t, ui.token_command_t,
+                                                               ui.host_t, ui.smtp_host_t})
+        connect(field, &QLineEdit::textChanged, this, &mail_client_fields::show_what_applies);
+}
+
+void mail_client_fields::mark_as_own(QLineEdit &field)
+{
+    if (field.text().isEmpty())
+        own -= &field; // free again for what the address says
+    else
+        own += &field;
+}
+
+void mail_client_fields::show_server(const server_fields &fields, const mail::server &place)
+{
+    fields.host->setText(place.host);
+    fields.security->setCurrentIndex(line_of(securities, place.secured));
+    fields.port->setValue(place.port);
+    fields.user->setText(place.user);
+}
+
+void mail_client_fields::show_entries(const mail_page::entries &stored)
+{
+    filling = true;
+    const mail::client_settings &settings = stored.settings;
+    const auto kind = settings.configured ? settings.kind : mail::client_kind::imap; // what is recommended
+    (kind == mail::client_kind::imap      ? ui.imap_o
+     : kind == mail::client_kind::pop3    ? ui.pop3_o
+     : kind == mail::client_kind::maildir ? ui.maildir_o
+                                          : ui.mbox_o)
+        ->setChecked(true);
+    shown_kind = kind;
+    maildir = settings.maildir;
+    mbox = settings.mbox;
+    ui.path_t->setText(kind == mail::client_kind::mbox ? mbox : maildir);
+    ui.address_t->setText(stored.address);
+    ui.password_t->setText(stored.password);
+    show_server(fetching, settings.incoming);
+    show_server(sending, settings.smtp);
+    ui.send_c->setCurrentIndex(line_of(roads, settings.sending));
+    ui.other_password_c->setChecked(stored.smtp_password.has_value());
+    ui.smtp_password_t->setText(stored.smtp_password.value_or(QString()));
+    ui.from_t->setText(settings.from);
+    ui.per_hour_s->setValue(settings.mailings_per_hour);
+    ui.no_login_c->setChecked(!settings.smtp_logs_in);
+    ui.token_c->setChecked(settings.use_token);
+    ui.token_command_t->setText(settings.token_command);
+    ui.authority_t->setText(settings.authority_file);
+    filling = false;
+    using passwords::place;
+    const place before = passwords::where(passwords::of::mailbox);
+    lies_in_file = (before == place::nowhere ? passwords::will_lie() : before) == place::settings_file;
+    if (settings.configured) // what was saved once is the user's own
+        own = {ui.security_c, ui.smtp_security_c, ui.send_c, ui.port_s, ui.smtp_port_s};
+    for (QLineEdit *field : {ui.host_t, ui.user_t, ui.smtp_host_t, ui.smtp_user_t, ui.from_t})
+        mark_as_own(*field);
+    show_what_applies();
+    fill_by_address();
+}
+
+mail::server mail_client_fields::typed_server(const server_fields &fields) const
+{
+    return {text_in(*fields.host), fields.port->value(), securities[size_t(fields.security->currentIndex())],
+            text_in(*fields.user)};
+}
+
+mail::client_kind mail_client_fields::kind() const
+{
+    return ui.imap_o->isChecked()      ? mail::client_kind::imap
+           : ui.pop3_o->isChecked()    ? mail::client_kind::pop3
+           : ui.maildir_o->isChecked() ? mail::client_kind::maildir
+                                       : mail::client_kind::mbox;
+}
+
+mail_page::entries mail_client_fields::typed_entries() const
+{
+    mail_page::entries typed;
+    mail::client_settings &settings = typed.settings;
+    settings.configured = true;
+    settings.kind = kind();
+    settings.maildir = settings.kind == mail::client_kind::maildir ? text_in(*ui.path_t) : maildir;
+    settings.mbox = settings.kind == mail::client_kind::mbox ? text_in(*ui.path_t) : mbox;
+    settings.incoming = typed_server(fetching);
+    settings.sending = roads[size_t(ui.send_c->currentIndex())];
+    settings.smtp = typed_server(sending);
+    settings.smtp_logs_in = !ui.no_login_c->isChecked();
+    settings.from = text_in(*ui.from_t);
+    settings.use_token = ui.token_c->isChecked();
+    settings.token_command = text_in(*ui.token_command_t);
+    settings.authority_file = text_in(*ui.authority_t);
+    settings.mailings_per_hour = ui.per_hour_s->value();
+    typed.address = text_in(*ui.address_t);
+    typed.password = ui.password_t->text();
+    if (ui.other_password_c->isChecked() || !mail_page::needs_server(settings.kind))
+        typed.smtp_password = ui.smtp_password_t->text();
+    return typed;
+}
+
+void mail_client_fields::show_found(const mail::client_settings &found)
+{
+    filling = true;
+    if (mail_page::needs_server(found.kind))
+        show_server(fetching, found.incoming);
+    if (found.sending == mail::send_by::smtp)
+        show_server(sending, found.smtp);
+    filling = false;
+    show_what_applies();
+}
+
+void mail_client_fields::fill_text(QLineEdit &field, const QString &value)
+{
+    if (!own.contains(&field))
+        field.setText(value);
+}
+
+// A provider's server is filled in. A name that is only likely is shown as what Test will try.
+void mail_client_fields::fill_server(const server_fields &fields, const std::vector<mail::server_guess> &guesses,
+                                     const QString &user)
+{
+    const bool is_known = !guesses.empty() && guesses.front().is_known;
+    const mail::server place = is_known ? guesses.front().place : mail::server();
+    if (!own.contains(fields.security))
+        fields.security->setCurrentIndex(line_of(securities, place.secured));
+    if (!own.contains(fields.port))
+        fields.port->setValue(place.port);
+    fill_text(*fields.host, place.host);
+    fill_text(*fields.user, user);
+    fields.host->setPlaceholderText(
+        is_known || guesses.empty() ? QString() : "found by Test: " + guesses.front().place.host + " ...");
+}
+
+void mail_client_fields::fill_by_address()
+{
+    const QString address = text_in(*ui.address_t);
+    const bool is_whole = is_whole_address(address);
+    const mail::address_guess guess = is_whole ? mail::guess_from_address(address) : mail::address_guess();
+    const auto &incoming = kind() == mail::client_kind::pop3 ? guess.pop3 : guess.imap;
+    const QString user = is_whole && !incoming.empty() ? incoming.front().place.user : QString();
+    const bool is_alone = !mail_page::needs_server(kind()); // no login of a mailbox that would do for sending
+    filling = true;
+    if (is_whole && !own.contains(ui.send_c))
+        ui.send_c->setCurrentIndex(line_of(roads, mail::send_by::smtp));
+    fill_server(fetching, incoming, user.isEmpty() && is_whole ? address : user);
+    fill_server(sending, guess.smtp, is_alone && is_whole ? address : QString());
+    fill_text(*ui.from_t, is_whole ? address : QString());
+    filling = false;
+    ui.provider_l->setText(guess.note);
+    ui.provider_l->setVisible(!guess.note.isEmpty());
+    show_what_applies();
+}
+
+void mail_client_fields::kind_Click()
+{
+    (shown_kind == mail::client_kind::mbox ? mbox : maildir) = text_in(*ui.path_t);
+    shown_kind = kind();
+    ui.path_t->setText(shown_kind == mail::client_kind::mbox ? mbox : maildir);
+    fill_by_address();
+}
+
+void mail_client_fields::show_what_applies()
+{
+    if (filling)
+        return;
+    const bool is_server = mail_page::needs_server(kind());
+    const bool is_file = kind() == mail::client_kind::mbox;
+    ui.qt_places->setCurrentWidget(is_server ? ui.server_fr : ui.file_fr);
+    ui.path_lb->setText(is_file ? "Fi&le:" : "Fo&lder:");
+    ui.path_t->setAccessibleName(is_file ? "File" : "Folder");
+    ui.path_t->setPlaceholderText(is_file ? QString() : "empty: ~/Maildir, else the program's own folder");
+    for (QWidget *one : std::initializer_list<QWidget *>{ui.password_lb, ui.password_t, ui.show_c})
+        one->setVisible(is_server);
+    const bool prints_token = ui.token_c->isChecked() && !text_in(*ui.token_command_t).isEmpty();
+    ui.password_t->setEnabled(!prints_token);
+    ui.password_lb->setText(ui.token_c->isChecked() ? "&Access token:" : "&Password:");
+    ui.password_t->setAccessibleName(ui.token_c->isChecked() ? "Access token" : "Password");
+    ui.token_command_lb->setEnabled(ui.token_c->isChecked());
+    ui.token_command_t->setEnabled(ui.token_c->isChecked());
+    ui.readable_l->setText(readable);
+    ui.readable_l->setVisible(mail_page::is_readable_on_the_way(typed_server(fetching)));
+    show_sending_that_applies();
+    show_file_warning();
+    show_ports();
+}
+
+void mail_client_fields::show_sending_that_applies()
+{
+    const bool is_smtp = roads[size_t(ui.send_c->currentIndex())] == mail::send_by::smtp;
+    const bool is_alone = !mail_page::needs_server(kind());
+    const bool logs_in = is_smtp && !ui.no_login_c->isChecked();
+    const bool own_password = logs_in && (is_alone || ui.other_password_c->isChecked());
+    for (QWidget *one :
+         std::initializer_list<QWidget *>{ui.smtp_host_lb, ui.smtp_host_t, ui.smtp_security_lb, ui.smtp_security_c,
+                                          ui.smtp_port_lb, ui.smtp_port_s, ui.no_login_c})
+        one->setEnabled(is_smtp);
+    ui.smtp_user_lb->setEnabled(logs_in);
+    ui.smtp_user_t->setEnabled(logs_in);
+    ui.smtp_user_t->setPlaceholderText(is_alone ? QString() : "as for fetching");
+    ui.other_password_c->setEnabled(logs_in);
+    ui.other_password_c->setVisible(!is_alone);
+    ui.smtp_password_lb->setVisible(own_password);
+    ui.smtp_password_t->setVisible(own_password);
+    ui.smtp_readable_l->setText(readable);
+    ui.smtp_readable_l->setVisible(is_smtp && mail_page::is_readable_on_the_way(typed_server(sending)));
+}
+
+void mail_client_fields::show_file_warning()
+{
+    const bool is_typed = (!ui.password_t->isHidden() && !ui.password_t->text().isEmpty()) ||
+                          (!ui.smtp_password_t->isHidden() && !ui.smtp_password_t->text().isEmpty());
+    ui.file_warning_l->setText(in_file);
+    ui.file_warning_l->setVisible(lies_in_file && is_typed);
+}
+
+void mail_client_fields::show_ports()
+{
+    const int incoming = mail::usual_port(kind(), typed_server(fetching).secured);
+    ui.port_s->setSpecialValueText(mail_page::usual_port_text(incoming));
+    ui.smtp_port_s->setSpecialValueText(
+        mail_page::usual_port_text(mail::usual_smtp_port(typed_server(sending).secured)));
+}

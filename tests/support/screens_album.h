@@ -1,0 +1,17 @@
+// Pictures of screens, for eyes: where they go, and those of the mail client's page and the Outbox.
+// The others: tests/screens/pictures.cpp.
+#pragma once
+#include <QString>
+#include <QWidget>
+
+class menuFrm;
+
+struct album {
+    QString folder;
+    QString desktop; // "light" or "dark"
+
+    void keep(QWidget &window, const QString &name) const;
+};
+
+void picture_mail_client(const album &pictures, menuFrm &console);
+void picture_outbox(const album &pictures, menuFrm &console);
