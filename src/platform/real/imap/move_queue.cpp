@@ -7,6 +7,8 @@ namespace imap {
 
 namespace {
 
+constexpr size_t most_ranges = 4 * move_queue::enough; // a server that tells of moves without end is not heard
+
 constexpr int most_attempts = 3;
 
 bool contains(const std::vector<quint32> &uids, quint32 uid)
@@ -127,9 +129,10 @@ void move_queue::ask(const QByteArray &command, std::function<void(move_queue &,
         const auto queue = self.lock();
         if (!queue || !is(said.code, "COPYUID"))
             return false;
+        bool is_new = false;
         for (const some &each : std::vector<some>(queue->under_way)) // it may come before the end of an earlier move
-            queue->note_what_went(each, said);
-        return true;
+            is_new = queue->note_what_went(each, said) || is_new;
+        return is_new;
     };
     box->server().ask(command, hear, [self, done = std::move(done)](const answer &said) {
         if (const auto queue = self.lock())
@@ -138,16 +141,17 @@ void move_queue::ask(const QByteArray &command, std::function<void(move_queue &,
 }
 
 // COPYUID 1700000000 3:5,7 12:15: the second is what went.
-void move_queue::note_what_went(const some &moves, const answer &said)
+bool move_queue::note_what_went(const some &moves, const answer &said)
 {
-    if (!is(said.code, "COPYUID"))
-        return;
+    if (!is(said.code, "COPYUID") || moves->went.size() > most_ranges)
+        return false;
     words numbers(said.details);
     numbers.atom();
     for (const uid_range &range : ranges_in(numbers.atom()))
         moves->went.push_back(range);
     std::sort(moves->went.begin(), moves->went.end(), [](const auto &a, const auto &b) { return a.first < b.first; });
     moves->told_what_went = true;
+    return true;
 }
 
 void move_queue::move(const some &moves)

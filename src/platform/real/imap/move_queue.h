@@ -45,7 +45,7 @@ private:
     void copy(const some &moves);
     void mark_and_expunge(const some &moves);
     void expunge_only_ours(const some &moves);
-    void note_what_went(const some &moves, const answer &said);
+    bool note_what_went(const some &moves, const answer &said);
     bool is_tried_again(const some &moves, const answer &said);
     void leave_out_those_gone(const some &moves);
     void end(const some &moves);
