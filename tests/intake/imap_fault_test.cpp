@@ -78,8 +78,6 @@ QString fetch_spoilt_then_cleanly(const imap_fault_site &site, quint16 server_po
     }
     if (wrong.isEmpty())
         wrong = site.wait_for_sessions();
-    if (wrong.isEmpty())
-        wrong = site.what_is_missing();
     if (!wrong.isEmpty())
         return "after the fault: " + wrong;
     if (site.log().contains("not in the folder any more"))
@@ -87,7 +85,7 @@ QString fetch_spoilt_then_cleanly(const imap_fault_site &site, quint16 server_po
     const timed_run clean = site.fetch_cleanly();
     if (clean.run.status != 0)
         return "the clean fetch: " + clean.run.errors;
-    wrong = site.what_is_wrong_after_fetch();
+    wrong = site.wait_for_sessions() + site.what_is_wrong_after_fetch();
     return wrong.isEmpty() ? site.what_is_wrong_with_answers() : wrong;
 }
 

@@ -207,8 +207,8 @@ timed_run imap_fault_site::fetch_cleanly(driver_rights rights) const
     return imap_program::fetch(server.imap_port, user, {}, rights);
 }
 
-// Dovecot writes a line as a session begins and one as it hangs up, when it may still be about the last command: a mail
-// that is being moved is seen twice.
+// Dovecot writes a line as a session begins and one as it hangs up. It writes them late, and may still be about the
+// last command behind them: a mail that is being moved is seen twice.
 QString imap_fault_site::wait_for_sessions() const
 {
     const QByteArray begun = "imap-login: Info: Login: user=<" + user.toUtf8() + '>';
@@ -217,8 +217,7 @@ QString imap_fault_site::wait_for_sessions() const
     since.start();
     while (since.elapsed() < session_wait_ms) {
         const QList<QByteArray> lines = server.log().toUtf8().split('\n');
-        if (lines_with(lines, begun, {}) == lines_with(lines, ended, "Disconnected") &&
-            in_inbox().size() + moved().size() == all_mails)
+        if (lines_with(lines, begun, {}) == lines_with(lines, ended, "Disconnected") && what_is_missing().isEmpty())
             return {};
         QThread::msleep(10);
     }

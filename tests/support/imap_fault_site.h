@@ -39,7 +39,8 @@ public:
     timed_run fetch(quint16 port, const QStringList &variables = {}) const;
     timed_run fetch_cleanly(driver_rights rights = driver_rights::usual) const;
     void put_order(int number); // one more
-    // Also what a client that was cut off had asked for is done then; "" or what did not happen.
+    // Also what a client that was cut off had asked for is done then, and nothing is missing; "" or what did not
+    // happen.
     QString wait_for_sessions() const;
 
     QStringList in_inbox() const { return files_in(server.maildir(user)); }
