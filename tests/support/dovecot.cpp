@@ -156,6 +156,14 @@ QString dovecot_server::file_text(const char *name) const
     return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
 }
 
+void dovecot_server::set_password(const QString &name, const QString &password)
+{
+    for (dovecot_user &each : options.users)
+        if (each.name == name)
+            each.password = password;
+    write_users();
+}
+
 QString dovecot_server::log() const
 {
     return file_text("start.log") + file_text("dovecot.log");

@@ -51,6 +51,7 @@ public:
     void start(); // after stop, on the same ports
     void stop();  // as an administrator would; connections are told BYE
     void kill();  // at once
+    void set_password(const QString &user, const QString &password); // for logins from now on
     QString log() const;
     pid_t pid() const { return process.pid(); }
     QString folder_path() const { return folder.path(); }
