@@ -7,6 +7,8 @@ namespace imap {
 
 namespace {
 
+constexpr size_t most_ranges = 4 * move_queue::enough; // a server that tells of moves without end is not heard
+
 constexpr int most_attempts = 3;
 
 bool contains(const std::vector<quint32> &uids, quint32 uid)
@@ -97,7 +99,7 @@ void move_queue::leave_out_those_gone(const some &moves)
     const bool same_folder = moves->validity == box->uid_validity();
     std::erase_if(moves->uids, [&](quint32 uid) {
         const bool is_gone = !same_folder || !box->list.find(uid);
-        if (is_gone)
+        if (is_gone && !moves->was_cut)
             failures.push_back(mail_is_gone());
         return is_gone;
     });
@@ -127,9 +129,10 @@ void move_queue::ask(const QByteArray &command, std::function<void(move_queue &,
         const auto queue = self.lock();
         if (!queue || !is(said.code, "COPYUID"))
             return false;
+        bool is_new = false;
         for (const some &each : std::vector<some>(queue->under_way)) // it may come before the end of an earlier move
-            queue->note_what_went(each, said);
-        return true;
+            is_new = queue->note_what_went(each, said) || is_new;
+        return is_new;
     };
     box->server().ask(command, hear, [self, done = std::move(done)](const answer &said) {
         if (const auto queue = self.lock())
@@ -138,16 +141,17 @@ void move_queue::ask(const QByteArray &command, std::function<void(move_queue &,
 }
 
 // COPYUID 1700000000 3:5,7 12:15: the second is what went.
-void move_queue::note_what_went(const some &moves, const answer &said)
+bool move_queue::note_what_went(const some &moves, const answer &said)
 {
-    if (!is(said.code, "COPYUID"))
-        return;
+    if (!is(said.code, "COPYUID") || moves->went.size() > most_ranges)
+        return false;
     words numbers(said.details);
     numbers.atom();
     for (const uid_range &range : ranges_in(numbers.atom()))
         moves->went.push_back(range);
     std::sort(moves->went.begin(), moves->went.end(), [](const auto &a, const auto &b) { return a.first < b.first; });
     moves->told_what_went = true;
+    return true;
 }
 
 void move_queue::move(const some &moves)
@@ -267,7 +271,7 @@ void move_queue::end(const some &moves)
 {
     const bool knows = moves->told_what_went || box->server().can("UIDPLUS");
     for (const quint32 uid : moves->uids) {
-        if (knows && !holds(moves->went, uid) && !contains(box->copied, uid))
+        if (knows && !moves->was_cut && !holds(moves->went, uid) && !contains(box->copied, uid))
             failures.push_back(mail_is_gone());
         if (box->list.find(uid))
             box->doubt();
@@ -316,7 +320,7 @@ void move_queue::look_again(const run_time_error &cut, bool is_told)
         for (const some &moves : unclear) {
             if (moves->was_sent && moves->validity == box->uid_validity())
                 std::erase_if(moves->uids, [this](quint32 uid) { return !box->list.find(uid); });
-            moves->was_sent = false;
+            moves->was_cut = std::exchange(moves->was_sent, false);
             under_way.push_back(moves);
         }
         start_waiting();

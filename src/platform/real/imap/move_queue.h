@@ -31,6 +31,7 @@ private:
         quint32 validity = 0; // of the UIDs
         int attempts = 0;     // that the server refused for a reason which passes
         bool was_sent = false;
+        bool was_cut = false;        // sent once before: what is gone was moved, perhaps while we look
         std::vector<uid_range> went; // as the server's COPYUID says
         bool told_what_went = false;
     };
@@ -44,7 +45,7 @@ private:
     void copy(const some &moves);
     void mark_and_expunge(const some &moves);
     void expunge_only_ours(const some &moves);
-    void note_what_went(const some &moves, const answer &said);
+    bool note_what_went(const some &moves, const answer &said);
     bool is_tried_again(const some &moves, const answer &said);
     void leave_out_those_gone(const some &moves);
     void end(const some &moves);
