@@ -214,6 +214,14 @@ private slots:
         QCOMPARE(imap::from_modified_utf7("B\xC3\xBC"), QString::fromUtf8("B\xC3\xBC"));
     }
 
+    void a_search_result_with_stray_brackets_comes_to_an_end()
+    {
+        imap::response_reader reader(pieces{"* ESEARCH (TAG \"t1\") UID ) (\"a\" MIN) \"x\" \t ALL 3:5,7\r\n", 65536});
+        const imap::response from = reader.next();
+        const std::vector<imap::uid_range> found = imap::searched_uids(from, imap::read_answer(from));
+        QVERIFY((found == std::vector<imap::uid_range>{{3, 5}, {7, 7}}));
+    }
+
     void sets_of_uids()
     {
         QCOMPARE(imap::uid_set({}), QByteArray());

@@ -103,9 +103,13 @@ std::vector<uid_range> searched_uids(const response &from, const answer &said)
     if (line.opens())
         while (!line.at_end() && !line.closes())
             line.skip();
-    while (!line.at_end())
-        if (is(line.atom(), "ALL"))
+    while (!line.at_end()) {
+        const QByteArrayView word = line.atom();
+        if (is(word, "ALL"))
             return ranges_in(line.atom());
+        if (word.isEmpty())
+            line.skip();
+    }
     return {};
 }
 
