@@ -32,12 +32,20 @@ struct imap_site : intake_site {
     dovecot_server server;
 };
 
-// The server hands out no zero bytes, and stores none of its own making: such mails differ by its doing.
+// Mails that differ by the server's doing stay out: it hands out no zero bytes, looks for To and Subject beyond the
+// first megabyte of a header, where the Maildir stops, and makes every line end two bytes, of which fewer fit into a
+// body.
+bool is_the_same_over_imap(const hostile_mail &mail)
+{
+    const qsizetype header = qMax(mail.bytes.indexOf("\n\n"), mail.bytes.indexOf("\r\n\r\n"));
+    return !mail.bytes.contains('\0') && header < 1024 * 1024 && mail.bytes.count('\n') < 4'000'000;
+}
+
 std::vector<QByteArray> mails()
 {
     std::vector<QByteArray> found;
     for (const hostile_mail &hostile : hostile_mails(account.toUtf8()))
-        if (!hostile.bytes.contains('\0'))
+        if (is_the_same_over_imap(hostile))
             found.push_back(hostile.bytes);
     for (int number = 0; number < 20; ++number)
         found.push_back(mail_bytes({account, "ann@example.net", "Order " + QString::number(number), "Name: Ann\n"}));
@@ -75,7 +83,6 @@ void imap_fetch_test::the_same_rows_as_over_the_maildir()
     over_maildir.sort(); // mails that come together get their numbers in an order of the server's
     over_imap.sort();
     QVERIFY(over_maildir.size() > 60);
-    QEXPECT_FAIL("", "the two clients do not agree yet which hostile mails are to the account", Continue);
     QCOMPARE(over_imap, over_maildir);
 }
 

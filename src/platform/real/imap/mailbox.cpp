@@ -3,6 +3,7 @@
 #include "platform/real/imap/modified_utf7.h"
 #include "platform/real/mail/access_token.h"
 #include "platform/real/mail/mime_parse.h"
+#include <algorithm>
 
 namespace imap {
 
@@ -238,6 +239,11 @@ void mailbox::compare_all()
             uids.push_back(quint32(uid));
     if (good && uids.size() <= exists) // more than there are is no answer
         list.keep_only(uids);
+}
+
+bool mailbox::was_copied(quint32 uid) const
+{
+    return std::find(copied.begin(), copied.end(), uid) != copied.end();
 }
 
 void mailbox::save()

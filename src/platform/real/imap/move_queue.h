@@ -18,7 +18,7 @@ public:
     // is moved, now or later: the mails stay, and the next fetch meets them again.
     void send();
     // The same, and waits for the outcome of all moves. A connection that was cut on the way is opened again to see
-    // what was moved, and what was not is sent once more.
+    // what was moved; what the server was asked for and has not done stays for the next fetch.
     // told: the failure that ended the walk, if one did; it is not told a second time.
     void finish(const std::optional<run_time_error> &told = {});
 
@@ -31,7 +31,6 @@ private:
         quint32 validity = 0; // of the UIDs
         int attempts = 0;     // that the server refused for a reason which passes
         bool was_sent = false;
-        bool was_cut = false;        // sent once before: what is gone was moved, perhaps while we look
         std::vector<uid_range> went; // as the server's COPYUID says
         bool told_what_went = false;
     };
@@ -55,6 +54,7 @@ private:
                                   std::function<void(move_queue &)> then);
     void listen();
     void look_again(const run_time_error &cut, bool is_told);
+    bool is_some_left(const some &moves) const;
 
     std::shared_ptr<mailbox> box;
     std::vector<std::pair<quint32, QByteArray>> waiting;
