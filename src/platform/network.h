@@ -26,7 +26,7 @@ run_time_error failure(trouble kind, const QString &description);
 bool is_network_failure(const run_time_error &error);
 bool is(const run_time_error &error, trouble kind);
 
-// How long one waits, in milliseconds, and who may end the waiting. A worker thread carries its own.
+// How long one waits, in milliseconds, and who may end the waiting.
 struct patience {
     int connect_ms = 20000;        // from the name to being logged in
     int answer_ms = 30000;         // without a single byte from the server
@@ -34,7 +34,8 @@ struct patience {
     std::function<bool()> give_up; // asked some times a second while waiting; true ends it with cancelled
 };
 
-// What the mail client of the user-interface thread waits by; the defaults above when nothing else was said.
+// What the mail client waits by; the defaults above when nothing else was said. Each thread has its own, and a worker
+// begins with the defaults: hand it the patience that it shall wait by, and put that in force there.
 const patience &present_patience();
 class patience_scope {
 public:

@@ -14,8 +14,9 @@ QString read(of which);
 // Returns where it lies now; an empty text takes it away from everywhere that
 // answers. A failure to write the file throws.
 place save(of which, const QString &password);
-place where(of which);    // its own: nowhere also when the mailbox's will do
-place will_lie();         // where a new one goes, as far as can be told without asking
-void forget_remembered(); // the next read asks again
+place where(of which);         // its own: nowhere also when the mailbox's will do
+place will_lie();              // where a new one goes, as far as can be told without asking
+void forget_remembered();      // the next read asks again
+void set_longest_wait(int ms); // for the keyring, each time: 5 seconds when nothing else was said
 
 }

@@ -5,6 +5,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QLockFile>
 #include <QSettings>
 
 namespace {
@@ -25,12 +26,26 @@ void make_private(const QString &path)
     file.setPermissions(QFile::ReadOwner | QFile::WriteOwner);
 }
 
+// A process killed between making the lock and naming itself in it would hold up the next one for half a minute. A
+// lock that is held is never taken away, however old.
+void pass_dead_lock(const QString &path)
+{
+    constexpr int oldest_nameless_ms = 1000;
+    const QString lock_path = path + QStringLiteral(".lock"); // of QSettings
+    if (!QFile::exists(lock_path))
+        return;
+    QLockFile lock(lock_path);
+    lock.setStaleLockTime(oldest_nameless_ms);
+    lock.lock(); // gone again with this object
+}
+
 template <typename change>
 void change_settings(const change &make)
 {
     before_outside_effect();
     QSettings settings(QStringLiteral("brenmoorbiz"));
     make_private(settings.fileName());
+    pass_dead_lock(settings.fileName());
     make(settings);
     settings.sync();
     if (settings.status() != QSettings::NoError)

@@ -2,10 +2,15 @@
 #include "platform/mail_settings.h"
 #include "platform/settings.h"
 #include "support/fault_points.h"
+#include <QDateTime>
+#include <QElapsedTimer>
 #include <QFile>
+#include <QFileInfo>
+#include <QLockFile>
 #include <QSettings>
 #include <QTest>
 #include <sys/stat.h>
+#include <sys/time.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -167,6 +172,45 @@ private slots:
         QFile file(settings_path());
         QVERIFY(file.open(QFile::ReadOnly));
         QVERIFY(!file.readAll().contains("gone soon"));
+    }
+
+    // As a process leaves it that was killed right behind making it.
+    void a_lock_without_an_owner_holds_nobody_up()
+    {
+        SaveSetting("mail_client", "user", "jane");
+        QFile lock(settings_path() + ".lock");
+        QVERIFY(lock.open(QFile::WriteOnly));
+        lock.close();
+        QElapsedTimer since;
+        since.start();
+        SaveSetting("mail_client", "user", "joe");
+        QVERIFY2(since.elapsed() < 10000, qPrintable(QString::number(since.elapsed())));
+        QCOMPARE(GetSetting("mail_client", "user"), "joe");
+        QVERIFY(!lock.exists());
+    }
+
+    void a_lock_that_is_held_is_waited_for()
+    {
+        SaveSetting("mail_client", "user", "jane");
+        const pid_t owner = fork();
+        if (owner == 0) {
+            QLockFile lock(settings_path() + ".lock");
+            const bool held = lock.lock();
+            const timeval long_ago[2]{{1000000000, 0}, {1000000000, 0}};
+            utimes(qPrintable(settings_path() + ".lock"), long_ago);
+            usleep(300 * 1000); // the other one takes it away meanwhile, if it ever does
+            const bool is_old = GetSetting("mail_client", "user") == "jane";
+            lock.unlock();
+            _exit(held && is_old ? 0 : 1);
+        }
+        const QString lock_path = settings_path() + ".lock";
+        const QDateTime after_long_ago(QDate(2020, 1, 1), QTime());
+        QTRY_VERIFY(QFile::exists(lock_path) && QFileInfo(lock_path).lastModified() < after_long_ago);
+        SaveSetting("mail_client", "user", "joe");
+        int status = 1;
+        QCOMPARE(waitpid(owner, &status, 0), owner);
+        QVERIFY(WIFEXITED(status) && WEXITSTATUS(status) == 0);
+        QCOMPARE(GetSetting("mail_client", "user"), "joe");
     }
 
     // Killed anywhere while a group is written: all old or all new, and never readable to others.

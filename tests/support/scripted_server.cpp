@@ -99,16 +99,36 @@ bool scripted_server::step(const script_step &each, int client)
         return !ended && line.startsWith(text);
     }
     case script_step::wait_for_end:
-        while (read_line(client, line)) {
-            const std::lock_guard lock(in_use);
-            lines += line + '\n';
-        }
+    case script_step::say_for_ever:
+    case script_step::answer_all:
+        serve_until_it_goes(each, client);
         return false;
     case script_step::hang_up:
     case script_step::reset:
         return false;
     }
     return false;
+}
+
+void scripted_server::note(const QByteArray &line)
+{
+    const std::lock_guard lock(in_use);
+    lines += line + '\n';
+}
+
+void scripted_server::serve_until_it_goes(const script_step &each, int client)
+{
+    const auto says = [client](const QByteArray &text) {
+        return ::send(client, text.constData(), size_t(text.size()), MSG_NOSIGNAL) == text.size();
+    };
+    while (each.kind == script_step::say_for_ever && says(QByteArray(each.bytes).replace("%t", tag)))
+        continue;
+    QByteArray line;
+    while (each.kind != script_step::say_for_ever && read_line(client, line)) {
+        note(line);
+        if (each.kind == script_step::answer_all && !says(QByteArray(each.bytes).replace("%t", tag)))
+            return;
+    }
 }
 
 bool scripted_server::read_line(int client, QByteArray &line)

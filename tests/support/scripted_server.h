@@ -8,7 +8,7 @@
 
 // "%t" in what is said or expected is the first word of the client's last line: IMAP's tag.
 struct script_step {
-    enum kind_of { say, expect, hang_up, reset, wait_for_end };
+    enum kind_of { say, expect, hang_up, reset, wait_for_end, say_for_ever, answer_all };
     kind_of kind;
     QByteArray bytes = {};
 };
@@ -35,6 +35,14 @@ inline script_step wait_for_end()
 {
     return {script_step::wait_for_end};
 } // silent until the client goes
+inline script_step say_for_ever(const QByteArray &bytes)
+{
+    return {script_step::say_for_ever, bytes};
+} // again and again, until the client goes
+inline script_step answer_all(const QByteArray &bytes)
+{
+    return {script_step::answer_all, bytes};
+} // to each line, until the client goes
 }
 
 class scripted_server {
@@ -54,6 +62,8 @@ private:
     void run();
     void play(const script &steps, int client);
     bool step(const script_step &each, int client);
+    void serve_until_it_goes(const script_step &each, int client);
+    void note(const QByteArray &line);
     bool read_line(int client, QByteArray &line);
     bool readable(int socket) const;
 

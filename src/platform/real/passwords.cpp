@@ -13,7 +13,6 @@ namespace passwords {
 
 namespace {
 
-constexpr int longest_wait_ms = 5000;
 const QString group = QStringLiteral("mail_client");
 
 struct known {
@@ -24,7 +23,8 @@ struct known {
 struct password_state {
     std::map<of, known> remembered;
     std::map<of, bool> asked; // the keyring was, and has not answered yet: perhaps it waits for the user
-    int generation = 0;       // an answer that belongs to an older one is not remembered
+    int longest_wait_ms = 5000;
+    int generation = 0; // an answer that belongs to an older one is not remembered
 } state;
 
 QString key_in_file(of which)
@@ -56,7 +56,7 @@ void run_job(job_type *job, of which, const heard &hear)
         hear(*job);
         loop->quit();
     });
-    QTimer::singleShot(longest_wait_ms, loop.get(), &QEventLoop::quit);
+    QTimer::singleShot(state.longest_wait_ms, loop.get(), &QEventLoop::quit);
     job->start();
     loop->exec(QEventLoop::ExcludeUserInputEvents);
 }
@@ -158,9 +158,14 @@ place will_lie()
 
 void forget_remembered()
 {
-    const int next = state.generation + 1;
-    state = {};
-    state.generation = next;
+    state.remembered.clear();
+    state.asked.clear();
+    ++state.generation;
+}
+
+void set_longest_wait(int ms)
+{
+    state.longest_wait_ms = ms;
 }
 
 }

@@ -1,4 +1,5 @@
 #include "platform/real/imap/fetched.h"
+#include "platform/network.h"
 #include <QDate>
 #include <array>
 
@@ -65,9 +66,11 @@ fetched_mail read_fetched(const response &from, const answer &fetch)
 {
     fetched_mail mail;
     words items(from, fetch.rest_at);
-    if (!items.opens())
-        return mail;
-    while (!items.at_end() && !items.closes()) {
+    bool closed = !items.opens();
+    while (!closed && !items.at_end()) {
+        closed = items.closes();
+        if (closed)
+            break;
         const QByteArrayView name = items.atom();
         if (is(name, "UID")) {
             const quint64 uid = items.number().value_or(0);
@@ -84,6 +87,9 @@ fetched_mail read_fetched(const response &from, const answer &fetch)
             items.skip();
         }
     }
+    if (!closed || !items.at_end())
+        throw net::failure(net::trouble::not_understood,
+                           QStringLiteral("The mail server does not answer like an IMAP server."));
     return mail;
 }
 

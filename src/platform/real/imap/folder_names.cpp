@@ -50,7 +50,7 @@ void folder_names::ask_for_shape(connection &server)
     prefix.clear();
     delimiter.clear();
     const auto read_namespace = [this](const response &from, const answer &said) {
-        if (!is(said.name, "NAMESPACE"))
+        if (!is(said.name, "NAMESPACE") || !prefix.isEmpty() || !delimiter.isEmpty())
             return false;
         words line(from, said.rest_at);
         if (line.opens() && line.opens()) {
@@ -60,11 +60,10 @@ void folder_names::ask_for_shape(connection &server)
         return true;
     };
     const auto read_delimiter = [this](const response &from, const answer &said) {
-        if (!is(said.name, "LIST"))
+        if (!is(said.name, "LIST") || !delimiter.isEmpty())
             return false;
-        if (delimiter.isEmpty())
-            delimiter = read_listed(from, said).delimiter;
-        return true;
+        delimiter = read_listed(from, said).delimiter;
+        return !delimiter.isEmpty();
     };
     if (server.can("NAMESPACE"))
         server.ask("NAMESPACE", read_namespace, {});
@@ -98,17 +97,17 @@ QByteArrayList folder_names::below(connection &server, const QByteArray &folder)
         if (of == folder)
             return folders;
     QByteArrayList found;
+    qsizetype heard = 0;
     for (const QByteArray &place : places_below(folder)) {
-        const auto read = [&found, folder, place](const response &from, const answer &said) {
-            if (!is(said.name, "LIST"))
+        const auto read = [&found, &heard, folder, place](const response &from, const answer &said) {
+            if (!is(said.name, "LIST") || ++heard > most_folders)
                 return false;
             const listed_folder one = read_listed(from, said);
             const bool is_below = one.name.size() > place.size() && is(one.name.first(place.size()), place.toUpper()) &&
                                   !is_inbox(one.name);
             const bool is_one = one.delimiter.isEmpty() ||
                                 !one.name.sliced(qMin(place.size(), one.name.size())).contains(one.delimiter);
-            if (is_below && is_one && one.selectable && is_clean(one.name) && !found.contains(one.name) &&
-                found.size() < most_folders)
+            if (is_below && is_one && one.selectable && is_clean(one.name) && !found.contains(one.name))
                 found.append(one.name);
             return true;
         };

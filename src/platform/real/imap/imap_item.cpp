@@ -6,13 +6,15 @@
 
 namespace imap {
 
+// The whole mail is at hand here, so its own header speaks, as in a Maildir: a server may see no field in a line that
+// ends in a lone CR.
 item::item(const listed_mail &mail, QByteArray fetched, std::shared_ptr<move_queue> queue)
     : uid(mail.uid),
       received(mail.received),
-      to(QString::fromUtf8(mail.to)),
-      subject(QString::fromUtf8(mail.subject)),
       bytes(std::move(fetched)),
       head(mime::read_header_block(bytes)),
+      to(mime::to_line(head)),
+      subject(mime::subject_of(head)),
       moves(std::move(queue))
 {
 }

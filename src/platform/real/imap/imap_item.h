@@ -21,9 +21,9 @@ public:
 private:
     quint32 uid;
     qint64 received;
-    QString to, subject;
     QByteArray bytes;
     mime::header_block head;
+    QString to, subject;
     std::shared_ptr<move_queue> moves;
 };
 

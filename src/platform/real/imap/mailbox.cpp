@@ -3,6 +3,7 @@
 #include "platform/real/imap/modified_utf7.h"
 #include "platform/real/mail/access_token.h"
 #include "platform/real/mail/mime_parse.h"
+#include <algorithm>
 
 namespace imap {
 
@@ -157,6 +158,11 @@ void mailbox::take_vanished(const response &from, const answer &said)
 // The number of mails tells whether the list is right: new ones have UIDs of their own, and none comes back.
 void mailbox::bring_up_to_date()
 {
+    if (exists > most_mails) {
+        hang_up();
+        throw net::failure(net::trouble::not_understood,
+                           QStringLiteral("The mail server tells of %1 mails in one folder.").arg(exists));
+    }
     if (present_validity == 0 || std::exchange(state.uid_validity, present_validity) != present_validity) {
         list.clear();
         new_heads.clear();
@@ -180,8 +186,11 @@ void mailbox::fetch_heads(const QByteArray &uids)
 {
     if (exists == 0)
         return;
-    line->ask("UID FETCH " + uids + head_items,
-              [this](const response &from, const answer &said) { return take_head(from, said); }, {});
+    quint64 heads = 0;
+    line->ask(
+        "UID FETCH " + uids + head_items,
+        [this, &heads](const response &from, const answer &said) { return heads++ <= exists && take_head(from, said); },
+        {});
     while (line->is_busy()) {
         line->listen();
         if (new_heads.size() >= heads_a_save)
@@ -198,7 +207,7 @@ bool mailbox::take_head(const response &from, const answer &said)
         return false;
     const listed_mail *known = list.find(mail.uid); // "n:*" means the last mail even where n lies behind it
     if (known && known->head_known)
-        return true;
+        return false;
     const mime::header_block head = mime::read_header_block(*mail.head);
     const quint32 size = quint32(qMin<quint64>(mail.size.value_or(0), 0xFFFFFFFF));
     listed_mail added{
@@ -214,9 +223,11 @@ void mailbox::compare_all()
     std::vector<uid_range> ranges;
     const auto read = [&ranges](const response &from, const answer &said) {
         const bool is_it = said.kind == answer_kind::named && (is(said.name, "SEARCH") || is(said.name, "ESEARCH"));
-        if (is_it)
+        if (is_it && ranges.empty())
             ranges = searched_uids(from, said);
-        return is_it;
+        else
+            return false;
+        return true;
     };
     bool good = false;
     line->ask(line->can("ESEARCH") ? "UID SEARCH RETURN (ALL) ALL" : "UID SEARCH ALL", read,
@@ -224,10 +235,15 @@ void mailbox::compare_all()
     line->finish();
     std::vector<quint32> uids;
     for (const uid_range &range : ranges)
-        for (quint64 uid = range.first; uid <= range.last && uids.size() < most_mails; ++uid)
+        for (quint64 uid = range.first; uid <= range.last && uids.size() <= exists; ++uid)
             uids.push_back(quint32(uid));
-    if (good)
+    if (good && uids.size() <= exists) // more than there are is no answer
         list.keep_only(uids);
+}
+
+bool mailbox::was_copied(quint32 uid) const
+{
+    return std::find(copied.begin(), copied.end(), uid) != copied.end();
 }
 
 void mailbox::save()

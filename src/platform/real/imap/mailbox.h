@@ -32,6 +32,7 @@ public:
     void save(); // into the cache
 
     std::vector<quint32> copied; // lie in their target already and have only to go from here
+    bool was_copied(quint32 uid) const;
 
 private:
     void connect();

@@ -7,23 +7,13 @@ namespace imap {
 
 namespace {
 
-constexpr int most_attempts = 3;
+constexpr size_t most_ranges = 4 * move_queue::enough; // a server that tells of moves without end is not heard
 
-bool contains(const std::vector<quint32> &uids, quint32 uid)
-{
-    return std::find(uids.begin(), uids.end(), uid) != uids.end();
-}
+constexpr int most_attempts = 3;
 
 run_time_error mail_is_gone()
 {
     return {53, QStringLiteral("The mail cannot be moved: it is not in the folder any more.")};
-}
-
-run_time_error others_are_marked()
-{
-    return {75,
-            QStringLiteral("The mails cannot be moved: this server can only remove everything that is marked as "
-                           "deleted, and other mails are marked, too. Empty the deleted mails in your mail program.")};
 }
 
 }
@@ -127,9 +117,10 @@ void move_queue::ask(const QByteArray &command, std::function<void(move_queue &,
         const auto queue = self.lock();
         if (!queue || !is(said.code, "COPYUID"))
             return false;
+        bool is_new = false;
         for (const some &each : std::vector<some>(queue->under_way)) // it may come before the end of an earlier move
-            queue->note_what_went(each, said);
-        return true;
+            is_new = queue->note_what_went(each, said) || is_new;
+        return is_new;
     };
     box->server().ask(command, hear, [self, done = std::move(done)](const answer &said) {
         if (const auto queue = self.lock())
@@ -138,16 +129,17 @@ void move_queue::ask(const QByteArray &command, std::function<void(move_queue &,
 }
 
 // COPYUID 1700000000 3:5,7 12:15: the second is what went.
-void move_queue::note_what_went(const some &moves, const answer &said)
+bool move_queue::note_what_went(const some &moves, const answer &said)
 {
-    if (!is(said.code, "COPYUID"))
-        return;
+    if (!is(said.code, "COPYUID") || moves->went.size() > most_ranges)
+        return false;
     words numbers(said.details);
     numbers.atom();
     for (const uid_range &range : ranges_in(numbers.atom()))
         moves->went.push_back(range);
     std::sort(moves->went.begin(), moves->went.end(), [](const auto &a, const auto &b) { return a.first < b.first; });
     moves->told_what_went = true;
+    return true;
 }
 
 void move_queue::move(const some &moves)
@@ -160,94 +152,6 @@ void move_queue::move(const some &moves)
             else if (!self.is_tried_again(moves, said))
                 self.refuse(moves, self.box->server().refusal(said));
         });
-}
-
-void move_queue::copy(const some &moves)
-{
-    std::vector<quint32> to_copy;
-    for (const quint32 uid : moves->uids)
-        if (!contains(box->copied, uid))
-            to_copy.push_back(uid);
-    if (to_copy.empty())
-        return mark_and_expunge(moves);
-    ask("UID COPY " + uid_set(to_copy) + ' ' + quoted(moves->target),
-        [moves, to_copy](move_queue &self, const answer &said) {
-            self.note_what_went(moves, said);
-            if (said.said != status::ok) {
-                if (!self.is_tried_again(moves, said))
-                    self.refuse(moves, self.box->server().refusal(said));
-                return;
-            }
-            for (const quint32 uid : to_copy)
-                if (!moves->told_what_went || holds(moves->went, uid))
-                    self.box->copied.push_back(uid);
-            self.mark_and_expunge(moves);
-        });
-}
-
-// Only what lies in the target for certain goes from here.
-void move_queue::mark_and_expunge(const some &moves)
-{
-    std::vector<quint32> uids;
-    for (const quint32 uid : moves->uids)
-        if (contains(box->copied, uid))
-            uids.push_back(uid);
-    if (uids.empty())
-        return end(moves);
-    const bool can_expunge_ours = box->server().can("UIDPLUS");
-    ask("UID STORE " + uid_set(uids) + " +FLAGS.SILENT (\\Deleted)", [moves, can_expunge_ours](move_queue &self,
-                                                                                               const answer &said) {
-        if (said.said != status::ok)
-            self.refuse(moves, self.box->server().refusal(said));
-        else if (!can_expunge_ours)
-            self.if_only_these_are_marked(moves, {}, [moves](move_queue &queue) { queue.expunge_only_ours(moves); });
-    });
-    if (can_expunge_ours)
-        ask("UID EXPUNGE " + uid_set(uids), [moves](move_queue &self, const answer &said) {
-            if (said.said == status::ok)
-                self.end(moves);
-            else
-                self.refuse(moves, self.box->server().refusal(said));
-        });
-}
-
-void move_queue::expunge_only_ours(const some &moves)
-{
-    ask("EXPUNGE", [moves](move_queue &self, const answer &said) {
-        if (said.said == status::ok)
-            self.end(moves);
-        else
-            self.refuse(moves, self.box->server().refusal(said));
-    });
-}
-
-// A mail that somebody marked by hand is not ours to remove: the marked ones must be among these, or be copied already.
-void move_queue::if_only_these_are_marked(const some &moves, const std::vector<quint32> &uids,
-                                          std::function<void(move_queue &)> then)
-{
-    const auto marked = std::make_shared<std::vector<uid_range>>();
-    const std::weak_ptr<move_queue> self = weak_from_this();
-    const auto hear = [marked](const response &from, const answer &said) {
-        if (said.kind != answer_kind::named || !is(said.name, "SEARCH"))
-            return false;
-        *marked = searched_uids(from, said);
-        return true;
-    };
-    box->server().ask("UID SEARCH DELETED", hear, [self, moves, uids, marked, then](const answer &said) {
-        const auto queue = self.lock();
-        if (!queue)
-            return;
-        if (said.said != status::ok)
-            return queue->refuse(moves, queue->box->server().refusal(said));
-        const bool only_ours = std::all_of(marked->begin(), marked->end(), [&](const uid_range &range) {
-            return range.first == range.last &&
-                   (contains(uids, range.first) || contains(queue->box->copied, range.first));
-        });
-        if (only_ours)
-            then(*queue);
-        else
-            queue->refuse(moves, others_are_marked());
-    });
 }
 
 // A target that is gone is made again. A mail that is gone may keep the others back: a NOOP tells which one it is.
@@ -267,7 +171,7 @@ void move_queue::end(const some &moves)
 {
     const bool knows = moves->told_what_went || box->server().can("UIDPLUS");
     for (const quint32 uid : moves->uids) {
-        if (knows && !holds(moves->went, uid) && !contains(box->copied, uid))
+        if (knows && !holds(moves->went, uid) && !box->was_copied(uid))
             failures.push_back(mail_is_gone());
         if (box->list.find(uid))
             box->doubt();
@@ -303,30 +207,38 @@ void move_queue::finish(const std::optional<run_time_error> &told)
     box->save();
 }
 
-// What is not there any more was moved. Where nobody answers, or nobody waits, the next fetch sees what is left.
+// What is not there any more was moved. What is there still may be moved by the server yet, which goes on with a
+// command behind a cut: sent once more, it would lie in the target twice. So it stays for the next fetch, as it does
+// where nobody answers or nobody waits.
 void move_queue::look_again(const run_time_error &cut, bool is_told)
 {
     const auto unclear = std::exchange(under_way, {});
-    run_time_error failed = cut;
+    std::optional<run_time_error> failed;
     try {
         if (net::is(cut, net::trouble::cancelled) || net::is(cut, net::trouble::timed_out))
             throw run_time_error(cut);
         box->hang_up();
         box->refresh();
         for (const some &moves : unclear) {
-            if (moves->was_sent && moves->validity == box->uid_validity())
-                std::erase_if(moves->uids, [this](quint32 uid) { return !box->list.find(uid); });
-            moves->was_sent = false;
-            under_way.push_back(moves);
+            if (!moves->was_sent)
+                under_way.push_back(moves);
+            else if (is_some_left(moves))
+                failed = cut;
         }
         start_waiting();
-        return listen();
+        listen();
     } catch (const run_time_error &again) { // told as one failure, whatever waited
         failed = again;
     }
     under_way.clear();
-    if (!is_told)
-        failures.push_back(failed);
+    if (failed && !is_told)
+        failures.push_back(*failed);
+}
+
+bool move_queue::is_some_left(const some &moves) const
+{
+    return moves->validity == box->uid_validity() &&
+           std::any_of(moves->uids.begin(), moves->uids.end(), [this](quint32 uid) { return box->list.find(uid); });
 }
 
 std::optional<run_time_error> move_queue::take_next_failure()

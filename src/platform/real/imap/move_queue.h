@@ -18,7 +18,7 @@ public:
     // is moved, now or later: the mails stay, and the next fetch meets them again.
     void send();
     // The same, and waits for the outcome of all moves. A connection that was cut on the way is opened again to see
-    // what was moved, and what was not is sent once more.
+    // what was moved; what the server was asked for and has not done stays for the next fetch.
     // told: the failure that ended the walk, if one did; it is not told a second time.
     void finish(const std::optional<run_time_error> &told = {});
 
@@ -44,7 +44,7 @@ private:
     void copy(const some &moves);
     void mark_and_expunge(const some &moves);
     void expunge_only_ours(const some &moves);
-    void note_what_went(const some &moves, const answer &said);
+    bool note_what_went(const some &moves, const answer &said);
     bool is_tried_again(const some &moves, const answer &said);
     void leave_out_those_gone(const some &moves);
     void end(const some &moves);
@@ -54,6 +54,7 @@ private:
                                   std::function<void(move_queue &)> then);
     void listen();
     void look_again(const run_time_error &cut, bool is_told);
+    bool is_some_left(const some &moves) const;
 
     std::shared_ptr<mailbox> box;
     std::vector<std::pair<quint32, QByteArray>> waiting;

@@ -77,15 +77,19 @@ void response_reader::more(qsizetype at_least)
 // Puts the literal behind what is there of the answer, as far as it is kept, and drops the rest as it comes.
 void response_reader::take_literal(qint64 announced)
 {
-    if (literals.size() == most_literals)
+    if (literals.size() == most_literals || announced > most_announced_bytes - announced_in_all)
         throw_not_understood();
+    announced_in_all += announced;
     const qsizetype kept = qsizetype(qMin<qint64>(announced, most_literal_bytes - kept_of_literals));
     literals.push_back({end, kept});
     kept_of_literals += kept;
-    while (filled - begin < end + kept)
+    while (filled - begin < end + kept) {
+        literal_left = announced - (filled - begin - end);
         more(qMin(one_reading, end + kept - (filled - begin)));
+    }
     end += kept;
     for (qint64 left = announced - kept; left > 0;) {
+        literal_left = left;
         if (filled - begin == end)
             more(one_reading);
         const qsizetype dropped = qsizetype(qMin<qint64>(left, filled - begin - end));
@@ -94,12 +98,14 @@ void response_reader::take_literal(qint64 announced)
         filled -= dropped;
         left -= dropped;
     }
+    literal_left = 0;
 }
 
 void response_reader::begin_anew()
 {
     begin += used;
     used = end = kept_of_literals = 0;
+    announced_in_all = literal_left = 0;
     literals.clear();
     if (begin < filled)
         return;

@@ -26,7 +26,7 @@ public:
     // server sends: a line without end, or literals without number. Of the literals of one answer only the first
     // 32 MiB are kept.
     response next();
-    bool holds_more() const { return begin < filled; } // of an answer, whole or not
+    qint64 literal_to_come() const { return literal_left; } // while the source is asked
 
 private:
     void more(qsizetype at_least);
@@ -39,10 +39,13 @@ private:
     qsizetype end = 0;               // of the answer so far, from begin
     qsizetype kept_of_literals = 0;
     qsizetype used = 0; // of the last answer, with its line end
+    qint64 announced_in_all = 0;
+    qint64 literal_left = 0;
     std::vector<literal_place> literals;
 };
 
 constexpr qsizetype most_literal_bytes = 32 * 1024 * 1024; // of one answer
+constexpr qint64 most_announced_bytes = 256 * 1024 * 1024; // of one answer; more is a lie, of big mails we ask a part
 constexpr qsizetype longest_line = 8 * 1024 * 1024;        // of one answer, without its literals
 constexpr size_t most_literals = 2000;
 

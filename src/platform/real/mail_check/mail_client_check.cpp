@@ -68,6 +68,7 @@ check_outcome check_mail_client(const check_request &request, const net::patienc
                                 const std::function<void(const check_line &)> &tell)
 {
     check_run run(request, patience, tell);
+    const net::patience_scope in_force(patience);
     try {
         check_all(run);
     } catch (const run_time_error &error) {

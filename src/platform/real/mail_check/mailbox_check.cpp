@@ -1,7 +1,9 @@
 #include "platform/real/mail_check/mailbox_check.h"
 #include "platform/mail_providers.h"
+#include "platform/real/imap/folder_names.h"
 #include "platform/real/mail_check/server_search.h"
-#include "platform/real/mail_check/talk.h"
+#include "platform/real/mail_session/pop3_dialogue.h"
+#include <algorithm>
 #include <memory>
 #include <optional>
 
@@ -23,8 +25,8 @@ step_end refusal(const QString &sentence, const QString &words)
     return {check_state::failed, words.isEmpty() ? sentence : sentence + QStringLiteral(" It said: ") + words};
 }
 
-// The connection that is left open; nothing where signing in failed. The settings found get its place.
-std::unique_ptr<net::stream> open_mailbox(check_run &run, net::protocol speaks)
+// Gives whether open has left a connection that is signed in. The settings found get its place.
+bool open_mailbox(check_run &run, net::protocol speaks, const place_opener &open)
 {
     const address_guess guess = guess_from_address(run.address());
     search_task task;
@@ -34,98 +36,90 @@ std::unique_ptr<net::stream> open_mailbox(check_run &run, net::protocol speaks)
     task.guesses = speaks == net::protocol::imap ? guess.imap : guess.pop3;
     task.note = guess.note;
     task.password = run.request.password;
-    std::unique_ptr<net::stream> line;
-    const server place = search_server(run, task, [&line](const net::place &where, const net::patience &patience) {
-        line = std::make_unique<net::stream>(where, patience);
+    const server place = search_server(run, task, open);
+    if (place.host.isEmpty())
+        return false;
+    run.outcome.found.incoming = place;
+    return true;
+}
+
+std::unique_ptr<imap::connection> open_imap(check_run &run)
+{
+    std::unique_ptr<imap::connection> line;
+    open_mailbox(run, net::protocol::imap, [&line](const net::place &where, const net::patience &patience) {
+        const net::patience_scope in_force(patience);
+        line = std::make_unique<imap::connection>(where, [](const auto &, const auto &) { return false; });
     });
-    if (line) {
-        line->set_patience(run.patience);
-        run.outcome.found.incoming = place;
-    }
     return line;
 }
 
-struct listed_folder {
-    QByteArray delimiter, name;
-};
-
-// A quoted text or an atom at the head of text, which loses it.
-QByteArray take_word(QByteArray &text)
+std::unique_ptr<pop3::dialogue> open_pop3(check_run &run)
 {
-    QByteArray word;
-    if (!text.startsWith('"')) {
-        const qsizetype end = text.indexOf(' ');
-        word = end < 0 ? text : text.first(end);
-        text = end < 0 ? QByteArray() : text.sliced(end + 1);
-        return word;
-    }
-    qsizetype at = 1;
-    for (; at < text.size() && text[at] != '"'; ++at) {
-        if (text[at] == '\\' && at + 1 < text.size())
-            ++at;
-        word.append(text[at]);
-    }
-    text = text.sliced(qMin(at + 1, text.size())).trimmed();
-    return word;
+    std::unique_ptr<pop3::dialogue> line;
+    open_mailbox(run, net::protocol::pop3, [&line](const net::place &where, const net::patience &patience) {
+        line = std::make_unique<pop3::dialogue>(where, patience);
+    });
+    return line;
 }
 
-// LIST (\HasNoChildren) "." INBOX
-std::optional<listed_folder> listed(const QByteArray &line)
+// Only looked at, so that nothing there counts as seen from now on.
+step_end look_at_inbox(imap::connection &with)
 {
-    const qsizetype behind_flags = line.indexOf(')');
-    if (!line.toUpper().startsWith("LIST ") || behind_flags < 0)
-        return std::nullopt;
-    QByteArray rest = line.sliced(behind_flags + 1).trimmed();
-    const bool is_flat = rest.toUpper().startsWith("NIL ");
-    const QByteArray delimiter = take_word(rest);
-    return listed_folder{is_flat ? QByteArray() : delimiter, take_word(rest)};
-}
-
-bool has_folder(talk &with, const QByteArray &pattern, const QByteArray &name)
-{
-    for (const QByteArray &line : with.ask_imap("LIST \"\" \"" + pattern + '"').untagged)
-        if (const auto folder = listed(line); folder && folder->name.toUpper() == name.toUpper())
-            return true;
-    return false;
-}
-
-step_end look_at_inbox(talk &with)
-{
-    const talk::imap_answer answer = with.ask_imap("EXAMINE INBOX");
-    if (!answer.ok)
-        return refusal(QStringLiteral("The server does not open the Inbox."), answer.words);
-    qlonglong count = 0;
-    for (const QByteArray &line : answer.untagged)
-        if (line.toUpper().endsWith(" EXISTS"))
-            count = line.first(line.indexOf(' ')).toLongLong();
+    qulonglong count = 0;
+    std::optional<QString> refused;
+    const auto take_count = [&count](const imap::response &, const imap::answer &said) {
+        const bool is_count = said.kind == imap::answer_kind::numbered && imap::is(said.name, "EXISTS");
+        if (is_count)
+            count = said.number;
+        return is_count;
+    };
+    with.ask("EXAMINE INBOX", take_count, [&refused](const imap::answer &said) {
+        if (said.said != imap::status::ok)
+            refused = imap::plain_words(said.human);
+    });
+    with.finish();
+    if (refused)
+        return refusal(QStringLiteral("The server does not open the Inbox."), *refused);
     return {check_state::good, mailbox_contents(count)};
 }
 
-// On some servers every folder stands below the Inbox.
-step_end look_for_folder(talk &with)
+// Nothing: it has been made, or there was one. Else what the server says against it.
+std::optional<QString> why_not_made(imap::connection &with, imap::folder_names &names)
 {
-    QByteArray delimiter;
-    for (const QByteArray &line : with.ask_imap("LIST \"\" INBOX").untagged)
-        if (const auto folder = listed(line))
-            delimiter = folder->delimiter;
-    const QByteArray below = delimiter.size() == 1 && delimiter != "\"" && delimiter != "\\"
-                                 ? "INBOX" + delimiter + folder_name
-                                 : QByteArray();
-    if (has_folder(with, "%", folder_name) || (!below.isEmpty() && has_folder(with, below, below)))
+    try {
+        names.add(with, imap::inbox_name, folder_name);
+        with.finish(); // its subscription is still under way
+        return std::nullopt;
+    } catch (const run_time_error &error) {
+        if (!net::is(error, net::trouble::refused))
+            throw;
+        return error.description;
+    }
+}
+
+step_end look_for_folder(imap::connection &with)
+{
+    imap::folder_names names;
+    names.ask_for_shape(with);
+    with.finish();
+    const QByteArrayList folders = names.below(with, imap::inbox_name);
+    if (std::any_of(folders.begin(), folders.end(), [&names](const QByteArray &folder) {
+            return names.last_part(folder).compare(folder_name, Qt::CaseInsensitive) == 0;
+        }))
         return {check_state::good, QStringLiteral("It is there; fetched mail moves to it.")};
-    talk::imap_answer made = with.ask_imap("CREATE " + folder_name);
-    if (!made.ok && !below.isEmpty())
-        made = with.ask_imap("CREATE \"" + below + '"');
-    if (!made.ok)
-        return refusal(QStringLiteral("There is no such folder, and the server does not let it be made. Make a folder "
-                                      "Tessaly_Inbox in your mailbox yourself."),
-                       made.words);
+    if (const auto reason = why_not_made(with, names))
+        return {check_state::failed,
+                QStringLiteral("There is no such folder, and the server does not let it be made. Make a folder "
+                               "Tessaly_Inbox in your mailbox yourself. ") +
+                    *reason};
     return {check_state::good, QStringLiteral("It was missing and has been made; fetched mail moves to it.")};
 }
 
-step_end look_at_numbers(talk &with, qlonglong count)
+step_end look_at_numbers(pop3::dialogue &with, qlonglong count)
 {
-    if (with.ask_pop3(count > 0 ? QByteArray("UIDL 1") : QByteArray("UIDL")).ok)
+    const pop3::answer said =
+        count > 0 ? with.ask("UIDL 1", pop3::form::one_line) : with.ask("UIDL", pop3::form::many_lines);
+    if (said.said == pop3::fate::yes)
         return {check_state::good, QStringLiteral("The server names its mails, so that each is fetched once.")};
     return {check_state::failed,
             QStringLiteral("The server does not name its mails (UIDL), so new ones cannot be told from old ones. Use "
@@ -136,35 +130,33 @@ step_end look_at_numbers(talk &with, qlonglong count)
 
 bool check_imap(check_run &run)
 {
-    const std::unique_ptr<net::stream> line = open_mailbox(run, net::protocol::imap);
+    const std::unique_ptr<imap::connection> line = open_imap(run);
     if (!line)
         return false;
-    talk with(*line);
-    const bool works = run.step(QStringLiteral("Inbox"), [&with] { return look_at_inbox(with); }) &&
-                       run.step(QStringLiteral("Folder Tessaly_Inbox"), [&with] {
-                           const step_end how = look_for_folder(with);
-                           with.say_goodbye("Z LOGOUT");
-                           return how;
-                       });
-    return works;
+    return run.step(QStringLiteral("Inbox"), [&line] { return look_at_inbox(*line); }) &&
+           run.step(QStringLiteral("Folder Tessaly_Inbox"), [&line] {
+               const step_end how = look_for_folder(*line);
+               line->ask("LOGOUT", {}, {});
+               line->flush();
+               return how;
+           });
 }
 
 bool check_pop3(check_run &run)
 {
-    const std::unique_ptr<net::stream> line = open_mailbox(run, net::protocol::pop3);
+    const std::unique_ptr<pop3::dialogue> line = open_pop3(run);
     if (!line)
         return false;
-    talk with(*line);
     qlonglong count = 0;
-    return run.step(QStringLiteral("Inbox"), [&with, &count]() -> step_end {
-        const talk::pop3_answer answer = with.ask_pop3("STAT");
-        if (!answer.ok)
-            return refusal(QStringLiteral("The server does not open the mailbox."), QString::fromUtf8(answer.words));
-        count = answer.words.split(' ').constFirst().toLongLong();
+    return run.step(QStringLiteral("Inbox"), [&line, &count]() -> step_end {
+        const pop3::answer said = line->ask("STAT", pop3::form::one_line);
+        if (said.said != pop3::fate::yes)
+            return refusal(QStringLiteral("The server does not open the mailbox."), pop3::words_for_user(said));
+        count = said.words.split(' ').constFirst().toLongLong();
         return {check_state::good, mailbox_contents(count)};
-    }) && run.step(QStringLiteral("Names of the mails"), [&with, count] {
-        const step_end how = look_at_numbers(with, count);
-        with.say_goodbye("QUIT");
+    }) && run.step(QStringLiteral("Names of the mails"), [&line, count] {
+        const step_end how = look_at_numbers(*line, count);
+        line->quit();
         return how;
     });
 }

@@ -43,7 +43,8 @@ int weight_of(const run_time_error &error)
 
 bool ends_search(const run_time_error &error)
 {
-    return net::is(error, net::trouble::login_refused) || net::is(error, net::trouble::not_configured);
+    return net::is(error, net::trouble::login_refused) || net::is(error, net::trouble::refused) ||
+           net::is(error, net::trouble::not_configured);
 }
 
 // Throws only when the user gives up.

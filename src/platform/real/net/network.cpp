@@ -5,8 +5,8 @@ namespace net {
 
 namespace {
 
-struct network_state {
-    patience in_force; // of the user-interface thread
+thread_local struct network_state {
+    patience in_force;
 } state;
 
 }
