@@ -22,7 +22,7 @@ struct pattern_parts {
 };
 
 // Made once a process.
-const pattern_parts &pattern()
+const pattern_parts &imap_pattern()
 {
     static const pattern_parts made = [] {
         intake_site site;
@@ -46,7 +46,7 @@ void write_file(const QString &path, const QByteArray &bytes)
 }
 
 // One column of the store as any tool reads it; a failure is one line that begins with "!".
-QStringList read_store(const QString &path, const char *sql)
+QStringList read_imap_store(const QString &path, const char *sql)
 {
     sqlite3 *store = nullptr;
     sqlite3_stmt *statement = nullptr;
@@ -99,7 +99,7 @@ QList<dovecot_user> fault_users(int count)
 
 imap_program::imap_program()
 {
-    write_file(path("mailapp.mdb"), pattern().store);
+    write_file(path("mailapp.mdb"), imap_pattern().store);
     QDir().mkpath(path("config"));
 }
 
@@ -108,7 +108,7 @@ timed_run imap_program::fetch(quint16 port, const QString &user, const QStringLi
 {
     const QString settings = QString("[main]\nenabledUnsubDate=%1\n\n[mail_client]\nkind=imap\nhost=127.0.0.1\n"
                                      "port=%2\nsecurity=none\nuser=%3\npassword=%4\nsend=keep\n")
-                                 .arg(pattern().unsubscribing_since, QString::number(port), user, password);
+                                 .arg(imap_pattern().unsubscribing_since, QString::number(port), user, password);
     write_file(path("config/brenmoorbiz.conf"), settings.toUtf8());
     QElapsedTimer taken;
     taken.start();
@@ -121,23 +121,23 @@ timed_run imap_program::fetch(quint16 port, const QString &user, const QStringLi
 
 QStringList imap_program::stored_bodies() const
 {
-    QStringList bodies = read_store(path("mailapp.mdb"), "select tsl_body from orders order by message_id");
+    QStringList bodies = read_imap_store(path("mailapp.mdb"), "select tsl_body from orders order by message_id");
     return bodies.replaceInStrings("\r\n", "\n");
 }
 
 QStringList imap_program::blocked() const
 {
-    return read_store(path("mailapp.mdb"), "select email from unsubscribe_tbl order by email");
+    return read_imap_store(path("mailapp.mdb"), "select email from unsubscribe_tbl order by email");
 }
 
 QStringList imap_program::in_map() const
 {
-    return read_store(path("mailapp.mdb"), "select full_name from names order by message_id");
+    return read_imap_store(path("mailapp.mdb"), "select full_name from names order by message_id");
 }
 
 QString imap_program::store_damage() const
 {
-    const QString answer = read_store(path("mailapp.mdb"), "PRAGMA integrity_check").join(", ");
+    const QString answer = read_imap_store(path("mailapp.mdb"), "PRAGMA integrity_check").join(", ");
     return answer == "ok" ? QString() : answer;
 }
 
