@@ -46,7 +46,7 @@ void write_file(const QString &path, const QByteArray &bytes)
 }
 
 // One column of the store as any tool reads it; a failure is one line that begins with "!".
-QStringList rows_of_store(const QString &path, const char *sql)
+QStringList read_imap_store(const QString &path, const char *sql)
 {
     sqlite3 *store = nullptr;
     sqlite3_stmt *statement = nullptr;
@@ -121,23 +121,23 @@ timed_run imap_program::fetch(quint16 port, const QString &user, const QStringLi
 
 QStringList imap_program::stored_bodies() const
 {
-    QStringList bodies = rows_of_store(path("mailapp.mdb"), "select tsl_body from orders order by message_id");
+    QStringList bodies = read_imap_store(path("mailapp.mdb"), "select tsl_body from orders order by message_id");
     return bodies.replaceInStrings("\r\n", "\n");
 }
 
 QStringList imap_program::blocked() const
 {
-    return rows_of_store(path("mailapp.mdb"), "select email from unsubscribe_tbl order by email");
+    return read_imap_store(path("mailapp.mdb"), "select email from unsubscribe_tbl order by email");
 }
 
 QStringList imap_program::in_map() const
 {
-    return rows_of_store(path("mailapp.mdb"), "select full_name from names order by message_id");
+    return read_imap_store(path("mailapp.mdb"), "select full_name from names order by message_id");
 }
 
 QString imap_program::store_damage() const
 {
-    const QString answer = rows_of_store(path("mailapp.mdb"), "PRAGMA integrity_check").join(", ");
+    const QString answer = read_imap_store(path("mailapp.mdb"), "PRAGMA integrity_check").join(", ");
     return answer == "ok" ? QString() : answer;
 }
 

@@ -128,6 +128,26 @@ class Program:
         subprocess.run(["xdotool", "key", "space"], check=True)
         self.until_gone(None, "Tip of the Day")
 
+    def type_into(self, role, name, text, title="Tessaly"):
+        """Types the text into a field of the window, in place of what it holds."""
+        field = self.find(role, name)
+        self.keys(title=title)
+        self.until(lambda: self._focused(field), f"the keyboard in {name}")
+        subprocess.run(["xdotool", "key", "ctrl+a"], check=True)
+        subprocess.run(["xdotool", "type", text], check=True)
+
+    @staticmethod
+    def keys(*pressed, title="Tessaly"):
+        """Gives the window the keyboard and presses keys, such as "alt+i"."""
+        subprocess.run(["xdotool", "search", "--sync", "--name", f"^{title}$", "windowfocus", "--sync"], check=True)
+        for key in pressed:
+            subprocess.run(["xdotool", "key", key], check=True)
+
+    @staticmethod
+    def _focused(node):
+        Atspi.Component.grab_focus(node)
+        return node.get_state_set().contains(Atspi.StateType.FOCUSED)
+
     def text_of(self, node):
         return Atspi.Text.get_text(node, 0, Atspi.Text.get_character_count(node))
 
