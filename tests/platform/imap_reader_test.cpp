@@ -222,6 +222,17 @@ private slots:
         QVERIFY((found == std::vector<imap::uid_range>{{3, 5}, {7, 7}}));
     }
 
+    void a_header_in_quotes_outlives_its_reading()
+    {
+        imap::response_reader reader(
+            pieces{"* 1 FETCH (UID 5 BODY[HEADER.FIELDS (TO)] \"To: \\\"Ann\\\" x\")\r\n", 65536});
+        const imap::response from = reader.next();
+        const imap::fetched_mail mail = imap::read_fetched(from, imap::read_answer(from));
+        QVERIFY(mail.head && !mail.unescaped.empty());
+        QCOMPARE(mail.head->data(), mail.unescaped.back().constData()); // not what is gone by now
+        QCOMPARE(mail.head->toByteArray(), QByteArray("To: \"Ann\" x"));
+    }
+
     void sets_of_uids()
     {
         QCOMPARE(imap::uid_set({}), QByteArray());

@@ -90,6 +90,7 @@ fetched_mail read_fetched(const response &from, const answer &fetch)
     if (!closed || !items.at_end())
         throw net::failure(net::trouble::not_understood,
                            QStringLiteral("The mail server does not answer like an IMAP server."));
+    mail.unescaped = items.take_unescaped();
     return mail;
 }
 

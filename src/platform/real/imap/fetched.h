@@ -9,8 +9,9 @@ struct fetched_mail {
     quint32 uid = 0;              // 0: not told, as in what the server says unasked
     std::optional<qint64> moment; // INTERNALDATE, seconds since 1970
     std::optional<quint64> size;
-    std::optional<QByteArrayView> head; // the asked fields of the header; NIL, of a mail that is gone, is nothing
-    std::optional<QByteArrayView> body; // the bytes of the mail, likewise
+    std::optional<QByteArrayView> head;    // the asked fields of the header; NIL, of a mail that is gone, is nothing
+    std::optional<QByteArrayView> body;    // the bytes of the mail, likewise
+    std::deque<QByteArray> unescaped = {}; // what head and body may lie in
 };
 
 // answer must be of the same response, and its name FETCH.

@@ -22,6 +22,10 @@ public:
     // A quoted string, literal or atom; nothing for NIL. Good as long as this object and the answer are.
     std::optional<QByteArrayView> text();
     void skip(); // one value, a list with all that is in it
+    std::deque<QByteArray> take_unescaped()
+    {
+        return std::move(unescaped);
+    } // what quoted texts were made of, to be kept as long
     QByteArrayView rest() const { return bytes.sliced(qMin(at, bytes.size())); }
 
 private:
