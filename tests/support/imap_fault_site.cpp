@@ -2,13 +2,13 @@
 #include "frame/session.h"
 #include "platform/settings.h"
 #include "support/intake_site.h"
+#include "support/read_store.h"
 
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QThread>
 #include <memory>
-#include <sqlite3.h>
 
 namespace {
 
@@ -22,7 +22,7 @@ struct pattern_parts {
 };
 
 // Made once a process.
-const pattern_parts &pattern()
+const pattern_parts &imap_pattern()
 {
     static const pattern_parts made = [] {
         intake_site site;
@@ -43,22 +43,6 @@ void write_file(const QString &path, const QByteArray &bytes)
     QFile file(path);
     if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
         qFatal("cannot write %s", qPrintable(path));
-}
-
-// One column of the store as any tool reads it; a failure is one line that begins with "!".
-QStringList read_store(const QString &path, const char *sql)
-{
-    sqlite3 *store = nullptr;
-    sqlite3_stmt *statement = nullptr;
-    QStringList lines;
-    if (sqlite3_open(path.toUtf8().constData(), &store) != SQLITE_OK ||
-        sqlite3_prepare_v2(store, sql, -1, &statement, nullptr) != SQLITE_OK)
-        lines += QString("!") + sqlite3_errmsg(store);
-    while (statement && sqlite3_step(statement) == SQLITE_ROW)
-        lines += QString::fromUtf8(reinterpret_cast<const char *>(sqlite3_column_text(statement, 0)));
-    sqlite3_finalize(statement);
-    sqlite3_close(store);
-    return lines;
 }
 
 QString difference(QStringList found, const QStringList &wanted)
@@ -99,7 +83,7 @@ QList<dovecot_user> fault_users(int count)
 
 imap_program::imap_program()
 {
-    write_file(path("mailapp.mdb"), pattern().store);
+    write_file(path("mailapp.mdb"), imap_pattern().store);
     QDir().mkpath(path("config"));
 }
 
@@ -108,7 +92,7 @@ timed_run imap_program::fetch(quint16 port, const QString &user, const QStringLi
 {
     const QString settings = QString("[main]\nenabledUnsubDate=%1\n\n[mail_client]\nkind=imap\nhost=127.0.0.1\n"
                                      "port=%2\nsecurity=none\nuser=%3\npassword=%4\nsend=keep\n")
-                                 .arg(pattern().unsubscribing_since, QString::number(port), user, password);
+                                 .arg(imap_pattern().unsubscribing_since, QString::number(port), user, password);
     write_file(path("config/brenmoorbiz.conf"), settings.toUtf8());
     QElapsedTimer taken;
     taken.start();
