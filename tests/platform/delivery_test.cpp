@@ -309,8 +309,13 @@ void delivery_test::singles_overtake_mailings()
     delivery::start([](const delivery::report &) {});
     QTRY_VERIFY(sink.taken() > 5);
     site.hand_over("ann@example.net");
+    const int taken = sink.taken(); // one more may be in hand
     QTRY_COMPARE_WITH_TIMEOUT(sink.taken(), 201, 20000);
-    QVERIFY(sink.mails().at(200).recipients != QByteArrayList{"ann@example.net"});
+    const auto mails = sink.mails();
+    int place = 0;
+    while (mails.at(place).recipients != QByteArrayList{"ann@example.net"})
+        ++place;
+    QVERIFY2(place <= taken + 1, qPrintable(QString("%1 after %2").arg(place).arg(taken)));
 }
 
 void delivery_test::closing_in_the_middle_leaves_the_rest()

@@ -28,17 +28,58 @@ int write_all(int file, const QByteArray &bytes)
     return 0;
 }
 
+// A file that must not be there yet. Writing and waiting for the disk are two steps, so that several go to it together.
 // 0, or the number of the failure.
+class half_file {
+public:
+    explicit half_file(const QByteArray &path)
+        : file(open(path.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600)), failure(file < 0 ? errno : 0)
+    {
+    }
+    ~half_file()
+    {
+        if (file >= 0)
+            close(file);
+    }
+    half_file(const half_file &) = delete;
+    half_file &operator=(const half_file &) = delete;
+
+    int write(const QByteArray &bytes)
+    {
+        if (failure == 0)
+            failure = write_all(file, bytes);
+        if (failure == 0) // only a beginning, and where it is not known the sync does all
+            sync_file_range(file, 0, 0, SYNC_FILE_RANGE_WRITE);
+        return failure;
+    }
+    int sync()
+    {
+        if (failure == 0 && fsync(file) != 0)
+            failure = errno;
+        return failure;
+    }
+
+private:
+    int file, failure;
+};
+
 int write_half(const QByteArray &path, const QByteArray &bytes)
 {
-    const int file = open(path.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
-    if (file < 0)
-        return errno;
-    int failure = write_all(file, bytes);
-    if (failure == 0 && fsync(file) != 0)
-        failure = errno;
-    close(file);
-    return failure;
+    half_file file(path);
+    const int failure = file.write(bytes);
+    return failure != 0 ? failure : file.sync();
+}
+
+int write_halves(const QByteArray &first, const QByteArray &first_bytes, const QByteArray &second,
+                 const QByteArray &second_bytes)
+{
+    half_file one(first), other(second);
+    int failure = one.write(first_bytes);
+    if (failure == 0)
+        failure = other.write(second_bytes);
+    if (failure == 0)
+        failure = one.sync();
+    return failure != 0 ? failure : other.sync();
 }
 
 // Some file systems have no such call.
@@ -87,9 +128,7 @@ void write_durable_pair(const QString &folder, const named_bytes &first, const n
     const QByteArray base = QFile::encodeName(folder) + '/';
     const QByteArray first_path = base + QFile::encodeName(first.name);
     const QByteArray second_path = base + QFile::encodeName(second.name);
-    int failure = write_half(first_path + ".tmp", first.bytes);
-    if (failure == 0)
-        failure = write_half(second_path + ".tmp", second.bytes);
+    int failure = write_halves(first_path + ".tmp", first.bytes, second_path + ".tmp", second.bytes);
     if (failure == 0)
         failure = rename_both(first_path, second_path);
     if (failure == 0)

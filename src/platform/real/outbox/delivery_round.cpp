@@ -9,7 +9,10 @@ namespace outbox {
 
 namespace {
 
-constexpr qsizetype announced_at_once = 20; // in doubt after a power cut, at most
+// In doubt after a power cut, at most: few where mails go slowly, more where that many are gone in a moment.
+constexpr qsizetype fewest_announced = 20;
+constexpr qsizetype most_announced = 320;
+constexpr qint64 a_moment_ms = 250;
 
 QStringList waiting_of(const record &mail)
 {
@@ -58,7 +61,8 @@ delivery_round::delivery_round(outbox_shelf &mails, const sending_order &order, 
       way(road_of(order, patience)),
       told(std::move(listener)),
       rate(mails.folder(), order.settings.mailings_per_hour),
-      journal(mails.folder())
+      journal(mails.folder()),
+      clearing([&mails](const QString &id) { return mails.clear(id); })
 {
 }
 
@@ -72,6 +76,8 @@ round_result delivery_round::run()
     }
     try {
         way->close();
+        if (!clearing.finish()) // the journal stays, and says that they went
+            throw run_time_error{70, QStringLiteral("Permission denied: ") + shelf.folder()};
         journal.finish();
     } catch (const run_time_error &error) {
         result.failure = error;
@@ -89,10 +95,18 @@ bool delivery_round::send_next()
         return false;
     const QString &id = next.first();
     if (!journal.is_announced(id))
-        journal.announce(
-            shelf.next_due(seconds_now(), qMin(rate.allowed(seconds_now()), announced_at_once), announced_at_once));
+        announce_some();
     const auto mail = shelf.claim(id);
     return !mail || send_one(*mail);
+}
+
+void delivery_round::announce_some()
+{
+    const bool quick = since_announced.isValid() && !since_announced.hasExpired(a_moment_ms);
+    announced_at_once = quick ? qMin(2 * announced_at_once, most_announced) : fewest_announced;
+    since_announced.start();
+    journal.announce(
+        shelf.next_due(seconds_now(), qMin(rate.allowed(seconds_now()), announced_at_once), announced_at_once));
 }
 
 // False: the round is over.
@@ -139,8 +153,9 @@ smtp::outcome delivery_round::hand_out(const record &mail, const QString &from)
 
 bool delivery_round::note_gone(const QString &id)
 {
-    if (shelf.gone(id))
-        journal.gone(id);
+    journal.gone(id);
+    shelf.gone(id);
+    clearing.add(id);
     ++result.sent;
     told.sent();
     return true;

@@ -1,9 +1,11 @@
 // One go at what waits in the Outbox: mail after mail over one connection, until nothing is due, the way is closed, or
 // the round is to end. What becomes of each recipient is kept before the next mail begins.
 #pragma once
+#include "platform/real/outbox/file_clearing.h"
 #include "platform/real/outbox/mailing_rate.h"
 #include "platform/real/outbox/outbox_shelf.h"
 #include "platform/real/outbox/road.h"
+#include <QElapsedTimer>
 #include <functional>
 
 namespace outbox {
@@ -30,6 +32,7 @@ public:
 private:
     // Whether the round goes on.
     bool send_next();
+    void announce_some();
     bool send_one(record mail);
     bool keep_broken_off(const record &before, record mail);
     bool note_gone(const QString &id);
@@ -44,6 +47,9 @@ private:
     sending_journal journal;
     round_result result;
     QString broke_the_line; // the mail that is tried once more
+    qsizetype announced_at_once = 0;
+    QElapsedTimer since_announced;
+    file_clearing clearing;
 };
 
 }

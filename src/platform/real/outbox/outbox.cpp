@@ -65,7 +65,7 @@ void hold_endless_answers(record &mail, answer_ledger &ledger)
 {
     if (mail.Kind != mail_kind::answer || state_of(mail) != mail_state::waiting)
         return;
-    const qint64 seconds = mail.handed_over.toSecsSinceEpoch();
+    const qint64 seconds = seconds_now(); // a wall clock counts an hour twice in autumn
     for (const recipient &one : mail.left)
         if (ledger.is_full(one.address, seconds)) {
             mail.held = true;

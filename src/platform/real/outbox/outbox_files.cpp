@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <dirent.h>
+#include <fcntl.h>
 #include <memory>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -31,10 +32,28 @@ QStringList names_in(const QString &path)
     return names;
 }
 
-QByteArray whole_file(const QString &path)
+// In three calls; there are as many files as mails. Nothing when there is no such file.
+std::optional<QByteArray> whole_file(const QString &path)
 {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    const int file = open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC);
+    if (file < 0)
+        return errno == ENOENT ? std::nullopt : std::optional(QByteArray());
+    struct stat facts {};
+    QByteArray bytes;
+    if (fstat(file, &facts) == 0)
+        bytes.resize(facts.st_size);
+    qsizetype come = 0;
+    while (come < bytes.size()) {
+        const ssize_t more = read(file, bytes.data() + come, size_t(bytes.size() - come));
+        if (more < 0 && errno == EINTR)
+            continue;
+        if (more <= 0)
+            break;
+        come += more;
+    }
+    close(file);
+    bytes.truncate(come);
+    return bytes;
 }
 
 bool is_gone(const QString &path)
@@ -70,16 +89,16 @@ file_mark outbox_files::mark_of(const QString &id) const
 
 std::optional<record> outbox_files::read(const QString &id) const
 {
-    const QString state = of(id, state_kind);
-    if (!QFile::exists(state))
+    const std::optional<QByteArray> state = whole_file(of(id, state_kind));
+    if (!state)
         return std::nullopt;
-    const auto known = read_state_bytes(id, whole_file(state));
+    const auto known = read_state_bytes(id, *state);
     return known ? known : record_of_damaged(id, eml(id));
 }
 
 QByteArray outbox_files::eml(const QString &id) const
 {
-    return whole_file(of(id, mail_kind_of_file));
+    return whole_file(of(id, mail_kind_of_file)).value_or(QByteArray());
 }
 
 void outbox_files::write(const record &mail, const QByteArray &eml) const

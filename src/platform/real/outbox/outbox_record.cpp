@@ -79,8 +79,7 @@ recipient recipient_in(const QJsonValue &value, const QString &state, const QStr
 
 QDateTime moment_in(const QString &text, const QString &id)
 {
-    QDateTime moment = QDateTime::fromString(text, moment_form);
-    moment.setTimeSpec(Qt::UTC);
+    const QDateTime moment = QDateTime::fromString(text + u'Z', Qt::ISODate); // far quicker than reading by a form
     constexpr qint64 microseconds = 1000000;
     return moment.isValid() ? moment : wall_clock(id.section(u'-', 0, 0).toLongLong() / microseconds);
 }

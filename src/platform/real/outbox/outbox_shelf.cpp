@@ -1,6 +1,5 @@
 #include "platform/real/outbox/outbox_shelf.h"
 #include "platform/real/durable_file.h"
-#include <QSet>
 
 namespace outbox {
 
@@ -100,6 +99,8 @@ void outbox_shelf::look()
         at = next;
     }
     for (const QString &id : ids) {
+        if (leaving.contains(id))
+            continue;
         const auto at = mails.find(id);
         const file_mark mark = files.mark_of(id);
         if (at != mails.end() && (at->second.claimed || at->second.mark == mark))
@@ -140,8 +141,11 @@ void outbox_shelf::settle_now()
     files.sweep();
     const journal_verdict verdict = read_journal(files.folder());
     look();
-    for (const QString &id : verdict.gone)
-        files.remove(id);
+    for (const QString &id : verdict.gone) {
+        if (!files.remove(id)) // without the journal's word it would go once more
+            throw run_time_error{70, QStringLiteral("Permission denied: ") + files.folder()};
+        leaving.remove(id);
+    }
     for (const QString &id : verdict.in_doubt)
         if (const auto at = mails.find(id); at != mails.end())
             rewrite(record(at->second.mail));

@@ -3,6 +3,7 @@
 #pragma once
 #include "platform/real/outbox/outbox_files.h"
 #include "platform/real/outbox/sending_journal.h"
+#include <QSet>
 #include <map>
 #include <mutex>
 #include <set>
@@ -35,7 +36,8 @@ public:
     std::optional<record> claim(const QString &id); // nothing when it was discarded
     void put_back(const record &mail);              // as it was
     void keep(const record &mail);                  // on disk too; throws 61 or 70, and has it in memory all the same
-    bool gone(const QString &id);                   // reached all; false: its file cannot be taken away
+    void gone(const QString &id);                   // reached all: it is no more, but for its files
+    bool clear(const QString &id);                  // takes them away, on any thread; false: they cannot be
 
 private:
     struct entry {
@@ -62,6 +64,7 @@ private:
     counts number;
     std::set<QString> urgent, mailings;         // due
     std::set<std::pair<qint64, QString>> later; // when, which
+    QSet<QString> leaving;                      // gone, and their files may still be there
     bool loaded = false, settled = false, delivering = false;
 };
 

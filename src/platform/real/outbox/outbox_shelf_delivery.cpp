@@ -76,13 +76,21 @@ void outbox_shelf::keep(const record &mail)
     rewrite(mail);
 }
 
-bool outbox_shelf::gone(const QString &id)
+void outbox_shelf::gone(const QString &id)
 {
     const std::lock_guard lock(guard);
-    const bool removed = files.remove(id);
+    leaving.insert(id);
     if (const auto at = mails.find(id); at != mails.end())
         take(at);
-    return removed;
+}
+
+bool outbox_shelf::clear(const QString &id)
+{
+    if (!files.remove(id)) // the lock is free: this may wait for the disk
+        return false;
+    const std::lock_guard lock(guard);
+    leaving.remove(id);
+    return true;
 }
 
 }
