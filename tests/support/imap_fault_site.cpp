@@ -2,13 +2,13 @@
 #include "frame/session.h"
 #include "platform/settings.h"
 #include "support/intake_site.h"
+#include "support/read_store.h"
 
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QThread>
 #include <memory>
-#include <sqlite3.h>
 
 namespace {
 
@@ -43,22 +43,6 @@ void write_file(const QString &path, const QByteArray &bytes)
     QFile file(path);
     if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
         qFatal("cannot write %s", qPrintable(path));
-}
-
-// One column of the store as any tool reads it; a failure is one line that begins with "!".
-QStringList read_imap_store(const QString &path, const char *sql)
-{
-    sqlite3 *store = nullptr;
-    sqlite3_stmt *statement = nullptr;
-    QStringList lines;
-    if (sqlite3_open(path.toUtf8().constData(), &store) != SQLITE_OK ||
-        sqlite3_prepare_v2(store, sql, -1, &statement, nullptr) != SQLITE_OK)
-        lines += QString("!") + sqlite3_errmsg(store);
-    while (statement && sqlite3_step(statement) == SQLITE_ROW)
-        lines += QString::fromUtf8(reinterpret_cast<const char *>(sqlite3_column_text(statement, 0)));
-    sqlite3_finalize(statement);
-    sqlite3_close(store);
-    return lines;
 }
 
 QString difference(QStringList found, const QStringList &wanted)
@@ -121,23 +105,23 @@ timed_run imap_program::fetch(quint16 port, const QString &user, const QStringLi
 
 QStringList imap_program::stored_bodies() const
 {
-    QStringList bodies = read_imap_store(path("mailapp.mdb"), "select tsl_body from orders order by message_id");
+    QStringList bodies = read_store(path("mailapp.mdb"), "select tsl_body from orders order by message_id");
     return bodies.replaceInStrings("\r\n", "\n");
 }
 
 QStringList imap_program::blocked() const
 {
-    return read_imap_store(path("mailapp.mdb"), "select email from unsubscribe_tbl order by email");
+    return read_store(path("mailapp.mdb"), "select email from unsubscribe_tbl order by email");
 }
 
 QStringList imap_program::in_map() const
 {
-    return read_imap_store(path("mailapp.mdb"), "select full_name from names order by message_id");
+    return read_store(path("mailapp.mdb"), "select full_name from names order by message_id");
 }
 
 QString imap_program::store_damage() const
 {
-    const QString answer = read_imap_store(path("mailapp.mdb"), "PRAGMA integrity_check").join(", ");
+    const QString answer = read_store(path("mailapp.mdb"), "PRAGMA integrity_check").join(", ");
     return answer == "ok" ? QString() : answer;
 }
 
