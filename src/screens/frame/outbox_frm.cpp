@@ -99,9 +99,8 @@ void outbox_frm::LV_outbox_Click()
     const QModelIndexList chosen = ui->LV_outbox->selectionModel()->selectedRows();
     ui->again_b->setEnabled(!chosen.isEmpty());
     ui->delete_b->setEnabled(!chosen.isEmpty());
-    ui->why_l->setVisible(!chosen.isEmpty());
-    if (!chosen.isEmpty()) // whole, as its column may be narrow
-        ui->why_l->setText(rows->why(rows->mail(chosen.first().row())));
+    // Whole, as its column may be narrow; empty it keeps its place, so that the list stays as it is.
+    ui->why_l->setText(chosen.isEmpty() ? QString() : rows->why(rows->mail(chosen.first().row())));
     const QString id = chosen.isEmpty() ? QString() : rows->mail(chosen.first().row()).id;
     if (id == shown_id)
         return;
