@@ -39,7 +39,10 @@ def make_maildir(folder, first, count, account):
     for part in ("cur", "new", "tmp"):
         (folder / part).mkdir(parents=True, exist_ok=True)
     for number in range(first, first + count):
-        (folder / "new" / f"{1786000000 + number}.{number}.bench").write_bytes(form_mail(number, account))
+        come = 1786000000 + number  # by its name, and by its file for a server
+        file = folder / "new" / f"{come}.{number}.bench"
+        file.write_bytes(form_mail(number, account))
+        os.utime(file, (come, come))
 
 
 def make_site(folder, accounts, mail_client=None):

@@ -40,7 +40,7 @@ int main(int argc, char **argv)
         break;
     }
     the<menuFrm>().show();
-    the<menuFrm>().start_delivery();
+    the<menuFrm>().start_delivery_when_painted();
     the<frmSplash>().show();
     return QApplication::exec();
 }

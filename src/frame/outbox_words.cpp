@@ -32,7 +32,7 @@ QString state_word(outbox::mail_state state)
     return "Waiting";
 }
 
-QString why(const outbox::kept_mail &mail)
+QString why(const outbox::kept_mail &mail, bool sending_is_on)
 {
     if (!mail.reason.isEmpty())
         return mail.reason;
@@ -46,7 +46,7 @@ QString why(const outbox::kept_mail &mail)
     case outbox::mail_state::waiting:
         break;
     }
-    return "It goes out when its turn comes.";
+    return sending_is_on ? "It goes out when its turn comes." : "Sending is switched off in Preferences > Mail Client.";
 }
 
 QString recipients(const outbox::kept_mail &mail)

@@ -6,7 +6,8 @@
 namespace outbox_words {
 
 QString state_word(outbox::mail_state state); // "Waiting"
-QString why(const outbox::kept_mail &mail);   // the reason, or what the state means where there is none
+// The reason, or what the state means where there is none.
+QString why(const outbox::kept_mail &mail, bool sending_is_on);
 QString recipients(const outbox::kept_mail &mail);
 
 // Before mails are sent once more; "" where nothing needs asking. Of an unknown one nobody knows whether it arrived.

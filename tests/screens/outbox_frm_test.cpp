@@ -1,6 +1,7 @@
 // The Outbox through its controls, over a real Outbox folder; nothing is delivered here.
 #include "platform/mail_delivery.h"
 #include "platform/outbox.h"
+#include "platform/settings.h"
 #include "screens/frame/menuFrm.h"
 #include "screens/frame/outbox_frm.h"
 #include "screens/frame/outbox_list.h"
@@ -11,6 +12,7 @@
 
 #include <QAction>
 #include <QElapsedTimer>
+#include <QFile>
 #include <QHeaderView>
 #include <QLabel>
 #include <QPlainTextEdit>
@@ -20,9 +22,11 @@
 
 namespace {
 
-void hand_over(const QString &to, const QString &subject, const QString &text = "Hello")
+void hand_over(const QString &to, const QString &subject, const QString &text = "Hello",
+               outbox::mail_kind kind = outbox::mail_kind::single)
 {
     outbox::outgoing_mail mail;
+    mail.Kind = kind;
     mail.SendingAccount = "shop@shop.example";
     mail.To = QStringList{to};
     mail.Subject = subject;
@@ -55,6 +59,11 @@ QPushButton &button(const char *name)
     return control<QPushButton>(the<outbox_frm>(), name);
 }
 
+QString shown_reason()
+{
+    return control<QLabel>(the<outbox_frm>(), "why_l").text();
+}
+
 QString shown_text()
 {
     return control<QPlainTextEdit>(the<outbox_frm>(), "text_t").toPlainText();
@@ -76,11 +85,13 @@ private slots:
         QCOMPARE(row_count(), 0);
         QVERIFY(!button("again_b").isEnabled());
         QVERIFY(!button("delete_b").isEnabled());
+        QVERIFY(!button("now_b").isEnabled());
     }
 
     void a_mail_has_its_line()
     {
         screens_site site;
+        SaveSetting("mail_client", "send", "smtp");
         hand_over("ann@mail.example", "Order 17");
         hand_over("no address", "Order 18");
         the<outbox_frm>().show();
@@ -92,6 +103,51 @@ private slots:
         QVERIFY(!cell(0, 4).isEmpty());
         QCOMPARE(cell(1, 2), "Refused");
         QVERIFY(!cell(1, 3).isEmpty());
+    }
+
+    void a_waiting_mail_says_that_sending_is_off()
+    {
+        screens_site site;
+        hand_over("ann@mail.example", "Order 17");
+        the<outbox_frm>().show();
+        QCOMPARE(cell(0, 3), "Sending is switched off in Preferences > Mail Client.");
+    }
+
+    void the_eleventh_answer_is_held_until_the_user_sends_it()
+    {
+        screens_site site;
+        for (int number = 0; number < 11; ++number)
+            hand_over("ann@mail.example", "Order " + QString::number(number), "Hello", outbox::mail_kind::answer);
+        the<outbox_frm>().show();
+        QCOMPARE(cell(9, 2), "Waiting");
+        QCOMPARE(cell(10, 2), "Held");
+        select(10);
+        QCOMPARE(shown_reason(), outbox::contents()[10].reason);
+        QVERIFY(shown_reason().contains("hour"));
+        button("again_b").click();
+        QCOMPARE(site.boxes.shown, QStringList()); // nobody has it yet: nothing to ask
+        QCOMPARE(cell(10, 2), "Waiting");
+    }
+
+    void a_mail_that_may_have_gone_is_sent_again_only_when_the_user_says_so()
+    {
+        screens_site site;
+        hand_over("ann@mail.example", "Order 17");
+        QFile state(site.file("outbox/" + outbox::contents()[0].id + ".json"));
+        QVERIFY(state.open(QIODevice::WriteOnly)); // damaged: nobody knows what became of the mail
+        state.close();
+        the<outbox_frm>().show();
+        QCOMPARE(cell(0, 2), "Unknown");
+        select(0);
+        site.boxes.will_say_no();
+        button("again_b").click();
+        QCOMPARE(site.boxes.shown,
+                 QStringList{"Nobody knows whether this mail has arrived. If it has, it arrives twice "
+                             "now.\n\nSend it again?"});
+        QCOMPARE(cell(0, 2), "Unknown");
+        site.boxes.will_say_yes();
+        button("again_b").click();
+        QCOMPARE(cell(0, 2), "Waiting");
     }
 
     void a_selected_mail_is_read_as_plain_text()

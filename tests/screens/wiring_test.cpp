@@ -26,6 +26,8 @@ private slots:
                                                    << "No user name is set for the mailbox.";
         QTest::newRow("one over a file") << "mbox"
                                          << "No mbox file is set.";
+        QTest::newRow("one with folders") << "imap"
+                                          << "No server is set.";
     }
 
     void a_client_that_is_not_set_up_is_a_failure_not_a_crash()

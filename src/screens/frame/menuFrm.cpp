@@ -209,6 +209,19 @@ void menuFrm::mail_client_mnu_Click()
     the<mail_client_frm>().show();
 }
 
+void menuFrm::start_delivery_when_painted()
+{
+    delivery_is_due = true;
+    update();
+}
+
+void menuFrm::paintEvent(QPaintEvent *event)
+{
+    QMainWindow::paintEvent(event);
+    if (std::exchange(delivery_is_due, false))
+        QTimer::singleShot(0, this, &menuFrm::start_delivery);
+}
+
 void menuFrm::start_delivery()
 {
     guarded("menuFrm.frm", "start_delivery", [this] {

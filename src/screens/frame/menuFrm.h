@@ -18,7 +18,8 @@ public:
     explicit menuFrm(QWidget *parent = nullptr);
     ~menuFrm() override;
 
-    void Timer1_Timer();   // one tick: fetches when it is due
+    void Timer1_Timer();                // one tick: fetches when it is due
+    void start_delivery_when_painted(); // asking a keyring may take seconds: the window comes first
     void start_delivery(); // what waits in the Outbox goes out from here on, and the status bar tells of it
     void delivery_told(const delivery::report &told);
 
@@ -27,6 +28,7 @@ protected:
     void keyPressEvent(QKeyEvent *event) override;
     void showEvent(QShowEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
 
 private:
     void build_menu();
@@ -49,5 +51,6 @@ private:
     QTimer *Timer1;
     status_text *lasting_line;
     QToolButton *outbox_b; // what waits to be sent
-    bool closing = false;  // the question was answered; a second close asks nothing
+    bool delivery_is_due = false;
+    bool closing = false; // the question was answered; a second close asks nothing
 };

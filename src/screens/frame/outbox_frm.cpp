@@ -3,6 +3,7 @@
 #include "frame/messages.h"
 #include "frame/outbox_words.h"
 #include "platform/mail_delivery.h"
+#include "platform/mail_settings.h"
 #include "screens/frame/outbox_list.h"
 #include "screens/icons.h"
 #include "ui_outbox_frm.h"
@@ -59,8 +60,9 @@ void outbox_frm::show_mails()
         for (const outbox::kept_mail &mail : selected_mails())
             selected += mail.id;
         const int place = ui->LV_outbox->verticalScrollBar()->value();
-        rows->set_mails(outbox::contents());
+        rows->set_mails(outbox::contents(), mail::read_client_settings().sending != mail::send_by::keep);
         show_summary(delivery::present());
+        ui->now_b->setEnabled(rows->rowCount() > 0);
         QItemSelection again;
         for (int row = 0; row < rows->rowCount(); ++row)
             if (selected.contains(rows->mail(row).id))
@@ -97,6 +99,8 @@ void outbox_frm::LV_outbox_Click()
     const QModelIndexList chosen = ui->LV_outbox->selectionModel()->selectedRows();
     ui->again_b->setEnabled(!chosen.isEmpty());
     ui->delete_b->setEnabled(!chosen.isEmpty());
+    // Whole, as its column may be narrow; empty it keeps its place, so that the list stays as it is.
+    ui->why_l->setText(chosen.isEmpty() ? QString() : rows->why(rows->mail(chosen.first().row())));
     const QString id = chosen.isEmpty() ? QString() : rows->mail(chosen.first().row()).id;
     if (id == shown_id)
         return;

@@ -21,9 +21,10 @@ QString on_one_line(QString text)
 
 }
 
-void outbox_list::set_mails(std::vector<outbox::kept_mail> new_mails)
+void outbox_list::set_mails(std::vector<outbox::kept_mail> new_mails, bool sending_is_on)
 {
     beginResetModel();
+    sending = sending_is_on;
     mails = std::move(new_mails);
     sort_mails();
     endResetModel();
@@ -68,6 +69,11 @@ void outbox_list::sort(int head, Qt::SortOrder order)
     emit headerDataChanged(Qt::Horizontal, 0, columnCount() - 1);
 }
 
+QString outbox_list::why(const outbox::kept_mail &mail) const
+{
+    return outbox_words::why(mail, sending);
+}
+
 int outbox_list::rowCount(const QModelIndex &parent) const
 {
     return parent.isValid() ? 0 : int(mails.size());
@@ -88,7 +94,7 @@ QString outbox_list::text(const outbox::kept_mail &mail, int head) const
     case state_column:
         return outbox_words::state_word(mail.state);
     case why_column:
-        return on_one_line(outbox_words::why(mail));
+        return on_one_line(why(mail));
     default:
         return mail.handed_over.isValid() ? us_date_time(mail.handed_over) : QString();
     }
@@ -102,7 +108,7 @@ QVariant outbox_list::data(const QModelIndex &index, int role) const
     if (role == Qt::DisplayRole)
         return text(one, index.column());
     if (role == Qt::ToolTipRole) // never taken for HTML, and wrapped
-        return "<qt>" + left(outbox_words::why(one), 2000).toHtmlEscaped() + "</qt>";
+        return "<qt>" + left(why(one), 2000).toHtmlEscaped() + "</qt>";
     return {};
 }
 

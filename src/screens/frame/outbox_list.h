@@ -10,7 +10,9 @@ public:
 
     using QAbstractTableModel::QAbstractTableModel;
 
-    void set_mails(std::vector<outbox::kept_mail> mails); // keeps the sorting
+    // Keeps the sorting. While sending is off a waiting mail says so.
+    void set_mails(std::vector<outbox::kept_mail> mails, bool sending_is_on = true);
+    QString why(const outbox::kept_mail &mail) const; // of the mail's state, whole
     const outbox::kept_mail &mail(int row) const { return mails[size_t(row)]; }
     int row_of(const QString &id) const; // -1: not there
 
@@ -26,6 +28,7 @@ private:
     QString sort_mark(int section) const;
 
     std::vector<outbox::kept_mail> mails;
+    bool sending = true;
     int sorted_by = -1; // no column: as they were handed over
     Qt::SortOrder sort_order = Qt::AscendingOrder;
 };
