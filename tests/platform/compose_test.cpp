@@ -236,6 +236,34 @@ private slots:
         QVERIFY(!QByteArray(bytes).replace("\r\n", "").contains('\r'));
     }
 
+    // Such a line would be taken for another mail's beginning, or for the end of this one.
+    void no_line_begins_like_something_else_data()
+    {
+        QTest::addColumn<QString>("word");
+        QTest::addColumn<QByteArray>("head");
+        QTest::newRow("From") << "From the nursery" << QByteArray("=46rom the nursery");
+        QTest::newRow("a dot") << "." << QByteArray("=2E");
+    }
+    void no_line_begins_like_something_else()
+    {
+        QFETCH(QString, word);
+        QFETCH(QByteArray, head);
+        const QByteArray plain = word.toLatin1();
+        int breaks_before_it = 0;
+        for (int before = 60; before < 80; ++before) {
+            const QString body = QString(before, u'a') + word + QString(40, u'b') + "\n" + word + "\n";
+            const QByteArray text = mail::encode_text(body).bytes;
+            const QByteArrayList lines = QByteArray(text).replace("\r\n", "\n").split('\n');
+            for (const QByteArray &line : lines) {
+                QVERIFY2(!line.startsWith("From ") && !line.startsWith('.'), line.constData());
+                QVERIFY2(line.size() <= 76, line.constData());
+            }
+            QVERIFY2(text.endsWith("\r\n" + head + "\r\n"), text.constData());
+            breaks_before_it += int(text.count("=\r\n" + head.first(3)));
+        }
+        QCOMPARE(breaks_before_it, 1); // of all places, one lets the word begin a line
+    }
+
     void any_line_ends_become_those_of_a_mail()
     {
         QCOMPARE(mail::encode_text("a\nb\r\nc\rd\n").bytes, "a\r\nb\r\nc\r\nd\r\n");

@@ -30,6 +30,9 @@ private slots:
     void a_sending_server_that_takes_no_login_is_told();
     void a_sending_server_needs_no_login();
     void a_server_that_repeats_the_password_is_not_quoted();
+    void a_server_that_repeats_the_token_is_not_quoted();
+    void a_secret_across_the_end_of_what_is_shown_is_not_begun_data();
+    void a_secret_across_the_end_of_what_is_shown_is_not_begun();
 
 private:
     certificates made;
@@ -346,6 +349,53 @@ void login_test::a_server_that_repeats_the_password_is_not_quoted()
         QVERIFY(tried.failed_as(net::trouble::login_refused));
         QCOMPARE(tried.description, "127.0.0.1 does not accept this user name and password. It said: not with ***, no");
     }
+}
+
+void login_test::a_server_that_repeats_the_token_is_not_quoted()
+{
+    // "token-of-ann", and what is sent of it: "user=ann", 1, "auth=Bearer token-of-ann", 1, 1.
+    const QByteArray blob("dXNlcj1hbm4BYXV0aD1CZWFyZXIgdG9rZW4tb2YtYW5uAQE=");
+    const script greeting{say("* OK here\r\n"), expect("%t CAPABILITY"),
+                          say("* CAPABILITY IMAP4rev1 AUTH=XOAUTH2 SASL-IR\r\n%t OK\r\n"),
+                          expect("%t AUTHENTICATE XOAUTH2 " + blob)};
+    for (const QByteArray &said : {QByteArray("token-of-ann"), blob, QByteArray("dG9rZW4tb2YtYW5u")}) {
+        scripted_server server(greeting + script{say("%t NO not with " + said + ", no\r\n"), wait_for_end()});
+        net::place where = place_at(protocol::imap, security::none, server.port);
+        where.token = QStringLiteral("token-of-ann");
+        const connecting tried(where);
+        QVERIFY2(tried.failed_as(net::trouble::login_refused), qPrintable(tried.description));
+        QCOMPARE(tried.description,
+                 "127.0.0.1 does not accept the access token for this user name. It said: not with ***, no");
+    }
+}
+
+void login_test::a_secret_across_the_end_of_what_is_shown_is_not_begun_data()
+{
+    QTest::addColumn<QByteArray>("said");
+    QTest::addColumn<QString>("shown");
+    const QString sentence = QStringLiteral("127.0.0.1 does not accept this user name and password. It said: ");
+    // Of what a server says, 300 letters are shown, and 2,000 of a line are read; "a NO " or the like is before them.
+    QTest::newRow("where the showing ends")
+        << QByteArray(294, 'x') + "apple tree, no" << sentence + QString(294, u'x') + "***, n";
+    QTest::newRow("where the showing ends, encoded")
+        << QByteArray(290, 'x') + "AGFubgBhcHBsZSB0cmVl" << sentence + QString(290, u'x') + "***";
+    // Hidden ones make a line short enough to be shown to its very end, and there it was cut: "A001 NO " and 99 times
+    // twenty letters leave twelve of the last one, or some more behind a shorter tag.
+    const int times = 100;
+    QTest::newRow("where the reading ends")
+        << QByteArray("AGFubgBhcHBsZSB0cmVl").repeated(times) << sentence + QString("***").repeated(times);
+}
+
+void login_test::a_secret_across_the_end_of_what_is_shown_is_not_begun()
+{
+    QFETCH(QByteArray, said);
+    QFETCH(QString, shown);
+    scripted_server server(
+        {say("* OK here\r\n"), expect("%t CAPABILITY"), say("* CAPABILITY IMAP4rev1 AUTH=PLAIN SASL-IR\r\n%t OK\r\n"),
+         expect("%t AUTHENTICATE PLAIN AGFubgBhcHBsZSB0cmVl"), say("%t NO " + said + "\r\n"), wait_for_end()});
+    const connecting tried(place_at(protocol::imap, security::none, server.port));
+    QVERIFY2(tried.failed_as(net::trouble::login_refused), qPrintable(tried.description));
+    QCOMPARE(tried.description, shown);
 }
 
 QTEST_GUILESS_MAIN(login_test)

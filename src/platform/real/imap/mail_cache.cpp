@@ -1,4 +1,5 @@
 #include "platform/real/imap/mail_cache.h"
+#include "platform/real/loseable_file.h"
 #include <QFile>
 #include <sqlite3.h>
 
@@ -16,10 +17,15 @@ constexpr const char *schema = "pragma journal_mode=wal;"
                                " subject blob not null, primary key(folder, uid)) without rowid;"
                                "commit;";
 
-// One statement; good() tells whether all went well so far.
+constexpr int busy_ms = 1000;
+
+// One statement; state is SQLITE_OK or the first failure among those that share it.
 class statement {
 public:
-    statement(sqlite3 *in, const char *sql) { state = sqlite3_prepare_v2(in, sql, -1, &handle, nullptr); }
+    statement(sqlite3 *in, const char *sql, int &shared_state) : state(shared_state)
+    {
+        note(sqlite3_prepare_v2(in, sql, -1, &handle, nullptr));
+    }
     ~statement() { sqlite3_finalize(handle); }
     statement(const statement &) = delete;
     statement &operator=(const statement &) = delete;
@@ -42,16 +48,14 @@ public:
         const int result = sqlite3_step(handle);
         if (result == SQLITE_ROW)
             return true;
-        state = sqlite3_reset(handle);
+        note(sqlite3_reset(handle));
         return false;
     }
-    bool done()
+    void finish()
     {
         while (step()) {
         }
-        return good();
     }
-    bool good() const { return state == SQLITE_OK; }
     qint64 number(int column) { return sqlite3_column_int64(handle, column); }
     QByteArray bytes(int column)
     {
@@ -66,45 +70,64 @@ private:
             state = result;
     }
     sqlite3_stmt *handle = nullptr;
-    int state = SQLITE_OK;
+    int &state;
 };
 
-qint64 folder_number(sqlite3 *file, const QByteArray &folder)
+int read_folder(sqlite3 *file, const QByteArray &folder, folder_state &state, mail_list &into)
 {
-    statement one(file, "select id from folder where name=?");
-    return one.bind(1, folder).step() ? one.number(0) : 0;
-}
-
-bool read_folder(sqlite3 *file, const QByteArray &folder, folder_state &state, mail_list &into)
-{
-    statement one(file, "select id, uid_validity, next_uid, change from folder where name=?");
+    int result = SQLITE_OK;
+    statement one(file, "select id, uid_validity, next_uid, change from folder where name=?", result);
     if (!one.bind(1, folder).step())
-        return one.good();
+        return result;
     state = {quint32(one.number(1)), quint32(one.number(2)), quint64(one.number(3))};
-    statement mails(file, "select uid, size, received, addresses, subject from mail where folder=? order by uid");
+    statement mails(file, "select uid, size, received, addresses, subject from mail where folder=? order by uid",
+                    result);
     mails.bind(1, one.number(0));
     while (mails.step())
         into.add({quint32(mails.number(0)), quint32(mails.number(1)), mails.number(2), mails.bytes(3), mails.bytes(4),
                   true});
     into.set_next_uid(state.next_uid);
     into.take_removed();
-    return mails.good();
+    return result;
 }
 
-bool write_mails(sqlite3 *file, qint64 folder, const std::vector<const listed_mail *> &added,
-                 const std::vector<quint32> &removed)
+int write_folder(sqlite3 *file, const QByteArray &folder, const folder_state &state)
 {
-    statement insert(file, "insert or replace into mail values(?,?,?,?,?,?)");
+    int result = SQLITE_OK;
+    statement(file, "delete from mail where folder in (select id from folder where name=? and uid_validity<>?)", result)
+        .bind(1, folder)
+        .bind(2, state.uid_validity)
+        .finish();
+    statement(file,
+              "insert into folder(name, uid_validity, next_uid, change) values(?,?,?,?)"
+              " on conflict(name) do update set uid_validity=excluded.uid_validity,"
+              " next_uid=excluded.next_uid, change=excluded.change",
+              result)
+        .bind(1, folder)
+        .bind(2, state.uid_validity)
+        .bind(3, state.next_uid)
+        .bind(4, qint64(state.highest_change))
+        .finish();
+    return result;
+}
+
+int write_mails(sqlite3 *file, const QByteArray &folder, const std::vector<const listed_mail *> &added,
+                const std::vector<quint32> &removed)
+{
+    int result = SQLITE_OK;
+    statement named(file, "select id from folder where name=?", result);
+    const qint64 number = named.bind(1, folder).step() ? named.number(0) : 0;
+    statement insert(file, "insert or replace into mail values(?,?,?,?,?,?)", result);
     for (const listed_mail *mail : added) {
-        insert.bind(1, folder).bind(2, mail->uid).bind(3, mail->size).bind(4, mail->received);
-        if (!insert.bind(5, mail->to).bind(6, mail->subject).done())
-            return false;
+        insert.bind(1, number).bind(2, mail->uid).bind(3, mail->size).bind(4, mail->received);
+        insert.bind(5, mail->to).bind(6, mail->subject).finish();
+        if (result != SQLITE_OK)
+            return result;
     }
-    statement erase(file, "delete from mail where folder=? and uid=?");
+    statement erase(file, "delete from mail where folder=? and uid=?", result);
     for (const quint32 uid : removed)
-        if (!erase.bind(1, folder).bind(2, uid).done())
-            return false;
-    return insert.good() && erase.good();
+        erase.bind(1, number).bind(2, uid).finish();
+    return result;
 }
 
 }
@@ -121,26 +144,33 @@ void mail_cache::close()
     sqlite3_close_v2(std::exchange(file, nullptr));
 }
 
-bool mail_cache::run(const char *sql)
+int mail_cache::run(const char *sql)
 {
-    return sqlite3_exec(file, sql, nullptr, nullptr, nullptr) == SQLITE_OK;
+    return sqlite3_exec(file, sql, nullptr, nullptr, nullptr);
 }
 
-bool mail_cache::try_open()
+int mail_cache::try_open()
 {
     const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX;
-    if (sqlite3_open_v2(QFile::encodeName(path).constData(), &file, flags, nullptr) != SQLITE_OK)
-        return false;
-    sqlite3_busy_timeout(file, 1000);
+    loseable_file::make_private(path);
+    const int result = sqlite3_open_v2(QFile::encodeName(path).constData(), &file, flags, nullptr);
+    if (result != SQLITE_OK)
+        return result;
+    sqlite3_busy_timeout(file, busy_ms);
     return run(schema);
 }
 
-void mail_cache::begin_anew()
+// Behind a failure: only a file that is itself at fault is thrown away.
+bool mail_cache::is_begun_anew(int result)
 {
     close();
-    for (const char *end : {"", "-wal", "-shm"})
-        QFile::remove(path + QLatin1String(end));
-    unusable = !try_open();
+    if (!loseable_file::is_spoilt(result))
+        return false;
+    loseable_file::remove(path);
+    if (try_open() == SQLITE_OK)
+        return true;
+    close();
+    return false;
 }
 
 // Somebody may take the file away while we have it open.
@@ -152,54 +182,52 @@ bool mail_cache::is_still_there() const
 
 bool mail_cache::opened()
 {
-    if (unusable || (file && is_still_there()))
-        return !unusable;
+    if (file && is_still_there())
+        return true;
     close();
-    if (!try_open())
-        begin_anew();
-    return !unusable;
+    const int result = try_open();
+    return result == SQLITE_OK || is_begun_anew(result);
 }
 
 folder_state mail_cache::read(const QByteArray &folder, mail_list &into)
 {
     folder_state state;
     into.clear();
-    if (opened() && !read_folder(file, folder, state, into)) {
+    missed.insert(folder);
+    if (!opened())
+        return state;
+    const int result = read_folder(file, folder, state, into);
+    if (result != SQLITE_OK) {
         into.clear();
         state = {};
-        begin_anew();
     }
+    if (result == SQLITE_OK || is_begun_anew(result))
+        missed.remove(folder);
     return state;
 }
 
-bool mail_cache::try_write(const QByteArray &folder, const folder_state &state,
-                           const std::vector<const listed_mail *> &added, const std::vector<quint32> &removed)
+int mail_cache::try_write(const QByteArray &folder, const folder_state &state,
+                          const std::vector<const listed_mail *> &added, const std::vector<quint32> &removed)
 {
-    const bool forgets = statement(file, "delete from mail where folder in"
-                                         " (select id from folder where name=? and uid_validity<>?)")
-                             .bind(1, folder)
-                             .bind(2, state.uid_validity)
-                             .done();
-    const bool told =
-        forgets && statement(file, "insert into folder(name, uid_validity, next_uid, change) values(?,?,?,?)"
-                                   " on conflict(name) do update set uid_validity=excluded.uid_validity,"
-                                   " next_uid=excluded.next_uid, change=excluded.change")
-                       .bind(1, folder)
-                       .bind(2, state.uid_validity)
-                       .bind(3, state.next_uid)
-                       .bind(4, qint64(state.highest_change))
-                       .done();
-    return told && write_mails(file, folder_number(file, folder), added, removed);
+    int result = run("begin immediate");
+    if (result == SQLITE_OK)
+        result = write_folder(file, folder, state);
+    if (result == SQLITE_OK)
+        result = write_mails(file, folder, added, removed);
+    return result == SQLITE_OK ? run("commit") : result;
 }
 
 void mail_cache::write(const QByteArray &folder, const folder_state &state,
                        const std::vector<const listed_mail *> &added, const std::vector<quint32> &removed)
 {
+    if (missed.contains(folder))
+        return;
+    missed.insert(folder);
     if (!opened())
         return;
-    const bool good = run("begin immediate") && try_write(folder, state, added, removed) && run("commit");
-    if (!good)
-        begin_anew();
+    const int result = try_write(folder, state, added, removed);
+    if (result == SQLITE_OK || is_begun_anew(result))
+        missed.remove(folder);
 }
 
 }

@@ -1,7 +1,9 @@
 // What is known of the mails of the folders, on disk: <app>/mailcache.sqlite. It may be deleted or damaged at any
-// time; it is then begun anew. Nothing here fails: without a cache everything is read from the server again.
+// time; it is then begun anew. Where it is locked or cannot be written it stays as it is, and the fetch goes on without
+// it. Nothing here fails: without a cache everything is read from the server again.
 #pragma once
 #include "platform/real/imap/mail_list.h"
+#include <QSet>
 #include <QString>
 
 struct sqlite3;
@@ -30,17 +32,19 @@ public:
 
 private:
     bool opened();
-    bool try_open();
+    int try_open();
     bool is_still_there() const;
     void close();
-    void begin_anew();
-    bool run(const char *sql);
-    bool try_write(const QByteArray &folder, const folder_state &state, const std::vector<const listed_mail *> &added,
-                   const std::vector<quint32> &removed);
+    bool is_begun_anew(int result);
+    int run(const char *sql);
+    int try_write(const QByteArray &folder, const folder_state &state, const std::vector<const listed_mail *> &added,
+                  const std::vector<quint32> &removed);
 
     QString path;
     sqlite3 *file = nullptr;
-    bool unusable = false; // until the process ends
+    // What came once could not be read or written. What comes later would leave a gap: they stay as they are on disk
+    // until they are read again.
+    QSet<QByteArray> missed;
 };
 
 }

@@ -111,12 +111,14 @@ QByteArray quoted_printable(const QByteArray &bytes)
             ++at;
             continue;
         }
-        const bool plain = stands_as_it_is(bytes, at) && !(width == 0 && (bytes[at] == 'F' || bytes[at] == '.'));
-        const QByteArray piece = plain ? QByteArray(1, bytes[at]) : '=' + bytes.sliced(at, 1).toHex().toUpper();
-        if (width + piece.size() >= longest_line) {
+        const bool as_it_is = stands_as_it_is(bytes, at);
+        if (width + (as_it_is ? 1 : 3) >= longest_line) {
             text += "=\r\n";
             width = 0;
         }
+        // Mailboxes and senders take "From " and a dot at the head of a line for something else.
+        const bool plain = as_it_is && !(width == 0 && (bytes[at] == 'F' || bytes[at] == '.'));
+        const QByteArray piece = plain ? QByteArray(1, bytes[at]) : '=' + bytes.sliced(at, 1).toHex().toUpper();
         text += piece;
         width += piece.size();
     }

@@ -1,4 +1,5 @@
 #include "platform/real/mail_session/pop3_memory.h"
+#include "platform/real/loseable_file.h"
 #include <QFile>
 #include <map>
 #include <sqlite3.h>
@@ -10,6 +11,7 @@ namespace {
 constexpr qsizetype longest_text = 256 * 1024;
 constexpr qsizetype longest_field = 16 * 1024;
 constexpr qint64 largest_file = 1024ll * 1024 * 1024;
+constexpr int busy_ms = 500;
 
 constexpr const char *schema =
     "pragma journal_mode=wal; pragma synchronous=normal;"
@@ -40,12 +42,15 @@ struct mail_memory::file {
     file &operator=(const file &) = delete;
 
     void open();
-    bool open_one(const QByteArray &name);
-    void open_anew();
-    // Runs a statement; the first row's columns, or nothing. A damaged file gives nothing, and is made anew.
+    int open_one(const QByteArray &name);
+    void open_nameless();
+    void settle(int result);
+    // Runs a statement; the first row's columns, or nothing.
     values run(const char *sql, const values &bound);
     template <typename Row>
-    int each_row(const char *sql, const values &bound, Row row);
+    void each_row(const char *sql, const values &bound, Row row);
+    template <typename Row>
+    int step_through(const char *sql, const values &bound, Row row);
 
     sqlite3_stmt *statement_of(const char *sql);
     void close();
@@ -53,6 +58,7 @@ struct mail_memory::file {
     QString path;
     QByteArray mailbox;
     sqlite3 *db = nullptr;
+    bool is_nameless = false;
     std::map<const char *, sqlite3_stmt *> statements; // by the texts of this unit
 };
 
@@ -65,29 +71,47 @@ void mail_memory::file::close()
     db = nullptr;
 }
 
-bool mail_memory::file::open_one(const QByteArray &name)
+int mail_memory::file::open_one(const QByteArray &name)
 {
     close();
-    if (sqlite3_open_v2(name.constData(), &db, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr) != SQLITE_OK)
-        return false;
-    return sqlite3_exec(db, schema, nullptr, nullptr, nullptr) == SQLITE_OK &&
-           sqlite3_exec(db, "select mailbox, id, text, reference_ids from mail limit 1; begin immediate", nullptr,
-                        nullptr, nullptr) == SQLITE_OK;
+    int result = sqlite3_open_v2(name.constData(), &db, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr);
+    sqlite3_busy_timeout(db, busy_ms);
+    for (const char *sql :
+         {schema, "select mailbox, id, recipients, subject, sender, received, message_id, reference_ids, text"
+                  " from mail limit 1; begin immediate"})
+        if (result == SQLITE_OK)
+            result = sqlite3_exec(db, sql, nullptr, nullptr, nullptr);
+    return result;
 }
 
 void mail_memory::file::open()
 {
-    if (!open_one(QFile::encodeName(path)))
-        open_anew();
+    loseable_file::make_private(path);
+    const int result = open_one(QFile::encodeName(path));
+    if (result != SQLITE_OK)
+        settle(result);
 }
 
-void mail_memory::file::open_anew()
+// Gone with this object.
+void mail_memory::file::open_nameless()
 {
+    sqlite3_exec(db, "commit", nullptr, nullptr, nullptr);
+    is_nameless = true;
+    open_one(QByteArray());
+}
+
+// Behind a statement that failed.
+void mail_memory::file::settle(int result)
+{
+    if (is_nameless || !loseable_file::is_spoilt(result)) {
+        open_nameless();
+        return;
+    }
     close();
-    for (const char *tail : {"", "-wal", "-shm"})
-        QFile::remove(path + QLatin1String(tail));
-    if (!open_one(QFile::encodeName(path)))
-        open_one(QByteArray()); // nameless, and gone with this object
+    loseable_file::remove(path);
+    loseable_file::make_private(path);
+    if (open_one(QFile::encodeName(path)) != SQLITE_OK)
+        open_nameless();
 }
 
 // Kept prepared: a walk asks the same of every mail.
@@ -100,7 +124,7 @@ sqlite3_stmt *mail_memory::file::statement_of(const char *sql)
 }
 
 template <typename Row>
-int mail_memory::file::each_row(const char *sql, const values &bound, Row row)
+int mail_memory::file::step_through(const char *sql, const values &bound, Row row)
 {
     sqlite3_stmt *statement = statement_of(sql);
     if (!statement)
@@ -116,17 +140,21 @@ int mail_memory::file::each_row(const char *sql, const values &bound, Row row)
     return result;
 }
 
+template <typename Row>
+void mail_memory::file::each_row(const char *sql, const values &bound, Row row)
+{
+    const int result = step_through(sql, bound, row);
+    if (result != SQLITE_DONE)
+        settle(result);
+}
+
 values mail_memory::file::run(const char *sql, const values &bound)
 {
     values found;
-    const int result = each_row(sql, bound, [&](sqlite3_stmt *row) {
+    each_row(sql, bound, [&](sqlite3_stmt *row) {
         for (int column = 0; found.size() < sqlite3_column_count(row); ++column)
             found.append(blob(row, column));
     });
-    if (result == SQLITE_CORRUPT || result == SQLITE_NOTADB || result == SQLITE_IOERR || result == SQLITE_FULL) {
-        open_anew();
-        return {};
-    }
     return found;
 }
 
@@ -191,7 +219,9 @@ void mail_memory::forget_all_but(const QSet<QByteArray> &keys)
 
 void mail_memory::commit()
 {
-    sqlite3_exec(self->db, "commit; begin immediate", nullptr, nullptr, nullptr);
+    const int result = sqlite3_exec(self->db, "commit; begin immediate", nullptr, nullptr, nullptr);
+    if (result != SQLITE_OK)
+        self->settle(result);
 }
 
 }

@@ -1,5 +1,6 @@
-// What is remembered of the mails of POP3 mailboxes, in <app>/pop3memory.sqlite. The file may be deleted or damaged at
-// any time: it is then made anew, and where it cannot be, a nameless one serves this process. Nothing here fails.
+// What is remembered of the mails of POP3 mailboxes, in <app>/pop3memory.sqlite, for its owner's eyes. The file may be
+// deleted or damaged at any time: it is then made anew. Where it is locked, cannot be written or cannot be made, it
+// stays as it is and a nameless one serves this fetch. Nothing here fails.
 #pragma once
 #include "platform/real/mail_session/mailbox.h"
 #include <QSet>

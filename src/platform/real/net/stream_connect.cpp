@@ -34,15 +34,31 @@ bool was_let_in(const QByteArrayList &lines)
     return std::any_of(lines.begin(), lines.end(), [](const QByteArray &line) { return line.startsWith("235"); });
 }
 
-// A server may say anything, also what it was told.
-run_time_error hidden_secrets(const place &where, run_time_error error)
+// The longest first: a short one may stand within it.
+QByteArrayList secrets_of(const place &where)
 {
-    const QByteArray plain = '\0' + where.server.user.toUtf8() + '\0' + where.password.toUtf8();
-    for (const QString &secret : {where.password, where.token, QString::fromLatin1(plain.toBase64()),
-                                  QString::fromLatin1(where.password.toUtf8().toBase64())})
-        if (secret.size() >= shortest_secret)
-            error.description.replace(secret, QStringLiteral("***"));
-    return error;
+    const QByteArray user = where.server.user.toUtf8(), password = where.password.toUtf8(),
+                     token = where.token.toUtf8();
+    QByteArrayList secrets{
+        password, password.toBase64(), ('\0' + user + '\0' + password).toBase64(),
+        token,    token.toBase64(),    ("user=" + user + "\1auth=Bearer " + token + "\1\1").toBase64()};
+    secrets.removeIf([](const QByteArray &secret) { return secret.size() < shortest_secret; });
+    std::sort(secrets.begin(), secrets.end(),
+              [](const QByteArray &left, const QByteArray &right) { return left.size() > right.size(); });
+    return secrets;
+}
+
+// A server may say anything, also what it was told; and its line may have been cut in the middle of that.
+QByteArray hidden_secrets(const place &where, QByteArray words)
+{
+    const QByteArrayList secrets = secrets_of(where);
+    for (const QByteArray &secret : secrets)
+        words.replace(secret, "***");
+    for (const QByteArray &secret : secrets)
+        for (qsizetype size = secret.size() - 1; size >= shortest_secret; --size)
+            if (words.endsWith(secret.first(size)))
+                return words.chopped(size) + "***";
+    return words;
 }
 
 }
@@ -134,8 +150,11 @@ void stream::line::connect()
         curl_easy_setopt(handle, CURLOPT_LOGIN_OPTIONS, nullptr);
         code = curl_easy_perform(handle);
     }
-    if (code != CURLE_OK)
-        throw hidden_secrets(where, connect_failure(where, code, given_up, QString::fromLocal8Bit(words), lines));
+    if (code != CURLE_OK) {
+        for (QByteArray &said : lines) // while they are whole: what is shown of them is shorter
+            said = hidden_secrets(where, said);
+        throw connect_failure(where, code, given_up, QString::fromLocal8Bit(hidden_secrets(where, words)), lines);
+    }
     curl_easy_getinfo(handle, CURLINFO_ACTIVESOCKET, &socket);
     if (socket == CURL_SOCKET_BAD)
         throw failure(trouble::closed, name_of(where) + QStringLiteral(" closed the connection."));
