@@ -1,12 +1,17 @@
 // From the Outbox to a server: what went, what is left, and why. Killed on the way: delivery_kill_test.cpp.
+#include "platform/real/outbox/delivery_worker.h"
 #include "support/delivery_site.h"
+#include "support/fake_sendmail.h"
 #include "support/smtp_sink.h"
+#include <QDir>
 #include <QElapsedTimer>
+#include <QFileInfo>
 #include <QSet>
 #include <QTest>
 #include <QThread>
 
 using outbox::mail_state;
+Q_DECLARE_METATYPE(outbox::mail_state)
 
 class delivery_test : public QObject {
     Q_OBJECT
@@ -26,6 +31,14 @@ private slots:
     void the_hours_limit_holds_mailings_only();
     void the_worker_sends_what_is_handed_over();
     void the_worker_tries_again_when_it_is_told_that_settings_changed();
+    void switching_sending_off_is_heeded_between_two_mails();
+    void a_corrected_password_does_not_wait();
+    void a_mail_whose_file_cannot_be_read_stays_data();
+    void a_mail_whose_file_cannot_be_read_stays();
+    void a_server_that_wants_a_login_refuses_no_mail_data();
+    void a_server_that_wants_a_login_refuses_no_mail();
+    void the_words_of_a_break_are_not_those_of_a_refusal();
+    void sendmail_is_found_in_the_search_path();
     void singles_overtake_mailings();
     void closing_in_the_middle_leaves_the_rest();
     void a_stalled_server_does_not_hold_up_closing();
@@ -299,6 +312,130 @@ void delivery_test::the_worker_tries_again_when_it_is_told_that_settings_changed
     delivery::wake();
     QTRY_COMPARE(line, "");
     QCOMPARE(sink.mails().size(), 2);
+}
+
+void delivery_test::switching_sending_off_is_heeded_between_two_mails()
+{
+    smtp_sink sink({.delay = std::chrono::milliseconds(10)});
+    delivery_site site(sink.port());
+    site.hand_over_many(300);
+    delivery::start([](const delivery::report &) {});
+    QTRY_VERIFY(sink.taken() > 5);
+    site.settings.sending = mail::send_by::keep;
+    site.set(site.settings);
+    delivery::wake();
+    const int taken = sink.taken(); // one more may be in hand, and one more on its way to being told
+    QTRY_VERIFY(!delivery::present().busy);
+    QVERIFY2(sink.taken() <= taken + 2, qPrintable(QString("%1 after %2").arg(sink.taken()).arg(taken)));
+    QCOMPARE(outbox::count().waiting, 300 - sink.taken());
+    QCOMPARE(outbox::count().unknown, 0);
+    QVERIFY(delivery::present().line.endsWith(": sending is switched off"));
+}
+
+void delivery_test::a_corrected_password_does_not_wait()
+{
+    smtp_sink sink({.user = "smith", .password = "right", .delay = std::chrono::milliseconds(100)});
+    delivery_site site(sink.port());
+    site.hand_over("ann@example.net");
+    outbox::sending_order order;
+    order.settings = site.settings;
+    order.settings.smtp_logs_in = true;
+    order.settings.smtp.user = "smith";
+    order.password = "wrong";
+    outbox::delivery_worker worker(std::make_shared<outbox::outbox_shelf>(site.path("outbox")), [] {});
+    worker.take(order);
+    QTRY_COMPARE(sink.connections(), 1); // it is refused within the next tenths of a second
+    order.password = "right";
+    worker.take(order);
+    QTRY_COMPARE_WITH_TIMEOUT(sink.taken(), 1, 15000); // it would be tried again after 30 seconds
+}
+
+void delivery_test::a_mail_whose_file_cannot_be_read_stays_data()
+{
+    QTest::addColumn<QString>("instead");
+    QTest::addColumn<mail_state>("state");
+    QTest::addColumn<QString>("reason");
+    QTest::newRow("it is gone") << "nothing" << mail_state::refused
+                                << "The mail's file cannot be read: it is not there any more.";
+    QTest::newRow("it is empty") << "an empty file" << mail_state::refused
+                                 << "The mail's file cannot be read: it is empty.";
+    QTest::newRow("it is a folder") << "a folder" << mail_state::waiting
+                                    << "The mail's file cannot be read: Is a directory.";
+}
+void delivery_test::a_mail_whose_file_cannot_be_read_stays()
+{
+    QFETCH(QString, instead);
+    smtp_sink sink;
+    delivery_site site(sink.port());
+    const QString id = site.hand_over("ann@example.net");
+    site.hand_over("bob@example.net");
+    QCOMPARE(outbox::count().waiting, 2); // both are known
+    QFile file(site.path("outbox/" + id + ".eml"));
+    QVERIFY(file.remove());
+    QVERIFY(instead != "an empty file" || file.open(QIODevice::WriteOnly));
+    QVERIFY(instead != "a folder" || QDir().mkdir(file.fileName()));
+    QCOMPARE(site.deliver(), "");
+    QCOMPARE(sink.mails().size(), 1);
+    QCOMPARE(sink.mails().at(0).recipients, QByteArrayList{"bob@example.net"});
+    for (int run = 0; run < 2; ++run) {
+        QCOMPARE(only_mail().id, id);
+        QCOMPARE(only_mail().To, QStringList{"ann@example.net"});
+        QTEST(only_mail().state, "state");
+        QTEST(only_mail().reason, "reason");
+        site.begin_a_new_run();
+        outbox::hand_over({});
+        QVERIFY(outbox::discard(outbox::contents().back().id)); // a new run puts the folder right
+    }
+    QVERIFY(outbox::discard(id));
+    QVERIFY(outbox::contents().empty());
+}
+
+void delivery_test::a_server_that_wants_a_login_refuses_no_mail_data()
+{
+    QTest::addColumn<QByteArray>("reply");
+    QTest::newRow("a login") << QByteArray("530 5.7.0 Authentication required");
+    QTest::newRow("another login") << QByteArray("535 5.7.8 Bad credentials");
+    QTest::newRow("an encrypted login") << QByteArray("538 5.7.11 Encryption required");
+}
+void delivery_test::a_server_that_wants_a_login_refuses_no_mail()
+{
+    QFETCH(QByteArray, reply);
+    smtp_sink sink({.refusals = {{.pattern = "*", .reply = reply, .sender = true}}});
+    delivery_site site(sink.port());
+    site.hand_over("ann@example.net");
+    site.hand_over("bob@example.net");
+    const QString failure = site.deliver();
+    QVERIFY2(failure.contains(" takes no mail without a login. It said: " + QString::fromLatin1(reply)),
+             qPrintable(failure));
+    QCOMPARE(waiting_addresses(), (QStringList{"ann@example.net", "bob@example.net"}));
+    QCOMPARE(sink.connections(), 1);
+}
+
+void delivery_test::the_words_of_a_break_are_not_those_of_a_refusal()
+{
+    smtp_sink sink({.faults = {{.at = smtp_step::final, .deed = smtp_fault::close, .times = -1}},
+                    .refusals = {{"ann@*", "550 5.1.1 No such user"}}});
+    delivery_site site(sink.port());
+    site.hand_over("ann@example.net; bob@example.net");
+    const QString failure = site.deliver();
+    QVERIFY2(failure.contains("closed the connection"), qPrintable(failure));
+    QVERIFY2(!failure.contains("No such user"), qPrintable(failure));
+}
+
+void delivery_test::sendmail_is_found_in_the_search_path()
+{
+    const fake_sendmail program;
+    const QByteArray path = qgetenv("PATH");
+    qputenv("PATH", QFileInfo(program.program()).path().toLocal8Bit() + ':' + path);
+    delivery_site site;
+    site.settings.sending = mail::send_by::sendmail;
+    site.set(site.settings);
+    site.hand_over("ann@example.net");
+    const QString failure = site.deliver();
+    qputenv("PATH", path);
+    QCOMPARE(failure, "");
+    QCOMPARE(program.calls().size(), 1);
+    QVERIFY(outbox::contents().empty());
 }
 
 void delivery_test::singles_overtake_mailings()

@@ -3,6 +3,9 @@
 #include "platform/clock.h"
 #include "platform/outbox.h"
 #include "platform/outside_effects.h"
+#include "platform/real/outbox/file_clearing.h"
+#include "platform/real/outbox/sending_journal.h"
+#include "platform/run_time_error.h"
 #include "platform/settings.h"
 #include "support/fault_points.h"
 #include "support/maildir_files.h"
@@ -362,6 +365,172 @@ private slots:
         const auto kept = outbox::contents();
         QCOMPARE(kept[0].state, outbox::mail_state::unknown);
         QCOMPARE(kept[1].state, outbox::mail_state::waiting);
+    }
+
+    void torn_lines_of_a_full_disk_say_nothing_data()
+    {
+        QTest::addColumn<QString>("lines");
+        QTest::addColumn<QList<int>>("waiting");
+        QTest::newRow("gone, glued to an end") << "end %1\ngone %1end %2\n" << QList<int>{2, 3, 4};
+        QTest::newRow("gone, glued to what goes next") << "end %1\ngone %1ahead %3 %4\n" << QList<int>{2, 3, 4};
+        QTest::newRow("half an id") << "gone 17672\nend %1\n" << QList<int>{2, 3, 4};
+        QTest::newRow("half a word") << "end %1\ngone gone %2\n" << QList<int>{2, 3, 4};
+        QTest::newRow("whole words") << "gone %1\nend %2\n\nkept %2\n" << QList<int>{2, 3, 4};
+    }
+    void torn_lines_of_a_full_disk_say_nothing()
+    {
+        QFETCH(QString, lines);
+        QFETCH(QList<int>, waiting);
+        program_folder folder;
+        QStringList ids;
+        for (int number = 1; number <= 4; ++number)
+            ids += outbox::hand_over(mail_to("ann@example.net"));
+        QFile boot("/proc/sys/kernel/random/boot_id");
+        QVERIFY(boot.open(QIODevice::ReadOnly));
+        for (int number = 1; number <= 4; ++number)
+            lines.replace(QString("%%1").arg(number), ids.at(number - 1));
+        folder.write("outbox/sending.journal", "sending 1 " + boot.readAll() + lines.toLatin1());
+        QList<int> found;
+        for (const outbox::kept_mail &mail : outbox::contents())
+            if (mail.state == outbox::mail_state::waiting)
+                found += int(ids.indexOf(mail.id)) + 1;
+        QCOMPARE(found, waiting);
+        const bool is_gone = lines.startsWith("gone " + ids.first() + "\n");
+        QCOMPARE(outbox::contents().size(), size_t(is_gone ? 3 : 4));
+    }
+
+    void the_line_behind_a_torn_one_stands_alone()
+    {
+        const QTemporaryDir folder;
+        const QString first = "1767268800000001-0000000a", second = "1767268800000002-0000000b";
+        QVERIFY(lives_through(0, [&] {
+            outbox::sending_journal journal(folder.path());
+            journal.announce({first, second});
+            journal.sending(first);
+            const QString name = folder.filePath("sending.journal");
+            const rlim_t room = rlim_t(QFile(name).size()) + 7;
+            rlimit limit{room, RLIM_INFINITY};
+            signal(SIGXFSZ, SIG_IGN);
+            setrlimit(RLIMIT_FSIZE, &limit);
+            journal.gone(first); // torn
+            limit.rlim_cur = RLIM_INFINITY;
+            setrlimit(RLIMIT_FSIZE, &limit);
+            journal.sending(second);
+        }));
+        QVERIFY(bytes_of_file(folder.filePath("sending.journal")).contains("\ngone 17\nend " + second.toLatin1()));
+        const outbox::journal_verdict verdict = outbox::read_journal(folder.path());
+        QCOMPARE(verdict.gone, QSet<QString>());
+        QCOMPARE(verdict.in_doubt, (QSet<QString>{first, second}));
+    }
+
+    void a_state_that_cannot_be_read_now_leaves_the_mail_alone()
+    {
+        program_folder folder;
+        const QString id = outbox::hand_over(mail_to("ann@example.net"));
+        outbox::hand_over(mail_to("bob@example.net"));
+        const QString name = folder.folder.filePath("outbox/" + id + ".json");
+        const QByteArray state = bytes_of_file(name);
+        QVERIFY(QFile::remove(name));
+        QVERIFY(QDir().mkdir(name)); // root reads any file, but no folder
+        folder.begin_a_new_run();
+        QCOMPARE(outbox::contents().size(), size_t(1));
+        QCOMPARE(outbox::contents().at(0).To, QStringList{"bob@example.net"});
+        QCOMPARE(outbox::count().unknown, 0);
+        outbox::hand_over(mail_to("eve@example.net")); // sweeps
+        QVERIFY(QDir().rmdir(name));
+        folder.write("outbox/" + id + ".json", state);
+        QCOMPARE(outbox::contents().size(), size_t(3));
+        QCOMPARE(outbox::contents().at(0).state, outbox::mail_state::waiting);
+        QVERIFY(outbox::bytes_of(id).endsWith("A line of text.\r\n"));
+    }
+
+    void no_free_file_number_is_no_damage_and_no_loss()
+    {
+        program_folder folder;
+        for (int number = 0; number < 3; ++number)
+            outbox::hand_over(mail_to("ann@example.net"));
+        folder.begin_a_new_run();
+        QVERIFY(lives_through(0, [] {
+            rlimit limit{};
+            getrlimit(RLIMIT_NOFILE, &limit);
+            const rlimit none{0, limit.rlim_max};
+            setrlimit(RLIMIT_NOFILE, &none);
+            const size_t without = outbox::contents().size();
+            setrlimit(RLIMIT_NOFILE, &limit);
+            const auto kept = outbox::contents();
+            const bool all_wait = outbox::count().waiting == 3 && outbox::count().unknown == 0;
+            _exit(without == 0 && kept.size() == 3 && all_wait ? 0 : 1);
+        }));
+        QCOMPARE(folder.outbox_files().size(), 6);
+    }
+
+    void doubt_about_a_mail_that_cannot_be_read_is_kept()
+    {
+        program_folder folder;
+        const QString id = outbox::hand_over(mail_to("ann@example.net"));
+        const QString name = folder.folder.filePath("outbox/" + id + ".json");
+        const QByteArray state = bytes_of_file(name);
+        folder.write("outbox/sending.journal", "sending 1 another-boot\nahead " + id.toLatin1() + '\n');
+        QVERIFY(QFile::remove(name));
+        QVERIFY(QDir().mkdir(name));
+        folder.begin_a_new_run();
+        outbox::hand_over(mail_to("bob@example.net")); // settles
+        QVERIFY(folder.outbox_files().contains("sending.journal"));
+        QVERIFY(QDir().rmdir(name));
+        folder.write("outbox/" + id + ".json", state);
+        outbox::hand_over(mail_to("eve@example.net"));
+        QVERIFY(!folder.outbox_files().contains("sending.journal"));
+        QCOMPARE(outbox::contents().at(0).id, id);
+        QCOMPARE(outbox::contents().at(0).state, outbox::mail_state::unknown);
+    }
+
+    void an_answer_that_was_not_handed_over_does_not_count()
+    {
+        program_folder folder;
+        outbox::hand_over(mail_to("ann@example.net")); // makes the folder
+        QVERIFY(lives_through(0, [] {
+            const rlimit small{600, 600};
+            signal(SIGXFSZ, SIG_IGN);
+            setrlimit(RLIMIT_FSIZE, &small);
+            try {
+                outbox::hand_over(answer_to("ann@example.net"));
+            } catch (const run_time_error &) {
+                _exit(0);
+            }
+            _exit(1);
+        }));
+        QVERIFY(!folder.outbox_files().contains("answers.ledger"));
+        outbox::hand_over(answer_to("ann@example.net"));
+        QVERIFY(bytes_of_file(folder.folder.filePath("outbox/answers.ledger")).endsWith(" ann@example.net\n"));
+    }
+
+    void files_go_also_where_no_thread_can_be_had()
+    {
+        QVERIFY(lives_through(0, [] {
+            QFile own("/proc/self/statm");
+            if (!own.open(QIODevice::ReadOnly))
+                _exit(2);
+            const rlim_t pages = own.readAll().split(' ').first().toULong();
+            pthread_attr_t big;
+            pthread_attr_init(&big);
+            pthread_attr_setstacksize(&big, 256 << 20); // stacks of threads that ended would be taken again
+            pthread_setattr_default_np(&big);
+            const rlim_t room = pages * rlim_t(sysconf(_SC_PAGESIZE)) + (32 << 20);
+            const rlimit limit{room, room};
+            setrlimit(RLIMIT_AS, &limit);
+            QStringList removed;
+            const auto here = std::this_thread::get_id();
+            bool always_here = true;
+            outbox::file_clearing clearing([&](const QString &id) {
+                always_here = always_here && std::this_thread::get_id() == here;
+                removed += id;
+                return id != "b";
+            });
+            for (const char *id : {"a", "b", "c"})
+                clearing.add(QString::fromLatin1(id));
+            const bool all_there = removed == QStringList{"a", "b", "c"};
+            _exit(all_there && always_here && !clearing.finish() ? 0 : 1);
+        }));
     }
 
     void two_thousand_waiting_mails_do_not_slow_handing_over()

@@ -16,6 +16,8 @@ private slots:
     void parameters_follow_the_offers();
     void answers_decide_the_fates_data();
     void answers_decide_the_fates();
+    void a_missing_login_is_no_fate_of_a_mail_data();
+    void a_missing_login_is_no_fate_of_a_mail();
     void a_mail_after_a_refused_one_begins_afresh();
     void a_mail_for_nobody_is_ended_empty();
     void what_cannot_be_carried_is_not_asked_data();
@@ -266,6 +268,7 @@ void smtp_session_test::answers_decide_the_fates()
     const smtp::outcome outcome = send_one(server, {ann, bob, zoe});
     QCOMPARE(fates_of(outcome), fates);
     QCOMPARE(outcome.line_is_broken, broken);
+    QCOMPARE(outcome.why_broken.isEmpty(), !broken);
     QCOMPARE(outcome.sender_refused, envelope.startsWith("550"));
     for (const smtp::recipient_fate &one : outcome.recipients)
         QVERIFY2(!one.words.isEmpty() && one.words.size() < 600 && !one.words.contains(u'\n'), qPrintable(one.words));
@@ -273,6 +276,30 @@ void smtp_session_test::answers_decide_the_fates()
         QCOMPARE(server.unexpected(), QByteArray());
     else
         QVERIFY(!has_ended_a_mail(server.received()));
+}
+
+void smtp_session_test::a_missing_login_is_no_fate_of_a_mail_data()
+{
+    QTest::addColumn<QByteArray>("answer");
+    for (const char *answer : {"530 Log in", "535 Wrong", "538 Encrypt"})
+        QTest::newRow(answer) << QByteArray(answer);
+}
+void smtp_session_test::a_missing_login_is_no_fate_of_a_mail()
+{
+    QFETCH(QByteArray, answer);
+    scripted_server server(greeting() + expect_lines({"MAIL", "RCPT", "DATA"}) +
+                           script{say(answer + "\r\n503 No\r\n503 No\r\n")});
+    smtp::session session(place_at(server.port), short_patience());
+    QString words;
+    try {
+        session.send(shop, {ann}, mail_bytes, [] {});
+    } catch (const run_time_error &error) {
+        if (net::is(error, net::trouble::login_refused))
+            words = error.description;
+    }
+    QVERIFY2(words.endsWith("takes no mail without a login. It said: " + QString::fromLatin1(answer)),
+             qPrintable(words));
+    QVERIFY(session.send(shop, {ann}, mail_bytes, [] {}).line_is_broken);
 }
 
 void smtp_session_test::a_mail_after_a_refused_one_begins_afresh()

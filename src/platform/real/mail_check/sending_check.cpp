@@ -2,9 +2,9 @@
 #include "platform/mail_providers.h"
 #include "platform/real/mail/mail_address.h"
 #include "platform/real/mail_check/server_search.h"
+#include "platform/real/outbox/sendmail_road.h"
 #include "platform/real/smtp/dialogue.h"
 #include "platform/real/smtp/wire_form.h"
-#include <QStandardPaths>
 #include <memory>
 
 namespace mail {
@@ -16,10 +16,7 @@ const QString sending = QStringLiteral("Sending");
 bool check_sendmail(check_run &run)
 {
     return run.step(sending, []() -> step_end {
-        QString program = QStandardPaths::findExecutable(QStringLiteral("sendmail"));
-        if (program.isEmpty()) // mostly not in a user's search path
-            program = QStandardPaths::findExecutable(QStringLiteral("sendmail"),
-                                                     {QStringLiteral("/usr/sbin"), QStringLiteral("/usr/lib")});
+        const QString program = outbox::sendmail_program();
         if (program.isEmpty())
             return {check_state::failed, QStringLiteral("There is no program sendmail on this machine. Install a mail "
                                                         "system, or send through your provider's server (SMTP).")};

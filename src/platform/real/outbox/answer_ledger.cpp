@@ -51,12 +51,12 @@ bool answer_ledger::is_full(const QString &address, qint64 seconds) const
 
 void answer_ledger::note(const QString &address, qint64 seconds)
 {
-    if (lines >= clean_at)
-        clean(seconds);
     const QString key = address.toCaseFolded();
-    append_to_file(folder + u'/' + ledger_file, line_of(key, seconds));
     answers[key].append(seconds);
-    ++lines;
+    if (++lines > clean_at)
+        clean(seconds);
+    else
+        append_to_file(folder + u'/' + ledger_file, line_of(key, seconds));
 }
 
 void answer_ledger::clean(qint64 seconds)

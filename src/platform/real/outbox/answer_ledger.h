@@ -12,7 +12,7 @@ public:
     explicit answer_ledger(const QString &folder); // reads what an earlier run has left
     // Of an address in any letter case. seconds is the present moment.
     bool is_full(const QString &address, qint64 seconds) const;
-    void note(const QString &address, qint64 seconds); // throws 61 or 70
+    void note(const QString &address, qint64 seconds); // throws 61 or 70, and has counted it all the same
 
 private:
     void clean(qint64 seconds);

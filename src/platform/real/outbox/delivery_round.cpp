@@ -4,6 +4,7 @@
 #include "platform/real/outbox/retry_plan.h"
 #include "platform/real/outbox/sending_address.h"
 #include <algorithm>
+#include <cerrno>
 
 namespace outbox {
 
@@ -28,6 +29,15 @@ void refuse_all(record &mail, const QString &words)
     for (recipient &one : mail.left)
         if (one.state == recipient_state::waiting)
             one = {one.address, recipient_state::refused, words};
+}
+
+void postpone_all(record &mail, const QString &words)
+{
+    mail.reason.clear();
+    for (recipient &one : mail.left)
+        if (one.state == recipient_state::waiting)
+            one.words = words;
+    note_postponed(mail, seconds_now());
 }
 
 // Those that wait, in their order, are those of the outcome.
@@ -118,8 +128,11 @@ bool delivery_round::send_one(record mail)
                                         : QStringLiteral("It cannot go out as \"%1\".").arg(from));
         return keep(mail);
     }
+    const file_content eml = shelf.eml(mail.id);
+    if (eml.failure != 0 || eml.bytes.isEmpty())
+        return keep_unread(mail, eml);
     const record before = mail;
-    const smtp::outcome outcome = hand_out(mail, from);
+    const smtp::outcome outcome = hand_out(mail, from, eml.bytes);
     note_fates(mail, outcome);
     if (outcome.sender_refused)
         for (recipient &one : mail.left)
@@ -127,15 +140,14 @@ bool delivery_round::send_one(record mail)
     if (mail.left.empty())
         return note_gone(mail.id);
     if (outcome.line_is_broken)
-        return keep_broken_off(before, mail);
+        return keep_broken_off(before, mail, outcome.why_broken);
     if (has_any(mail, recipient_state::waiting))
         note_postponed(mail, seconds_now());
     return keep(mail);
 }
 
-smtp::outcome delivery_round::hand_out(const record &mail, const QString &from)
+smtp::outcome delivery_round::hand_out(const record &mail, const QString &from, const QByteArray &eml)
 {
-    const QByteArray eml = shelf.eml(mail.id);
     try {
         smtp::outcome outcome = way->send(from, waiting_of(mail), with_sender(eml, from), [&] {
             if (mail.Kind == mail_kind::mailing)
@@ -168,9 +180,23 @@ bool delivery_round::keep(const record &mail)
     return true;
 }
 
+// A disk may be well again tomorrow; what is not there does not come back.
+bool delivery_round::keep_unread(record mail, const file_content &eml)
+{
+    const QString why = eml.failure == ENOENT ? QStringLiteral("it is not there any more")
+                        : eml.failure == 0    ? QStringLiteral("it is empty")
+                                              : qt_error_string(eml.failure);
+    const QString words = QStringLiteral("The mail's file cannot be read: %1.").arg(why);
+    if (eml.failure == ENOENT || eml.failure == 0)
+        refuse_all(mail, words);
+    else
+        postpone_all(mail, words);
+    return keep(mail);
+}
+
 // Before its end: once more, at once, over a new connection; then later, so that it does not hold up the others.
 // Behind its end it is in doubt, and a server that does this may do it again: the next mail waits a while.
-bool delivery_round::keep_broken_off(const record &before, record mail)
+bool delivery_round::keep_broken_off(const record &before, record mail, const QString &why)
 {
     const bool in_doubt = has_any(mail, recipient_state::unknown);
     const bool ends = told.shall_end();
@@ -180,7 +206,7 @@ bool delivery_round::keep_broken_off(const record &before, record mail)
         journal.kept(mail.id);
         return !ends;
     }
-    result.failure = net::failure(net::trouble::closed, mail.left.front().words);
+    result.failure = net::failure(net::trouble::closed, why);
     if (has_any(mail, recipient_state::waiting))
         note_postponed(mail, seconds_now());
     keep(mail);

@@ -34,10 +34,11 @@ private:
     bool send_next();
     void announce_some();
     bool send_one(record mail);
-    bool keep_broken_off(const record &before, record mail);
+    bool keep_broken_off(const record &before, record mail, const QString &why);
+    bool keep_unread(record mail, const file_content &eml);
     bool note_gone(const QString &id);
     bool keep(const record &mail);
-    smtp::outcome hand_out(const record &mail, const QString &from);
+    smtp::outcome hand_out(const record &mail, const QString &from, const QByteArray &eml);
 
     outbox_shelf &shelf;
     sending_order orders;

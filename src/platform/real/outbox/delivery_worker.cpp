@@ -37,6 +37,7 @@ void delivery_worker::take(const sending_order &new_order)
 {
     const std::lock_guard lock(guard);
     order = new_order;
+    ++newest;
     something_came = true;
     failures = 0;
     failure.clear();
@@ -94,9 +95,10 @@ void delivery_worker::run()
         something_came = false;
         busy = true;
         const sending_order once = *order;
+        const int number = newest;
         lock.unlock();
         told();
-        go_once(once);
+        go_once(once, number);
         lock.lock();
         busy = false;
         lock.unlock();
@@ -107,13 +109,13 @@ void delivery_worker::run()
     shelf->delivery_ends();
 }
 
-void delivery_worker::go_once(const sending_order &once)
+void delivery_worker::go_once(const sending_order &once, int number)
 {
     round_result result;
     net::patience patience;
     patience.give_up = [this] { return is_given_up(); };
     round_listener listener;
-    listener.shall_end = [this] { return bool(ending); };
+    listener.shall_end = [this, number] { return ending || newest != number; };
     listener.at_its_end = [this](bool is_there) { at_its_end = is_there; };
     listener.sent = [this] {
         {
@@ -129,14 +131,16 @@ void delivery_worker::go_once(const sending_order &once)
     } catch (const run_time_error &error) { // the Outbox cannot be put right: the disk
         result.failure = error;
     }
-    note_result(result);
+    note_result(result, number);
 }
 
-void delivery_worker::note_result(const round_result &result)
+void delivery_worker::note_result(const round_result &result, int number)
 {
     const std::lock_guard lock(guard);
     to_settle = result.failure.has_value(); // its journal may be left
     limited = result.limited_until > 0;
+    if (number != newest) // what holds the old order up says nothing about the new one
+        return;
     if (!result.failure) {
         failures = 0;
         failure.clear();

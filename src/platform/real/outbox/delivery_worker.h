@@ -25,8 +25,8 @@ public:
 
 private:
     void run();
-    void go_once(const sending_order &once);
-    void note_result(const round_result &result);
+    void go_once(const sending_order &once, int number);
+    void note_result(const round_result &result, int number);
     bool is_time() const; // to go once
     int seconds_to_wait() const;
     bool is_given_up() const; // of a mail in hand
@@ -34,7 +34,8 @@ private:
     std::shared_ptr<outbox_shelf> shelf;
     std::function<void()> told;
     std::atomic<bool> ending = false, at_its_end = false;
-    QElapsedTimer since_ending; // set before ending is
+    std::atomic<int> newest = 0; // number of the order; a round by an older one ends behind the mail in hand
+    QElapsedTimer since_ending;  // set before ending is
 
     mutable std::mutex guard; // of all below
     std::condition_variable woken;

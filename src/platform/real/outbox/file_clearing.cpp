@@ -1,4 +1,5 @@
 #include "platform/real/outbox/file_clearing.h"
+#include <system_error>
 
 namespace outbox {
 
@@ -10,11 +11,26 @@ constexpr size_t most_hands = 16;
 
 void file_clearing::add(const QString &id)
 {
-    const std::lock_guard lock(guard);
-    waiting.push_back(id);
-    if (hands.size() < most_hands && waiting.size() > hands.size())
-        hands.emplace_back([this] { run(); });
-    woken.notify_one();
+    std::unique_lock lock(guard);
+    if (has_hands()) {
+        waiting.push_back(id);
+        woken.notify_one();
+        return;
+    }
+    lock.unlock();
+    const bool removed = remove(id);
+    lock.lock();
+    all_removed = all_removed && removed;
+}
+
+bool file_clearing::has_hands()
+{
+    try {
+        if (hands.size() < most_hands && waiting.size() >= hands.size())
+            hands.emplace_back([this] { run(); });
+    } catch (const std::system_error &) { // no more threads: those that are there will do
+    }
+    return !hands.empty();
 }
 
 bool file_clearing::finish()

@@ -19,11 +19,12 @@ public:
     file_clearing(const file_clearing &) = delete;
     file_clearing &operator=(const file_clearing &) = delete;
 
-    void add(const QString &id);
-    bool finish(); // waits for all; false: one could not be removed
+    void add(const QString &id); // where no thread can be had, it removes it itself
+    bool finish();               // waits for all; false: one could not be removed
 
 private:
     void run();
+    bool has_hands(); // one more, where that is of use
 
     std::function<bool(const QString &)> remove;
     std::mutex guard; // of all below

@@ -74,8 +74,18 @@ void hold_endless_answers(record &mail, answer_ledger &ledger)
                               .arg(one.address);
             return;
         }
-    for (const recipient &one : mail.left)
-        ledger.note(one.address, seconds);
+}
+
+// Once the Outbox has it. A ledger that cannot be written is no reason to say that the mail was not handed over.
+void count_answer(const record &mail, answer_ledger &ledger)
+{
+    if (mail.Kind != mail_kind::answer || state_of(mail) != mail_state::waiting)
+        return;
+    try {
+        for (const recipient &one : mail.left)
+            ledger.note(one.address, seconds_now());
+    } catch (const run_time_error &) { // it is counted as long as the program runs
+    }
 }
 
 void tell_change(const outbox_state &state)
@@ -112,6 +122,7 @@ QString hand_over(const outgoing_mail &mail)
     record kept = record_of(whole, id, moment);
     hold_endless_answers(kept, *state.ledger);
     state.shelf->add(kept, mail::compose(whole, moment, offset_of(moment), message_id(id, whole.SendingAccount)));
+    count_answer(kept, *state.ledger);
     tell_change(state);
     return id;
 }
@@ -151,7 +162,7 @@ bool discard(const QString &id)
 
 QByteArray bytes_of(const QString &id)
 {
-    return state_in_use().shelf->eml(id);
+    return state_in_use().shelf->eml(id).bytes;
 }
 
 }

@@ -22,38 +22,52 @@ struct close_folder {
     void operator()(DIR *folder) const { closedir(folder); }
 };
 
-// Straight from the folder: no file is looked at for its name's sake.
-QStringList names_in(const QString &path)
+// Straight from the folder: no file is looked at for its name's sake. All of them or nothing: whoever takes a part for
+// the whole misses mails. No folder is an empty one.
+std::optional<QStringList> names_in(const QString &path)
 {
     QStringList names;
     const std::unique_ptr<DIR, close_folder> folder(opendir(QFile::encodeName(path).constData()));
-    while (const dirent *entry = folder ? readdir(folder.get()) : nullptr)
+    if (!folder)
+        return errno == ENOENT ? std::optional(names) : std::nullopt;
+    errno = 0;
+    while (const dirent *entry = readdir(folder.get())) {
         names.append(QFile::decodeName(entry->d_name));
-    return names;
+        errno = 0;
+    }
+    return errno == 0 ? std::optional(names) : std::nullopt;
 }
 
-// In three calls; there are as many files as mails. Nothing when there is no such file.
-std::optional<QByteArray> whole_file(const QString &path)
+// As many bytes as the file is long, or a failure.
+file_content content_of(int file)
 {
-    const int file = open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC);
-    if (file < 0)
-        return errno == ENOENT ? std::nullopt : std::optional(QByteArray());
     struct stat facts {};
-    QByteArray bytes;
-    if (fstat(file, &facts) == 0)
-        bytes.resize(facts.st_size);
+    if (fstat(file, &facts) != 0)
+        return {{}, errno};
+    if (!S_ISREG(facts.st_mode))
+        return {{}, S_ISDIR(facts.st_mode) ? EISDIR : EINVAL};
+    QByteArray bytes(facts.st_size, Qt::Uninitialized);
     qsizetype come = 0;
     while (come < bytes.size()) {
         const ssize_t more = read(file, bytes.data() + come, size_t(bytes.size() - come));
         if (more < 0 && errno == EINTR)
             continue;
         if (more <= 0)
-            break;
+            return {{}, more < 0 ? errno : EIO};
         come += more;
     }
+    return {bytes, 0};
+}
+
+// In three calls; there are as many files as mails.
+file_content whole_file(const QString &path)
+{
+    const int file = open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    if (file < 0)
+        return {{}, errno};
+    const file_content content = content_of(file);
     close(file);
-    bytes.truncate(come);
-    return bytes;
+    return content;
 }
 
 bool is_gone(const QString &path)
@@ -63,17 +77,15 @@ bool is_gone(const QString &path)
 
 }
 
-QStringList outbox_files::ids() const
+std::optional<QStringList> outbox_files::ids() const
 {
-    QSet<QString> mails;
+    const std::optional<QStringList> names = names_in(path);
+    if (!names)
+        return std::nullopt;
     QStringList states;
-    for (const QString &name : names_in(path)) {
-        if (name.endsWith(mail_kind_of_file))
-            mails.insert(name.chopped(mail_kind_of_file.size()));
-        else if (name.endsWith(state_kind))
+    for (const QString &name : *names)
+        if (name.endsWith(state_kind))
             states.append(name.chopped(state_kind.size()));
-    }
-    states.removeIf([&mails](const QString &id) { return !mails.contains(id); });
     std::sort(states.begin(), states.end());
     return states;
 }
@@ -87,18 +99,22 @@ file_mark outbox_files::mark_of(const QString &id) const
     return {facts.st_ino, facts.st_size, facts.st_mtim.tv_sec * nanoseconds + facts.st_mtim.tv_nsec};
 }
 
-std::optional<record> outbox_files::read(const QString &id) const
+state_reading outbox_files::read(const QString &id) const
 {
-    const std::optional<QByteArray> state = whole_file(of(id, state_kind));
-    if (!state)
-        return std::nullopt;
-    const auto known = read_state_bytes(id, *state);
-    return known ? known : record_of_damaged(id, eml(id));
+    const file_content state = whole_file(of(id, state_kind));
+    if (state.failure != 0)
+        return {std::nullopt, state.failure == ENOENT};
+    if (const auto known = read_state_bytes(id, state.bytes))
+        return {known};
+    const file_content mail = eml(id);
+    if (mail.failure != 0 && mail.failure != ENOENT)
+        return {std::nullopt, false};
+    return {record_of_damaged(id, mail.bytes)};
 }
 
-QByteArray outbox_files::eml(const QString &id) const
+file_content outbox_files::eml(const QString &id) const
 {
-    return whole_file(of(id, mail_kind_of_file)).value_or(QByteArray());
+    return whole_file(of(id, mail_kind_of_file));
 }
 
 void outbox_files::write(const record &mail, const QByteArray &eml) const
@@ -119,14 +135,12 @@ bool outbox_files::remove(const QString &id) const
 
 void outbox_files::sweep() const
 {
-    const QStringList names = names_in(path);
+    const QStringList names = names_in(path).value_or(QStringList());
     const QSet<QString> all(names.begin(), names.end());
     for (const QString &name : names) {
-        const bool is_mail = name.endsWith(mail_kind_of_file);
-        const bool is_state = name.endsWith(state_kind);
-        const QString other = is_mail ? name.chopped(mail_kind_of_file.size()) + state_kind
-                                      : name.chopped(state_kind.size()) + mail_kind_of_file;
-        if (name.endsWith(half_kind) || ((is_mail || is_state) && !all.contains(other)))
+        const bool is_left_alone =
+            name.endsWith(mail_kind_of_file) && !all.contains(name.chopped(mail_kind_of_file.size()) + state_kind);
+        if (name.endsWith(half_kind) || is_left_alone)
             unlink(QFile::encodeName(path + u'/' + name).constData());
     }
 }

@@ -5,6 +5,8 @@ namespace outbox {
 
 namespace {
 
+constexpr qint64 until_next_look_ms = 10000; // at what could not be read
+
 const QString doubt_of_a_kill =
     QStringLiteral("The program ended while the mail was being sent: it may or may not have gone.");
 
@@ -90,7 +92,25 @@ bool outbox_shelf::discard(const QString &id)
 // Reads what changed on disk since the last look.
 void outbox_shelf::look()
 {
-    const QStringList ids = files.ids();
+    const std::optional<QStringList> ids = files.ids();
+    unread.clear();
+    if (ids) {
+        forget_all_but(*ids);
+        for (const QString &id : *ids)
+            if (!refresh(id))
+                unread.insert(id);
+    }
+    if (!delivering)
+        apply_journal(read_journal(files.folder()));
+    loaded = true;
+    if (ids && unread.isEmpty())
+        since_look.invalidate();
+    else
+        since_look.start();
+}
+
+void outbox_shelf::forget_all_but(const QStringList &ids)
+{
     const QSet<QString> there(ids.begin(), ids.end());
     for (auto at = mails.begin(); at != mails.end();) {
         const auto next = std::next(at);
@@ -98,25 +118,33 @@ void outbox_shelf::look()
             take(at);
         at = next;
     }
-    for (const QString &id : ids) {
-        if (leaving.contains(id))
-            continue;
-        const auto at = mails.find(id);
-        const file_mark mark = files.mark_of(id);
-        if (at != mails.end() && (at->second.claimed || at->second.mark == mark))
-            continue;
-        if (const auto mail = files.read(id))
-            put(*mail, mark);
-    }
-    if (!delivering)
-        apply_journal(read_journal(files.folder()));
-    loaded = true;
+}
+
+bool outbox_shelf::refresh(const QString &id)
+{
+    if (leaving.contains(id))
+        return true;
+    const auto at = mails.find(id);
+    const file_mark mark = files.mark_of(id);
+    if (at != mails.end() && (at->second.claimed || at->second.mark == mark))
+        return true;
+    const state_reading found = files.read(id);
+    if (found.mail)
+        put(*found.mail, mark);
+    else if (at != mails.end()) // what was known of it is so no more
+        take(at);
+    return found.is_readable;
 }
 
 void outbox_shelf::load()
 {
-    if (!loaded)
+    if (!loaded || (since_look.isValid() && since_look.hasExpired(until_next_look_ms)))
         look();
+}
+
+bool outbox_shelf::tells_all(const journal_verdict &verdict) const
+{
+    return !since_look.isValid() || (!unread.isEmpty() && !unread.intersects(verdict.in_doubt));
 }
 
 void outbox_shelf::apply_journal(const journal_verdict &verdict)
@@ -149,6 +177,8 @@ void outbox_shelf::settle_now()
     for (const QString &id : verdict.in_doubt)
         if (const auto at = mails.find(id); at != mails.end())
             rewrite(record(at->second.mail));
+    if (!tells_all(verdict))
+        return; // its word about a mail that cannot be read now is kept
     if (verdict.there)
         remove_journal(files.folder());
     settled = true;

@@ -3,6 +3,7 @@
 #pragma once
 #include "platform/real/outbox/outbox_files.h"
 #include "platform/real/outbox/sending_journal.h"
+#include <QElapsedTimer>
 #include <QSet>
 #include <map>
 #include <mutex>
@@ -24,7 +25,7 @@ public:
     void add(const record &mail, const QByteArray &eml); // writes it; throws 61 or 70
     bool send_again(const QString &id);                  // throws the same, and so does discard
     bool discard(const QString &id);
-    QByteArray eml(const QString &id) { return files.eml(id); }
+    file_content eml(const QString &id) { return files.eml(id); }
 
     // For the delivery, which is one at a time. Moments are seconds since 1970.
     void delivery_begins(); // settles, and makes the journal its own; throws 61 or 70
@@ -49,6 +50,9 @@ private:
 
     void look();
     void load();
+    void forget_all_but(const QStringList &ids);
+    bool refresh(const QString &id); // false: it is there and cannot be read
+    bool tells_all(const journal_verdict &verdict) const;
     void settle_now();
     void put(const record &mail, const file_mark &mark);
     void take(shelf_map::iterator at);
@@ -65,6 +69,8 @@ private:
     std::set<QString> urgent, mailings;         // due
     std::set<std::pair<qint64, QString>> later; // when, which
     QSet<QString> leaving;                      // gone, and their files may still be there
+    QSet<QString> unread;                       // left alone until they can be read
+    QElapsedTimer since_look;                   // valid when something could not be read
     bool loaded = false, settled = false, delivering = false;
 };
 

@@ -1,14 +1,23 @@
 // The side of outbox_shelf.h that the delivery uses.
+#include "platform/clock.h"
 #include "platform/real/outbox/outbox_shelf.h"
 #include <limits>
 
 namespace outbox {
+
+namespace {
+
+constexpr qint64 until_unread_is_due = 60; // seconds
+
+}
 
 void outbox_shelf::delivery_begins()
 {
     const std::scoped_lock lock(writing, guard);
     delivering = settled = false; // a journal may have been left
     settle_now();
+    if (!settled)
+        throw run_time_error{70, QStringLiteral("Permission denied: ") + files.folder()};
     delivering = true;
 }
 
@@ -36,6 +45,7 @@ void outbox_shelf::make_all_due()
 QStringList outbox_shelf::next_due(qint64 moment, qsizetype most_mailings, qsizetype most)
 {
     const std::lock_guard lock(guard);
+    load();
     promote(moment);
     QStringList ids;
     for (auto id = urgent.begin(); id != urgent.end() && ids.size() < most; ++id)
@@ -49,7 +59,11 @@ QStringList outbox_shelf::next_due(qint64 moment, qsizetype most_mailings, qsize
 qint64 outbox_shelf::next_moment()
 {
     const std::lock_guard lock(guard);
-    return later.empty() ? 0 : later.begin()->first;
+    const qint64 next_try = later.empty() ? 0 : later.begin()->first;
+    if (!since_look.isValid())
+        return next_try;
+    const qint64 next_look = seconds_now() + until_unread_is_due;
+    return next_try == 0 ? next_look : qMin(next_try, next_look);
 }
 
 std::optional<record> outbox_shelf::claim(const QString &id)

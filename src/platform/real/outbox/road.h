@@ -21,7 +21,6 @@ public:
 struct sending_order {
     mail::client_settings settings;
     QString password; // of the sending server
-    QString sendmail = QStringLiteral("/usr/sbin/sendmail");
 };
 
 bool keeps_all(const mail::client_settings &settings); // nothing goes out

@@ -2,6 +2,7 @@
 #include "platform/real/durable_file.h"
 #include <QFile>
 #include <QHash>
+#include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
 #include <unistd.h>
@@ -11,6 +12,8 @@ namespace outbox {
 namespace {
 
 constexpr char head[] = "sending 1 ";
+constexpr qsizetype digits_of_id = 16;
+constexpr qsizetype most_letters_of_id = 8;
 
 QString file_in(const QString &folder)
 {
@@ -23,6 +26,30 @@ QByteArray this_boot()
     return file.open(QIODevice::ReadOnly) ? file.readAll().trimmed() : QByteArray();
 }
 
+// "1767268800123456-0a1b2c3d", as the Outbox names its mails.
+bool is_id(const QByteArray &word)
+{
+    const qsizetype letters = word.size() - digits_of_id - 1;
+    if (letters < 1 || letters > most_letters_of_id || word[digits_of_id] != '-')
+        return false;
+    for (qsizetype at = 0; at < word.size(); ++at) {
+        const char letter = word[at];
+        const bool fits = (letter >= '0' && letter <= '9') || (at > digits_of_id && letter >= 'a' && letter <= 'f');
+        if (at != digits_of_id && !fits)
+            return false;
+    }
+    return true;
+}
+
+// What is torn and glued to the next line is no word about a mail.
+bool is_well_formed(const QByteArrayList &words)
+{
+    const bool is_of_one = words[0] == "end" || words[0] == "gone" || words[0] == "kept";
+    if (is_of_one ? words.size() != 2 : words[0] != "ahead")
+        return false;
+    return std::all_of(words.begin() + 1, words.end(), is_id);
+}
+
 [[noreturn]] void journal_failure(int failure, const QString &folder)
 {
     const bool full = failure == ENOSPC || failure == EDQUOT || failure == EFBIG;
@@ -33,7 +60,7 @@ QByteArray this_boot()
 
 }
 
-// The last word about a mail counts. A line that a power cut tore is no word.
+// The last word about a mail counts. A line that a power cut or a full disk tore is no word.
 journal_verdict read_journal(const QString &folder)
 {
     journal_verdict verdict;
@@ -46,6 +73,8 @@ journal_verdict read_journal(const QString &folder)
     const bool same_boot = !boot.isEmpty() && lines.first() == head + boot;
     for (const QByteArray &line : lines.sliced(1, qMax<qsizetype>(lines.size() - 2, 0))) {
         const QByteArrayList words = line.split(' ');
+        if (!is_well_formed(words))
+            continue;
         for (qsizetype number = 1; number < words.size(); ++number) {
             const QString id = QString::fromLatin1(words[number]);
             const bool doubtful = words[0] == "end" || (words[0] == "ahead" && !same_boot);
@@ -129,20 +158,30 @@ void sending_journal::finish()
         remove_journal(path);
 }
 
-// In one call: a kill cannot tear what is one write.
+// In one call: a kill cannot tear what is one write. A full disk can; then the next line begins on a line of its own.
+int sending_journal::append(const QByteArray &line)
+{
+    const QByteArray bytes = is_torn ? '\n' + line : line;
+    const ssize_t written = ::write(file, bytes.constData(), size_t(bytes.size()));
+    if (written < 0)
+        return errno;
+    if (written > 0)
+        is_torn = written < bytes.size();
+    return written == bytes.size() ? 0 : ENOSPC;
+}
+
 void sending_journal::write(const QByteArray &line, bool durably)
 {
-    const ssize_t written = ::write(file, line.constData(), size_t(line.size()));
-    if (written != line.size())
-        journal_failure(written < 0 ? errno : ENOSPC, path);
+    if (const int failure = append(line); failure != 0)
+        journal_failure(failure, path);
     if (durably && fdatasync(file) != 0)
         journal_failure(errno, path);
 }
 
 void sending_journal::note(const QByteArray &line)
 {
-    if (file >= 0 && ::write(file, line.constData(), size_t(line.size())) != line.size())
-        return; // a full disk; the state file, or that there is none, says the same
+    if (file >= 0)
+        append(line); // on a full disk in vain; the state file, or that there is none, says the same
 }
 
 }

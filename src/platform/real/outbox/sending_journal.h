@@ -36,11 +36,13 @@ public:
     void finish();
 
 private:
+    int append(const QByteArray &line); // 0, or why not
     void write(const QByteArray &line, bool durably);
     void note(const QByteArray &line);
 
     QString path;
     int file = -1;
+    bool is_torn = false; // the last line is not whole
     QSet<QString> announced, open_ends;
 };
 

@@ -3,6 +3,7 @@
 #include <QDeadlineTimer>
 #include <QFileInfo>
 #include <QProcess>
+#include <QStandardPaths>
 #include <QTemporaryFile>
 #include <array>
 
@@ -67,12 +68,23 @@ smtp::outcome fate_of(const QStringList &to, QProcess &process)
 
 }
 
+QString sendmail_program()
+{
+    const QString name = QStringLiteral("sendmail");
+    const QString found = QStandardPaths::findExecutable(name);
+    if (!found.isEmpty())
+        return found;
+    // Mostly not in a user's search path.
+    return QStandardPaths::findExecutable(name, {QStringLiteral("/usr/sbin"), QStringLiteral("/usr/lib")});
+}
+
 smtp::outcome sendmail_road::send(const QString &from, const QStringList &to, const QByteArray &eml,
                                   const std::function<void()> &last_moment)
 {
     if (!QFileInfo(program).isExecutable())
         throw net::failure(net::trouble::not_configured,
-                           QStringLiteral("There is no %1 on this machine.").arg(program));
+                           QStringLiteral("There is no %1 on this machine.")
+                               .arg(program.isEmpty() ? QStringLiteral("program sendmail") : program));
     QStringList arguments{QStringLiteral("-i"), QStringLiteral("-f"), mail::wire_address(from), QStringLiteral("--")};
     for (const QString &address : to)
         arguments.append(mail::wire_address(address));

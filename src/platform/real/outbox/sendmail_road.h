@@ -4,6 +4,9 @@
 
 namespace outbox {
 
+// In the search path, else where mail systems put it; "" when there is none.
+QString sendmail_program();
+
 class sendmail_road : public road {
 public:
     sendmail_road(QString path, const net::patience &how_long) : program(std::move(path)), patience(how_long) {}

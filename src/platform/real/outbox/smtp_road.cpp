@@ -64,7 +64,7 @@ bool keeps_all(const mail::client_settings &settings)
 std::unique_ptr<road> road_of(const sending_order &order, const net::patience &patience)
 {
     if (order.settings.sending == mail::send_by::sendmail)
-        return std::make_unique<sendmail_road>(order.sendmail, patience);
+        return std::make_unique<sendmail_road>(sendmail_program(), patience);
     return std::make_unique<smtp_road>(order, patience);
 }
 

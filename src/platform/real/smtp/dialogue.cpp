@@ -72,6 +72,12 @@ run_time_error dialogue::misfit(const answer &said) const
                         QStringLiteral("%1 said what does not fit what it was asked: %2").arg(name, words_of(said)));
 }
 
+run_time_error dialogue::login_failure(const answer &said) const
+{
+    return net::failure(net::trouble::login_refused,
+                        QStringLiteral("%1 takes no mail without a login. It said: %2").arg(name, words_of(said)));
+}
+
 QString dialogue::parting_words()
 {
     try {

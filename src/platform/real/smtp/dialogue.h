@@ -27,7 +27,8 @@ public:
 
     // Why the conversation ends when this was heard; 421 is the server's own way to say so.
     run_time_error misfit(const answer &said) const;
-    QString parting_words(); // what it says although the line broke; "" when nothing
+    run_time_error login_failure(const answer &said) const; // no mail without another login
+    QString parting_words();                                // what it says although the line broke; "" when nothing
 
     bool needs_reset = false; // the last mail did not come to its end
 

@@ -11,6 +11,11 @@ constexpr size_t most_in_one_write = 100;
 // As much of a mail as leaves at once; more goes ahead of the end, so that an early answer is seen before it.
 constexpr qsizetype most_behind_last_moment = 16384;
 
+bool wants_login(const answer &said)
+{
+    return said.code == 530 || said.code == 535 || said.code == 538;
+}
+
 }
 
 mail_transfer::mail_transfer(dialogue &with, QByteArrayView mail, const std::function<void()> &last_moment)
@@ -24,7 +29,7 @@ outcome mail_transfer::carry_out(const QString &from, const QStringList &to)
         result.recipients.push_back({address, fate::later, {}});
     stands.resize(result.recipients.size(), standing::open);
     if (with.is_broken()) {
-        settle_all(fate::later, QStringLiteral("The connection to the server is broken."));
+        break_off(QStringLiteral("The connection to the server is broken."));
     } else if (sender_can_be_asked(from)) {
         choose_recipients(to);
         const QString why = why_not_carried();
@@ -93,7 +98,7 @@ void mail_transfer::talk()
         const bool broken_by_server = at != stage::asking_last_moment && net::is(error, net::trouble::closed);
         const QString said = broken_by_server ? with.parting_words() : QString();
         with.hang_up(); // a mail without its end goes nowhere
-        if (at == stage::asking_last_moment)
+        if (at == stage::asking_last_moment || net::is(error, net::trouble::login_refused))
             throw;
         break_off(said.isEmpty() ? error.description : error.description + QStringLiteral(" It said: ") + said);
     }
@@ -180,6 +185,8 @@ void mail_transfer::take_mail_answer(const answer &said)
         return;
     if (!said.is_no())
         throw with.misfit(said);
+    if (wants_login(said)) // of all mails, not of this one
+        throw with.login_failure(said);
     mail_refused = true;
     // A mail too big, or a form of the command that it does not know, says nothing about the address.
     result.sender_refused = said.is_no_for_good() && said.code != 552 && said.code != 555 && said.code != 503;
@@ -209,8 +216,8 @@ void mail_transfer::send_nothing()
 {
     with.expect_silence();
     with.say(".\r\n");
-    if (!with.hear_last().is_no())
-        with.hang_up(); // it took a mail for nobody: what else does it take?
+    if (!with.hear_last().is_no()) // it took a mail for nobody: what else does it take?
+        hang_up(QStringLiteral("The server took a mail that was for nobody."));
 }
 
 void mail_transfer::send_mail()
@@ -232,20 +239,19 @@ void mail_transfer::send_mail()
 
 void mail_transfer::take_last_answer(const answer &said)
 {
-    bool parting = said.code == 421;
-    if (with.has_more() && !parting) {
+    answer parting = said;
+    if (with.has_more() && parting.code != 421) {
         // A second word: its parting, or else nobody knows which of the two is about this mail.
-        const answer further = with.hear();
-        parting = further.code == 421;
-        if (!parting)
-            throw with.misfit(further);
+        parting = with.hear();
+        if (parting.code != 421)
+            throw with.misfit(parting);
     }
     if (!said.is_yes() && !said.is_no())
         throw with.misfit(said);
     settle_all(said);
     with.needs_reset = false;
-    if (parting)
-        with.hang_up();
+    if (parting.code == 421)
+        hang_up(with.misfit(parting).description);
 }
 
 bool mail_transfer::anyone(standing which) const
@@ -276,6 +282,13 @@ void mail_transfer::settle_all(const answer &said)
 void mail_transfer::break_off(const QString &why)
 {
     settle_all(at == stage::behind_the_end ? fate::unknown : fate::later, why);
+    result.why_broken = why;
+}
+
+void mail_transfer::hang_up(const QString &why)
+{
+    with.hang_up();
+    result.why_broken = why;
 }
 
 }

@@ -46,6 +46,7 @@ private:
     void settle_all(fate became, const QString &words); // of those that are not settled
     void settle_all(const answer &said);
     void break_off(const QString &why);
+    void hang_up(const QString &why);
 
     dialogue &with;
     QByteArrayView mail;

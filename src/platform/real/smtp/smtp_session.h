@@ -26,6 +26,7 @@ struct outcome {
     std::vector<recipient_fate> recipients; // in the order asked for
     bool sender_refused = false;            // the server does not send as this address
     bool line_is_broken = false;            // the session is of no use any more
+    QString why_broken;
 };
 
 class dialogue;
@@ -39,7 +40,8 @@ public:
     // mail: the whole mail with CR LF line ends, not stuffed. last_moment is called at most once, when the server waits
     // for the mail and its end (at most 16 KiB, so all of a short one) is left to be sent: from its return on the
     // outcome may be unknown. What it throws passes through; the mail has then not gone, and the session is broken.
-    // Never throws for what the server says or does; the outcome tells it. For its word on a whole mail it waits four
+    // Throws login_refused when the server takes no mail without another login. Whatever else it says or does, the
+    // outcome tells it. For its word on a whole mail it waits four
     // times as long as for others, as many look into the mail first, and passes over patience.give_up for 3 s.
     outcome send(const QString &from, const QStringList &to, QByteArrayView mail,
                  const std::function<void()> &last_moment);
