@@ -1,6 +1,6 @@
-// A delivery that is killed, or finds the disk full, at any point: what the server recorded and what the Outbox says
-// agree, at most one mail is in doubt, none is lost and none goes twice.
-// A few points unless TESSALY_LONG is set; the seed is printed, and TESSALY_SEED repeats a run.
+// A delivery that is killed, finds the disk full or is failed by the server, as a job of its own: what the server
+// recorded and what the Outbox says agree, at most one mail is in doubt, none is lost and none goes twice. A few points
+// unless TESSALY_LONG is set; the seed is printed, and TESSALY_SEED repeats a run.
 #include "platform/app_folder.h"
 #include "support/delivery_site.h"
 #include "support/kill_points.h"
@@ -12,6 +12,8 @@
 #include <QTest>
 #include <csignal>
 #include <cstring>
+
+Q_DECLARE_METATYPE(smtp_fault)
 
 namespace {
 
@@ -27,6 +29,7 @@ public:
             qFatal("there is no store");
         hand_over_many(all_mails);
     }
+    QString patience = QStringLiteral("5"); // in seconds
     driver_run run(const QString &calls = {}, const QString &fault = {}) const
     {
         QStringList variables;
@@ -36,7 +39,7 @@ public:
                                     "ASAN_OPTIONS=verify_asan_link_order=0"};
         if (!fault.isEmpty())
             variables += "DISK_SHIM_" + fault;
-        return run_driver_job("deliver", path(""), {"--timeout", "5"}, variables);
+        return run_driver_job("deliver", path(""), {"--timeout", patience}, variables);
     }
     int calls_of_a_whole_run(const QString &calls) const
     {
@@ -84,6 +87,8 @@ private slots:
     void killed_before_a_call_data();
     void killed_before_a_call();
     void the_disk_is_full_from_a_write_on();
+    void a_server_that_fails_the_job_data();
+    void a_server_that_fails_the_job();
     void two_at_once();
 };
 
@@ -136,6 +141,47 @@ void delivery_kill_test::the_disk_is_full_from_a_write_on()
         QCOMPARE(what_is_wrong(site, sink, 0), QString());
         QCOMPARE(sink.taken(), all_mails);
     }
+}
+
+// The eighth mail is stopped once; the server is well for all others.
+void delivery_kill_test::a_server_that_fails_the_job_data()
+{
+    QTest::addColumn<smtp_fault>("fault");
+    QTest::addColumn<int>("status");
+    QTest::addColumn<int>("taken");
+    QTest::addColumn<int>("in_doubt");
+    const auto row = [](const char *name, smtp_fault fault, int status, int taken, int in_doubt) {
+        fault.after_mails = 7;
+        QTest::newRow(name) << fault << status << taken << in_doubt;
+    };
+    row("falls silent at MAIL: once more at once", {smtp_step::mail, smtp_fault::stall}, 0, all_mails, 0);
+    row("falls silent behind the end: in doubt, and the rest waits", {smtp_step::final, smtp_fault::stall}, 1, 7, 1);
+    row("leaves at MAIL: once more at once", {smtp_step::mail, smtp_fault::answer, "421 4.3.2 Must go"}, 0, all_mails,
+        0);
+    row("leaves at the end: once more at once", {smtp_step::final, smtp_fault::answer, "421 4.3.2 Must go"}, 0,
+        all_mails, 0);
+    row("wants it later at MAIL: the others go", {smtp_step::mail, smtp_fault::answer, "451 4.3.0 Later"}, 1,
+        all_mails - 1, 0);
+    row("wants it later at the end: the others go", {smtp_step::final, smtp_fault::answer, "451 4.3.0 Later"}, 1,
+        all_mails - 1, 0);
+}
+void delivery_kill_test::a_server_that_fails_the_job()
+{
+    QFETCH(smtp_fault, fault);
+    QFETCH(int, in_doubt);
+    const smtp_sink sink({.faults = {fault}});
+    killed_site site(sink);
+    site.patience = QStringLiteral("1");
+    const driver_run first = site.run();
+    QTEST(first.status, "status");
+    QTEST(sink.taken(), "taken");
+    QCOMPARE(first.errors.isEmpty(), first.status == 0);
+    QCOMPARE(what_is_wrong(site, sink, in_doubt), QString());
+    QCOMPARE(outbox::count().unknown, in_doubt);
+    QCOMPARE(outbox::count().waiting, all_mails - sink.taken() - in_doubt);
+    QCOMPARE(site.run().status, 0);
+    QCOMPARE(sink.taken(), all_mails - in_doubt);
+    QCOMPARE(what_is_wrong(site, sink, in_doubt), QString());
 }
 
 // The lock of the program folder keeps a second one out.
