@@ -15,7 +15,11 @@ using namespace scripted;
 namespace {
 
 constexpr qint64 grace_ms = 5000;
+#ifdef __SANITIZE_ADDRESS__
+constexpr long most_kib = 768 * 1024; // the sanitizer keeps what was freed
+#else
 constexpr long most_kib = 256 * 1024; // 32 MiB of literals, a buffer that doubled, and the program itself
+#endif
 
 enum step { greeting, capability, login, shape, selecting, heads, folders, other_folders, noop, bodies, moves, steps };
 

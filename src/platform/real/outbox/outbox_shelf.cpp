@@ -184,7 +184,7 @@ void outbox_shelf::settle_now()
     settled = true;
 }
 
-void outbox_shelf::put(const record &mail, const file_mark &mark)
+void outbox_shelf::put(record mail, file_mark mark)
 {
     if (const auto at = mails.find(mail.id); at != mails.end())
         take(at);

@@ -54,7 +54,7 @@ private:
     bool refresh(const QString &id); // false: it is there and cannot be read
     bool tells_all(const journal_verdict &verdict) const;
     void settle_now();
-    void put(const record &mail, const file_mark &mark);
+    void put(record mail, file_mark mark); // by value: the caller's may lie in the entry that makes room
     void take(shelf_map::iterator at);
     void queue(const record &mail, bool in);
     void apply_journal(const journal_verdict &verdict);
