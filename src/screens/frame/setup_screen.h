@@ -14,7 +14,6 @@ protected:
     virtual bool holds_unsaved() const { return false; } // true: leaving asks first
 
     bool closes_on_escape() const override { return false; } // not by itself
-    bool opens_in_area() const override { return false; }
     void closeEvent(QCloseEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
 };
