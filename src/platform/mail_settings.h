@@ -14,6 +14,8 @@ struct server {
     int port = 0; // 0: the usual one of protocol and security
     security secured = security::tls;
     QString user; // "": no login
+
+    bool operator==(const server &) const = default;
 };
 
 struct client_settings {
