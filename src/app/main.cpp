@@ -7,17 +7,17 @@
 #include "platform/app_folder.h"
 #include "platform/process.h"
 #include "platform/text_file.h"
+#include "screens/desktop_style.h"
 #include "screens/frame/frmSplash.h"
 #include "screens/frame/menuFrm.h"
 #include "screens/icons.h"
 
 #include <QApplication>
-#include <QStyleFactory>
 
 int main(int argc, char **argv)
 {
     QApplication application(argc, argv);
-    QApplication::setStyle(QStyleFactory::create("Fusion"));
+    QApplication::setStyle(new desktop_style); // the application owns it
     QApplication::setWindowIcon(drawn_icon("tessaly"));
     QApplication::setQuitOnLastWindowClosed(false); // the console ends the process, after its question
     const wiring services_in_force;
