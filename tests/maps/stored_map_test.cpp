@@ -26,6 +26,8 @@ stored_field field(const QString &name, const QString &position, const QString &
 
 }
 
+Q_DECLARE_METATYPE(maps::stored_field)
+
 class stored_map_test : public QObject {
     Q_OBJECT
 private slots:
@@ -170,6 +172,5 @@ void stored_map_test::the_heads_alone()
     QCOMPARE(heads.section("\r\n", 3, 3).size(), 74);
 }
 
-Q_DECLARE_METATYPE(maps::stored_field)
 QTEST_GUILESS_MAIN(stored_map_test)
 #include "stored_map_test.moc"
