@@ -12,7 +12,7 @@
 
 namespace {
 
-constexpr int rounds = 600; // two maps and eight mails each
+constexpr int rounds = 400; // two maps and eight mails each
 
 struct mail {
     QString subject, sender, body;

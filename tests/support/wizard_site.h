@@ -1,5 +1,6 @@
 // A site for tests of the Mail Mapping Wizard: one account "orders", and the wizard standing before the save.
 #pragma once
+#include "frame/session.h"
 #include "maps/field_entry.h"
 #include "support/intake_site.h"
 
