@@ -2,6 +2,7 @@
 #include "frame/messages.h"
 #include "frame/session.h"
 #include "intake/progress_page.h"
+#include "screens/desktop_style.h"
 #include "screens/frame/Exit_frm.h"
 #include "screens/frame/frmAbout.h"
 #include "screens/frame/frmSplash.h"
@@ -20,7 +21,6 @@
 #include <QDir>
 #include <QFile>
 #include <QMenu>
-#include <QStyleFactory>
 #include <QTest>
 #include <QTimer>
 #include <QToolButton>
@@ -165,7 +165,7 @@ int main(int argc, char **argv)
         qFatal("screens_pictures FOLDER");
     const QString folder = QString::fromLocal8Bit(argv[1]);
     QDir().mkpath(folder);
-    QApplication::setStyle(QStyleFactory::create("Fusion"));
+    QApplication::setStyle(new desktop_style); // the application owns it
     take_pictures({folder, "light"});
     QApplication::setPalette(dark_colours());
     take_pictures({folder, "dark"});
