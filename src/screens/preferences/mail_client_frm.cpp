@@ -219,6 +219,14 @@ void mail_client_frm::keyPressEvent(QKeyEvent *event)
         screen::keyPressEvent(event);
 }
 
+// Where there is no room for two columns, the second one stands below the first.
+void mail_client_frm::resizeEvent(QResizeEvent *event)
+{
+    constexpr int room_for_two = 800;
+    ui->qt_columns->setDirection(width() < room_for_two ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
+    screen::resizeEvent(event);
+}
+
 QSize mail_client_frm::sizeHint() const
 {
     return {1000, 740};
