@@ -1,4 +1,5 @@
 // The preferences page "Map mails": the raw mails of an account, deleting them, and the way to mapmail_frm.
+#include "frame/session.h"
 #include "maps/map_wizard.h"
 #include "platform/settings.h"
 #include "screens/exact_text.h"

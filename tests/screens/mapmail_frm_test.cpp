@@ -260,9 +260,8 @@ private slots:
             press(codes, "add_b");
             press(codes, "submit_b");
         });
-        QCOMPARE(site.screens.boxes.shown,
-                 (QStringList{"Please select any one of the type", "Please enter values", "Please enter description",
-                              "Please enter code"}));
+        QCOMPARE(site.screens.boxes.shown, (QStringList{"Please select any one of the type", "Please enter values",
+                                                        "Please enter description", "Please enter code"}));
         QCOMPARE(screen.code().type, "fixed");
         QCOMPARE(screen.code().descriptions, QStringList{"Red"});
         QCOMPARE(screen.code().codes, QStringList{"R"});

@@ -24,7 +24,8 @@ QStringList texts_of(const QListWidget &list)
 // The two lists are one: a row of both is chosen, and they scroll together.
 void follow(QListWidget &leader, QListWidget &follower)
 {
-    QObject::connect(&leader, &QListWidget::currentRowChanged, &follower, &QListWidget::setCurrentRow);
+    QObject::connect(&leader, &QListWidget::currentRowChanged, &follower,
+                     [&follower](int row) { follower.setCurrentRow(row); });
     QObject::connect(leader.verticalScrollBar(), &QScrollBar::valueChanged, follower.verticalScrollBar(),
                      &QScrollBar::setValue);
 }

@@ -1,5 +1,5 @@
-// The controls in which a reference code is given: its kind, and pairs of description and code. The screens MapWRefcode_frm
-// and fcodes_frm place them; what they keep: maps/reference_codes.h, maps/classic_map.h.
+// The controls in which a reference code is given: its kind, and pairs of description and code. The screens
+// MapWRefcode_frm and fcodes_frm place them; what they keep: maps/reference_codes.h, maps/classic_map.h.
 #pragma once
 #include "maps/reference_codes.h"
 #include <QWidget>

@@ -88,7 +88,7 @@ void mapmail_frm::sformats_c_Click()
         open_store_if_closed();
         const maps::stored_map map = maps::read_map(ui->sformats_c->currentText());
         fields = map.fields;
-        shown = 0;
+        place = 0;
         const int known = ui->separator_c->findData(map.seperator);
         ui->separator_c->setCurrentIndex(qMax(known, 0)); // the wizard knows more of them than this list
         cut(map.seperator);
@@ -121,8 +121,8 @@ void mapmail_frm::Line_c_Click()
 
 void mapmail_frm::show_field()
 {
-    const bool is_new = shown >= int(fields.size());
-    const maps::stored_field field = is_new ? maps::stored_field{} : fields[size_t(shown)];
+    const bool is_new = place >= int(fields.size());
+    const maps::stored_field field = is_new ? maps::stored_field{} : fields[size_t(place)];
     ui->field_t->setText(field.fname);
     if (!is_new && ui->Line_c->findText(field.fposition) < 0)
         ui->Line_c->addItem(field.fposition); // the mail beside it is shorter than what the map was made from
@@ -132,9 +132,9 @@ void mapmail_frm::show_field()
     shown_code = maps::code_of(field);
     ui->code_ch->setChecked(!shown_code.type.isEmpty());
     code_ch_Click();
-    ui->Prev_b->setEnabled(shown > 0);
+    ui->Prev_b->setEnabled(place > 0);
     ui->place_l->setText(is_new ? QString::number(fields.size()) + " field(s), a new one"
-                                : "Field " + QString::number(shown + 1) + " of " + QString::number(fields.size()));
+                                : "Field " + QString::number(place + 1) + " of " + QString::number(fields.size()));
 }
 
 maps::stored_field mapmail_frm::field_on_screen() const
@@ -198,8 +198,8 @@ void mapmail_frm::values_b_Click()
 void mapmail_frm::Prev_b_Click()
 {
     guarded(form, "prev_b", [this] {
-        if (shown > 0)
-            --shown;
+        if (place > 0)
+            --place;
         show_field();
     });
 }
@@ -208,17 +208,17 @@ void mapmail_frm::next_b_Click()
 {
     guarded(form, "next_b", [this] {
         maps::stored_field field = field_on_screen();
-        const QString why = maps::why_not_next(field.fname, field.fposition, ui->code_ch->isChecked(), shown_code,
-                                               fields, shown);
+        const QString why =
+            maps::why_not_next(field.fname, field.fposition, ui->code_ch->isChecked(), shown_code, fields, place);
         if (!why.isEmpty()) {
             say(why);
             return ui->field_t->setFocus();
         }
-        if (shown < int(fields.size()))
-            fields[size_t(shown)] = field;
+        if (place < int(fields.size()))
+            fields[size_t(place)] = field;
         else
             fields.push_back(field);
-        ++shown;
+        ++place;
         show_field();
     });
 }

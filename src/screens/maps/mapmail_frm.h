@@ -55,7 +55,7 @@ private:
     QString separator; // that cut them, "" before
 
     std::vector<maps::stored_field> fields;
-    int shown = 0;  // in fields; their number: a new one
+    int place = 0;   // in fields; their number: a new one
     QString fignore; // of the field on screen
     maps::classic_code shown_code;
 };
