@@ -41,8 +41,18 @@ void begin_fetch()
 {
     fetching.mail_count = 0;
     fetching.cancelled = false;
+    fetching.cut.reset();
     load_accounts();
     fetching.rules = read_unsubscribe_rules();
+}
+
+// A server that refuses one thing goes on to answer; any other failure of the network has ended the walk.
+void note_cut(const run_time_error &failure)
+{
+    if (net::is(failure, net::trouble::cancelled))
+        fetching.cancelled = true;
+    else if (net::is_network_failure(failure) && !net::is(failure, net::trouble::refused))
+        fetching.cut = failure;
 }
 
 // A move is done some mails after it was asked for, and what cannot be read is passed over: what failed then is told
@@ -50,7 +60,8 @@ void begin_fetch()
 void log_failures()
 {
     for (bool more = true; more;)
-        guarded("Mailfrm.frm", "write_data", [&] { more = fetching.inbox_items->raise_next_failure(); });
+        if (!guarded("Mailfrm.frm", "write_data", [&] { more = fetching.inbox_items->raise_next_failure(); }))
+            note_cut({session.err_number, session.err_description});
 }
 
 // Between two mails is the best moment to stop: what was stored can still be moved.
@@ -138,12 +149,19 @@ bool fetch_was_cancelled()
     return fetching.cancelled;
 }
 
+void raise_cut()
+{
+    if (fetching.cut)
+        throw run_time_error(*fetching.cut);
+}
+
 bool fetch_and_parse()
 {
     return guarded("Mailfrm.frm", "Form_load", [] {
         choose_mail_source();
         fetch_mail();
         parse_unprocessed_mails();
+        raise_cut();
         before_outside_effect(); // a pass that cannot be kept is a failure of this fetch, not a loss that nobody hears
                                  // of
     });

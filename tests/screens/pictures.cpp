@@ -2,6 +2,7 @@
 #include "frame/messages.h"
 #include "frame/session.h"
 #include "intake/progress_page.h"
+#include "screens/desktop_style.h"
 #include "screens/frame/Exit_frm.h"
 #include "screens/frame/frmAbout.h"
 #include "screens/frame/frmSplash.h"
@@ -20,7 +21,6 @@
 #include <QDir>
 #include <QFile>
 #include <QMenu>
-#include <QStyleFactory>
 #include <QTest>
 #include <QTimer>
 #include <QToolButton>
@@ -142,6 +142,7 @@ void take_pictures(const album &pictures)
 {
     screens_site site;
     fill_site(site);
+    picture_setup(pictures);
     menuFrm console;
     console.show();
     picture_console(pictures, console);
@@ -149,6 +150,7 @@ void take_pictures(const album &pictures)
     picture_small_console(pictures, console);
     picture_waits(pictures, console);
     picture_small_screens(pictures);
+    picture_accounts(pictures, console);
     picture_mail_client(pictures, console);
     picture_outbox(pictures, console);
     picture_question(pictures);
@@ -163,7 +165,7 @@ int main(int argc, char **argv)
         qFatal("screens_pictures FOLDER");
     const QString folder = QString::fromLocal8Bit(argv[1]);
     QDir().mkpath(folder);
-    QApplication::setStyle(QStyleFactory::create("Fusion"));
+    QApplication::setStyle(new desktop_style); // the application owns it
     take_pictures({folder, "light"});
     QApplication::setPalette(dark_colours());
     take_pictures({folder, "dark"});

@@ -8,6 +8,7 @@
 #include "screens/icons.h"
 #include "ui_outbox_frm.h"
 
+#include <QKeyEvent>
 #include <QScrollBar>
 #include <QSet>
 #include <QTimer>
@@ -145,6 +146,14 @@ void outbox_frm::now_b_Click()
 void outbox_frm::close_b_Click()
 {
     unload();
+}
+
+void outbox_frm::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_Delete && ui->LV_outbox->hasFocus())
+        ui->delete_b->click();
+    else
+        screen::keyPressEvent(event);
 }
 
 QSize outbox_frm::sizeHint() const
