@@ -43,7 +43,9 @@ outlook::MailItem *walk::FindNext()
     if (moves->is_full())
         moves->send();
     current = next_item();
-    if (!current)
+    if (!current && moves_may_run)
+        moves->send();
+    else if (!current)
         finish_moves();
     return current.get();
 }
