@@ -179,6 +179,7 @@ void mailfrm::fetch_and_parse()
     fetch_mail();
     store_lvindex();
     intake::parse_unprocessed_mails();
+    intake::finish_fetch();
     intake::raise_cut();
     end_auto_fetch_pause();
     before_outside_effect(); // a pass that cannot be kept is a failure that is told, not a loss that nobody hears of
