@@ -30,3 +30,12 @@ struct mbox_folder : open_mailbox_folder {
     void make_old()
     {
         const timespec times[2] = {{1767268800, 0}, {1767268800, 0}};
+        QCOMPARE(utimensat(AT_FDCWD, QFile::encodeName(path("inbox")).constData(), times, 0), 0);
+    }
+    QStringList subjects_of(const QByteArray &bytes)
+    {
+        write(bytes);
+        sign_on();
+        return subjects();
+    }
+};
