@@ -27,11 +27,11 @@ QString without_supporting_texts(const QString &value, const QStringList &texts)
 QString ignoring(const QString &value, const QString &text);
 
 // Saves the pending field: replaces the one being changed (it goes to the end), else adds a row; with fixed values its
-// code rows too. value is what stays to be stored.
+// code rows too. value is what stays to be stored. The pending code is forgotten then.
 void keep_field(const QString &name, const QString &entry, const QStringList &supporting_texts, const QString &value,
                 const QString &changed, bool wants_code);
 
-// Takes the field's code back into the pending one, for changing. False: it has none.
+// Takes the field's code back into the pending one, for changing. False: it has none, and the pending one stays.
 bool take_back_code(const added_field &field);
 
 void forget_fields(); // both hidden lists and the pending code: a new cut

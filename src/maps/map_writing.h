@@ -8,6 +8,10 @@ namespace maps {
 // The name's tests on mapwizardsave_frm, in their order: the message, "" when it passes. Trims name in place.
 QString why_no_map_name(QString &name);
 
+// What the store will refuse of the map under construction, whatever its name: a sentence for beside mapname_t, "" when
+// nothing is known. Saving is not stopped by it.
+QString why_save_would_fail();
+
 // Writes table_list_tbl, the map's table, then the fields from the last added to the first, each with its codes and
 // its column. A failure throws and leaves half a map.
 void write_map(const QString &name);

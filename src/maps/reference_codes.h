@@ -21,4 +21,10 @@ QString why_no_code_value(const QString &description, const QString &code);
 // Keeps what was submitted: fixed values with their pairs, however few; anything else is dynamic.
 void submit_code(bool fixed, const QStringList &descriptions, const QStringList &codes);
 
+// Cancel: no values are given. The kind stays as it was, and is saved with the field if it is added all the same.
+void cancel_code();
+
+// What fcodes_frm asks for before it keeps anything: its two options, and whether a pair was entered. "" when it may.
+QString why_no_classic_code(bool fixed, bool dynamic, bool has_values);
+
 }
