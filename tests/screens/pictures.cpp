@@ -142,6 +142,7 @@ void take_pictures(const album &pictures)
 {
     screens_site site;
     fill_site(site);
+    picture_setup(pictures);
     menuFrm console;
     console.show();
     picture_console(pictures, console);
@@ -149,6 +150,7 @@ void take_pictures(const album &pictures)
     picture_small_console(pictures, console);
     picture_waits(pictures, console);
     picture_small_screens(pictures);
+    picture_accounts(pictures, console);
     picture_mail_client(pictures, console);
     picture_outbox(pictures, console);
     picture_question(pictures);

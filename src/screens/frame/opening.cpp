@@ -6,6 +6,7 @@
 #include "platform/app_folder.h"
 #include "platform/process.h"
 #include "platform/text_file.h"
+#include "screens/frame/Stage1.h"
 #include "screens/frame/frmSplash.h"
 #include "screens/frame/menuFrm.h"
 #include "screens/screen.h"
@@ -39,8 +40,7 @@ void Main()
     case start::another_instance:
         end_process();
     case start::first_run:
-        say("The first-run setup is not there yet, so Tessaly cannot be set up here. The program ends.");
-        end_process();
+        return the<Stage1>().show();
     case start::console:
         return open_console();
     }
