@@ -4,7 +4,7 @@
 #include "frame/messages.h"
 #include "frame/setup_pages.h"
 #include "screens/frame/Stage1.h"
-#include "screens/frame/stage5b.h"
+#include "screens/frame/backup_frm.h"
 #include "ui_Stage3.h"
 
 Stage3::Stage3(QWidget *parent) : setup_screen(parent), ui(std::make_unique<Ui::Stage3>())
@@ -101,7 +101,7 @@ void Stage3::next_b_Click()
     guarded("Stage2.frm", "next_b", [this] {
         if (const QString fault = setup_pages::why_not_on(ui->email_t->text()); !fault.isEmpty())
             return say(fault);
-        the<stage5b>().show();
+        the<backup_frm>().show();
         unload();
     });
 }

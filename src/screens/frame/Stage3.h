@@ -1,5 +1,5 @@
 // First-run setup, the second step: the accounts. What it tests and keeps: frame/setup_pages.h. Before it: Stage1;
-// next: the last step, with the back-up folder. Its name in the error log is "Stage2.frm".
+// next: backup_frm. Its name in the error log is "Stage2.frm".
 #pragma once
 #include "screens/frame/setup_screen.h"
 #include <memory>

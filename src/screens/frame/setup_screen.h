@@ -8,13 +8,13 @@ class setup_screen : public screen {
     Q_OBJECT
 public:
     using screen::screen;
+    QSize sizeHint() const override { return {600, 420}; } // one size for all steps, also on the smallest desktop
 
 protected:
     void leave_setup();                                  // also for a button Cancel
     virtual bool holds_unsaved() const { return false; } // true: leaving asks first
 
     bool closes_on_escape() const override { return false; } // not by itself
-    bool opens_in_area() const override { return false; }
     void closeEvent(QCloseEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
 };
