@@ -29,7 +29,7 @@ const left_pattern_parts &left_pattern()
         site.run("insert into unsub_entryno (email,entryno) values('cleo@example.net','1039')");
         session.store_connection->Close();
         return left_pattern_parts{bytes_of_file(site.folder.filePath("mailapp.mdb")),
-                             GetSetting("main", "enabledUnsubDate")};
+                                  GetSetting("main", "enabledUnsubDate")};
     }();
     return made;
 }
