@@ -55,6 +55,16 @@ void write(const QString &text)
     QTest::keyClicks(focused(), text);
 }
 
+void press_by_tab(const QString &button)
+{
+    for (int step = 0; focused()->objectName() != button; ++step) {
+        if (step == 20)
+            qFatal("Tab does not lead to %s", qPrintable(button));
+        hit(Qt::Key_Tab);
+    }
+    hit(Qt::Key_Space);
+}
+
 // In the screen that opens next: marks so many letters from the start, ignores them, and saves.
 void save_without_first_letters(int count)
 {
@@ -62,7 +72,7 @@ void save_without_first_letters(int count)
         hit(Qt::Key_Home);
         for (int letter = 0; letter < count; ++letter)
             hit(Qt::Key_Right, Qt::ShiftModifier);
-        hit(Qt::Key_I, Qt::AltModifier);
+        press_by_tab("ignore_b");
         hit(Qt::Key_Return);
     });
 }
@@ -136,7 +146,7 @@ private slots:
             });
             hit(Qt::Key_Return);
         });
-        hit(Qt::Key_I, Qt::AltModifier);
+        press_by_tab("finish_b");
         QVERIFY(is_visible<MapWizardFinalStep_frm>());
         QCOMPARE(site.store.column("select city from shop"), (QVariantList{"Bath", "Cork", "Ulm"}));
         hit(Qt::Key_Return);

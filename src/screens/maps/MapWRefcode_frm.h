@@ -1,4 +1,4 @@
-// The reference code of the field that is being added: pairs of description and code, or none of them. What it keeps:
+// The reference code of the field that is being added. Its controls: code_fields.h. What it keeps:
 // maps/reference_codes.h.
 #pragma once
 #include "screens/wizard_screen.h"
@@ -18,15 +18,9 @@ public:
 
     void set_changed_field(const QString &name) { changed_field = name; } // before it is shown; "" for a new field
 
-protected:
-    void keyPressEvent(QKeyEvent *event) override;
-
 private:
-    void fixed_op_Click();
-    void add_b_Click();
     void submit_b_Click();
     void cancel_b_Click() override;
-    void show_inputs(bool shown);
 
     std::unique_ptr<Ui::MapWRefcode_frm> ui;
     QString changed_field;
