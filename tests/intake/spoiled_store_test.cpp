@@ -1,6 +1,7 @@
-// Spoiled copies of a store: cut, with bytes turned, with pages of zeros or of another place. Starting, listing and
-// fetching end with a message or go well, never by a crash or without an end, and what could be read of the file before
-// can be read after it. 40 copies, 200 when TESSALY_LONG is set; the seed is printed, and TESSALY_SEED repeats a run.
+// Spoiled copies of a store: cut, with bytes turned, with pages of zeros, of another place, or wrongly called free.
+// Starting, listing and fetching end with a message or go well, never by a crash or without an end, and what could be
+// read of the file before can be read after it. 40 copies, 200 when TESSALY_LONG is set; the seed is printed, and
+// TESSALY_SEED repeats a run.
 #include "frame/error_log.h"
 #include "frame/session.h"
 #include "frame/start_up.h"
@@ -9,10 +10,10 @@
 #include "platform/app_folder.h"
 #include "support/intake_site.h"
 
-#include <QElapsedTimer>
 #include <QFile>
 #include <QRandomGenerator>
 #include <QSet>
+#include <QtEndian>
 #include <QtTest/QTest>
 #include <algorithm>
 #include <csignal>
@@ -24,6 +25,7 @@ namespace {
 
 constexpr quint32 usual_seed = 20261121;
 constexpr int page_size = 4096;
+constexpr int first_free_page = 32; // its number in the file's head
 constexpr unsigned longest_run_s = 60;
 
 enum outcome { all_well = 0, refused_at_start = 1, failed_later = 2, failed_silently = 3 };
@@ -93,6 +95,16 @@ QStringList tables_of(const QString &path)
 struct spoiler {
     QRandomGenerator random;
 
+    // What is written next goes over pages that are in use.
+    QString call_pages_free(QByteArray &bytes, int pages)
+    {
+        char *list = bytes.data() + (qFromBigEndian<qint32>(bytes.constData() + first_free_page) - 1) * page_size;
+        const qint32 leaves = qFromBigEndian<qint32>(list + 4);
+        for (qint32 leaf = 0; leaf < leaves; ++leaf)
+            qToBigEndian<qint32>(random.bounded(2, pages + 1), list + 8 + leaf * 4);
+        return QString("%1 pages called free").arg(leaves);
+    }
+
     QString spoil(QByteArray &bytes, int kind)
     {
         const int pages = int(bytes.size() / page_size);
@@ -128,12 +140,14 @@ struct spoiler {
             }
             return told;
         }
-        default: {
+        case 4: {
             const int page = random.bounded(1, pages);
             const int other = random.bounded(1, pages);
             bytes.replace(page * page_size, page_size, bytes.mid(other * page_size, page_size));
             return QString("page %1 is a copy of page %2").arg(page + 1).arg(other + 1);
         }
+        default:
+            return call_pages_free(bytes, pages);
         }
     }
 };
@@ -190,7 +204,8 @@ struct spoiled_site : intake_site {
         run("update contact set tsl_processed=yes");
         run("delete from orders where message_id<40"); // so that there are free pages
         session.store_connection->Close();
-        put({"orders@shop.example", "bob@shop.example", "Something else", "No map takes this one"});
+        put({"orders@shop.example", "bob@shop.example", "Something else",
+             QString("No map takes this one. ").repeated(4000)});
         put({"hello@shop.example", "eve@shop.example", "A question", "Which roses grow in the shade?"});
     }
     const QString store = folder.filePath("mailapp.mdb");
@@ -225,12 +240,13 @@ void spoiled_store_test::start_list_and_fetch_end_with_a_message_and_spoil_nothi
     qInfo("%d copies, seed %u", copies, seed);
     spoiled_site site;
     const QByteArray sound = read_file(site.store);
+    QVERIFY(qFromBigEndian<qint32>(sound.constData() + first_free_page) > 0);
     const QStringList tables = tables_of(site.store);
     spoiler spoil{QRandomGenerator(seed)};
     int counts[4] = {};
     for (int copy = 0; copy < copies; ++copy) {
         QByteArray bytes = sound;
-        const QString told = QString("copy %1, %2").arg(copy).arg(spoil.spoil(bytes, copy % 5));
+        const QString told = QString("copy %1, %2").arg(copy).arg(spoil.spoil(bytes, copy % 6));
         write_file(site.store, bytes);
         QFile::remove(site.folder.filePath("errorlog.txt"));
         const QSet<QByteArray> before = readable_rows(site.store, tables);

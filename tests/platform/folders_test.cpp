@@ -432,6 +432,8 @@ void folders_test::names_of_every_kind_are_copied()
     for (const QString &name : found)
         DeleteFolder(here.path("html") + '/' + name);
     QCOMPARE(AllEntries(here.path("html")), QStringList());
+    DeleteFolder(here.path("forms"));
+    QCOMPARE(here.names("."), QStringList{"html"});
 }
 
 void folders_test::a_folder_is_not_copied_into_itself()
