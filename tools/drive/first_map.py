@@ -35,7 +35,7 @@ def set_up(tessaly, owner, organisation, accounts, copies, seen=nobody):
 
 
 def fetch_samples(tessaly, seen=nobody):
-    """From the wizard's welcome, which opened by itself, to the list of mails."""
+    """From the wizard's welcome, which opened by itself, to the step behind the fetch."""
     tessaly.window("Welcome to Step-by-step Wizard for setting up Tessaly")
     seen("wizard-welcome")
     tessaly.click("next_b")
@@ -47,6 +47,7 @@ def fetch_samples(tessaly, seen=nobody):
 
 def cut_into_lines(tessaly, subject, seen=nobody):
     """Takes the first mail of that subject and cuts it line by line."""
+    tessaly.window("Map mails Wizard-Step2")
     tessaly.choose_row("inbox_lv", subject)
     seen("wizard-sample-mail")
     tessaly.click("Open_b")

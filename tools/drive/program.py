@@ -154,8 +154,8 @@ class Program:
 
     def choose_row(self, name, text):
         """Selects the row of a list that has a cell of that text."""
-        table = self.control(name)
-        self.press(self.until(lambda: next(iter(self.all("table cell", text, below=table)), None), f"{text} in {name}"))
+        self.press(self.until(lambda: next(iter(self.all("table cell", text, below=self.control(name))), None),
+                              f"{text} in {name}"))
 
     def choose(self, menu, command):
         """Chooses a command of the menu bar by its caption."""
