@@ -84,7 +84,7 @@ net::patience patience_for_moves()
 
 void finish_moves()
 {
-    log_failures(); // those of reading; a server that is gone now must not hide them
+    user_gives_up();
     const net::patience_scope waiting(patience_for_moves());
     guarded_step("Mailfrm.frm", "write_data", [] { fetching.inbox_items->finish_moves(); });
     log_failures();
@@ -93,6 +93,7 @@ void finish_moves()
 void walk_folder()
 {
     auto &items = *fetching.inbox_items;
+    items.let_moves_run(); // while the parser works
     fetching.total = items.Count();
     report_progress("Looking through the Inbox", 0, 0);
     qint64 done = 0;
@@ -105,7 +106,9 @@ void walk_folder()
             break;
     }
     fetching.current_item = nullptr;
-    finish_moves();
+    log_failures(); // those of reading; a server that is gone later must not hide them
+    if (fetching.cancelled)
+        finish_moves();
 }
 
 void walk_messages()
@@ -139,6 +142,12 @@ void fetch_mail()
         walk_folder();
 }
 
+void finish_fetch()
+{
+    if (fetching.inbox_items)
+        finish_moves();
+}
+
 QString fetch_summary()
 {
     return QString::number(fetching.mail_count) + " of " + QString::number(fetching.total) + " mails processed";
@@ -161,6 +170,7 @@ bool fetch_and_parse()
         choose_mail_source();
         fetch_mail();
         parse_unprocessed_mails();
+        finish_fetch();
         raise_cut();
         before_outside_effect(); // a pass that cannot be kept is a failure of this fetch, not a loss that nobody hears
                                  // of

@@ -6,6 +6,7 @@
 namespace intake {
 
 void fetch_mail();          // needs choose_mail_source; counts into fetching.mail_count
+void finish_fetch();        // hears what became of the moves that were still under way; behind the parser
 QString fetch_summary();    // "3 of 20 mails processed"
 bool fetch_was_cancelled(); // all that was stored is as after a whole fetch
 
