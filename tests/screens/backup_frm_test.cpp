@@ -533,6 +533,7 @@ void backup_frm_test::in_the_setup_back_goes_to_the_accounts()
     site.store.run("update install_tbl set install=no");
     the<backup_frm>().show();
     QCOMPARE(control<wizard_band>(the<backup_frm>(), "band").step(), "Step 3 of 3");
+    QCOMPARE(control<QPushButton>(the<backup_frm>(), "next_b").accessibleName(), "Finish");
     site.click("back_b");
     QVERIFY(is_visible<Stage3>());
     QVERIFY(!is_visible<backup_frm>());

@@ -7,6 +7,7 @@
 #include "screens/maps/Ignore.h"
 #include "screens/maps/fcodes_frm.h"
 #include "screens/maps/mapmail_frm.h"
+#include "screens/preferences/Accounts.h"
 #include "screens/preferences/Format_mail_frm.h"
 #include "screens/screen.h"
 #include "support/screens_driver.h"
@@ -280,6 +281,84 @@ private slots:
             press(codes, "submit_b");
         });
         QCOMPARE(screen.code().type, "dynamic");
+    }
+
+    void cancel_on_the_codes_also_unsets_the_box_data()
+    {
+        QTest::addColumn<bool>("by_escape");
+        QTest::newRow("the button") << false;
+        QTest::newRow("Escape") << true;
+    }
+
+    void cancel_on_the_codes_also_unsets_the_box()
+    {
+        QFETCH(bool, by_escape);
+        classic_site site;
+        mapmail_frm &screen = site.screen_with_map();
+        control<QCheckBox>(screen, "code_ch").setChecked(true);
+        press_and_in<fcodes_frm>(screen, "values_b", [by_escape](fcodes_frm &codes) {
+            if (by_escape)
+                QTest::keyClick(&codes, Qt::Key_Escape);
+            else
+                press(codes, "cancel_b");
+        });
+        QVERIFY(!control<QCheckBox>(screen, "code_ch").isChecked());
+        QVERIFY(!control<QPushButton>(screen, "values_b").isEnabled());
+    }
+
+    void a_fixed_code_without_values_stops_the_walk()
+    {
+        classic_site site;
+        site.screens.store.run("delete from fcodes_tbl");
+        mapmail_frm &screen = site.screen_with_map();
+        press(screen, "next_b");
+        press(screen, "next_b");
+        QCOMPARE(site.screens.boxes.shown, QStringList{"Add code values"});
+        QCOMPARE(text_of(screen, "field_t"), "city");
+    }
+
+    void maps_made_meanwhile_are_listed_by_open()
+    {
+        classic_site site;
+        mapmail_frm &screen = site.screen();
+        QCOMPARE(control<QComboBox>(screen, "sformats_c").count(), 2);
+        site.screens.store.add_map("buyers", site.screens.store.cell("select id from email_tbl").toLongLong(), "Order",
+                                   {{"first_name"}});
+        press(screen, "open_b");
+        QCOMPARE(control<QComboBox>(screen, "sformats_c").count(), 3);
+        QCOMPARE(control<QComboBox>(screen, "sformats_c").itemText(2), "buyers");
+    }
+
+    void another_separator_leaves_the_field_its_position()
+    {
+        classic_site site;
+        mapmail_frm &screen = site.screen_with_map();
+        press(screen, "next_b");
+        classic_site::choose(screen, "separator_c", "Comma(,)");
+        QCOMPARE(entry_of(screen, "Line_c"), "Line2");
+        press(screen, "Prev_b");
+        QCOMPARE(entry_of(screen, "Line_c"), "Line1");
+        QCOMPARE(control<QComboBox>(screen, "Line_c").count(), 1);
+    }
+
+    void a_summary_that_nothing_shows_is_told_of()
+    {
+        classic_site site;
+        mapmail_frm &screen = site.screen_with_map();
+        site.screens.boxes.will_say_no();
+        press(screen, "save_b");
+        QCOMPARE(site.screens.status_lines.last(), "The summary is in " + site.screens.file("map.txt") + ".");
+    }
+
+    void closing_leaves_one_page_open_and_on_the_same_account()
+    {
+        classic_site site;
+        mapmail_frm &screen = site.screen();
+        the<Accounts>().show();
+        press(screen, "Command2");
+        QVERIFY(!is_loaded<Accounts>());
+        QVERIFY(is_visible<Format_mail_frm>());
+        QCOMPARE(control<QComboBox>(the<Format_mail_frm>(), "query_c").currentText(), "orders");
     }
 
     void the_summary_wants_a_field()

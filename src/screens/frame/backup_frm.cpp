@@ -40,6 +40,7 @@ void backup_frm::show_step()
 {
     ui->band->set_step(in_setup ? "Step 3 of 3" : "");
     ui->next_b->setText(in_setup ? "&Finish" : "&OK");
+    ui->next_b->setAccessibleName(in_setup ? "Finish" : "OK"); // it has been given the first caption as its name
     ui->back_b->setVisible(in_setup);
     if (in_setup) {
         setWindowTitle("Tessaly Setup");

@@ -5,11 +5,13 @@
 #include "screens/maps/mapmail_frm.h"
 #include "ui_fcodes_frm.h"
 
+#include <QKeyEvent>
+
 fcodes_frm::fcodes_frm(QWidget *parent) : screen(parent), ui(std::make_unique<Ui::fcodes_frm>())
 {
     ui->setupUi(this);
     connect(ui->submit_b, &QPushButton::clicked, this, &fcodes_frm::submit_b_Click);
-    connect(ui->cancel_b, &QPushButton::clicked, this, &fcodes_frm::unload);
+    connect(ui->cancel_b, &QPushButton::clicked, this, &fcodes_frm::cancel_b_Click);
     connect(ui->help_b, &QPushButton::clicked, this, &fcodes_frm::show_own_help);
 }
 
@@ -34,12 +36,22 @@ void fcodes_frm::submit_b_Click()
                 ui->qt_code_fields->focus_description();
             return;
         }
-        if (fixed)
-            the<mapmail_frm>().set_code({"fixed", entered.descriptions(), entered.codes()});
-        else
-            the<mapmail_frm>().set_code({"dynamic", {}, {}});
+        the<mapmail_frm>().set_code({fixed ? "fixed" : "dynamic", entered.descriptions(), entered.codes()});
         unload();
     });
+}
+
+void fcodes_frm::cancel_b_Click()
+{
+    the<mapmail_frm>().give_up_code();
+    unload();
+}
+
+void fcodes_frm::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_Escape)
+        return cancel_b_Click();
+    screen::keyPressEvent(event);
 }
 
 QSize fcodes_frm::sizeHint() const

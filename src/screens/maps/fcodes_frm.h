@@ -15,8 +15,12 @@ public:
     void Load() override;
     QSize sizeHint() const override;
 
+protected:
+    void keyPressEvent(QKeyEvent *event) override; // Escape is Cancel
+
 private:
     void submit_b_Click();
+    void cancel_b_Click();
 
     std::unique_ptr<Ui::fcodes_frm> ui;
 };

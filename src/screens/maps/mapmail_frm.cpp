@@ -13,6 +13,7 @@
 #include "screens/maps/Ignore.h"
 #include "screens/maps/fcodes_frm.h"
 #include "screens/preferences/Format_mail_frm.h"
+#include "screens/preferences/page_list.h"
 #include "ui_mapmail_frm.h"
 
 #include <QClipboard>
@@ -98,7 +99,10 @@ void mapmail_frm::sformats_c_Click()
 
 void mapmail_frm::separator_c_Click()
 {
+    const QString position = ui->Line_c->currentText();
     cut(ui->separator_c->currentData().toString());
+    if (place < int(fields.size()))
+        show_position(position); // another cut does not move the field
 }
 
 void mapmail_frm::cut(const QString &by)
@@ -124,9 +128,12 @@ void mapmail_frm::show_field()
     const bool is_new = place >= int(fields.size());
     const maps::stored_field field = is_new ? maps::stored_field{} : fields[size_t(place)];
     ui->field_t->setText(field.fname);
-    if (!is_new && ui->Line_c->findText(field.fposition) < 0)
-        ui->Line_c->addItem(field.fposition); // the mail beside it is shorter than what the map was made from
-    ui->Line_c->setCurrentIndex(is_new ? qMin(0, ui->Line_c->count() - 1) : ui->Line_c->findText(field.fposition));
+    while (ui->Line_c->count() > body_pieces.size()) // a foreign one of the field before
+        ui->Line_c->removeItem(ui->Line_c->count() - 1);
+    if (is_new)
+        ui->Line_c->setCurrentIndex(qMin(0, ui->Line_c->count() - 1));
+    else
+        show_position(field.fposition);
     ui->dont_ch->setChecked(!is_new && field.finclude);
     set_ignored_texts(pieces(field.fignore, between_texts));
     shown_code = maps::code_of(field);
@@ -135,6 +142,13 @@ void mapmail_frm::show_field()
     ui->Prev_b->setEnabled(place > 0);
     ui->place_l->setText(is_new ? QString::number(fields.size()) + " field(s), a new one"
                                 : "Field " + QString::number(place + 1) + " of " + QString::number(fields.size()));
+}
+
+void mapmail_frm::show_position(const QString &position)
+{
+    if (ui->Line_c->findText(position) < 0)
+        ui->Line_c->addItem(position); // the mail beside it is shorter than what the map was made from
+    ui->Line_c->setCurrentIndex(ui->Line_c->findText(position));
 }
 
 maps::stored_field mapmail_frm::field_on_screen() const
@@ -190,6 +204,11 @@ void mapmail_frm::code_ch_Click()
     ui->values_b->setEnabled(ui->code_ch->isChecked());
 }
 
+void mapmail_frm::give_up_code()
+{
+    ui->code_ch->setChecked(false);
+}
+
 void mapmail_frm::values_b_Click()
 {
     the<fcodes_frm>().show_modal();
@@ -238,8 +257,11 @@ void mapmail_frm::save_b_Click()
 
 void mapmail_frm::Command2_Click()
 {
+    const QString table = mail_table;
     unload();
-    the<Format_mail_frm>().show();
+    open_page(preference_page::map_mails);
+    if (is_loaded<Format_mail_frm>())
+        the<Format_mail_frm>().choose_account(table);
 }
 
 void mapmail_frm::keyPressEvent(QKeyEvent *event)

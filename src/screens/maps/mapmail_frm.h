@@ -24,6 +24,7 @@ public:
     void set_ignored_texts(const QStringList &texts);
     const maps::classic_code &code() const { return shown_code; } // fcode_type_t, fdesc_l, fcodes_l
     void set_code(const maps::classic_code &code) { shown_code = code; }
+    void give_up_code(); // code_ch goes off
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;
@@ -46,6 +47,7 @@ private:
 
     void cut(const QString &separator);
     void show_field();
+    void show_position(const QString &position);
     maps::stored_field field_on_screen() const;
 
     std::unique_ptr<Ui::mapmail_frm> ui;

@@ -78,6 +78,13 @@ QString Format_mail_frm::chosen_table() const
     return query_ch.value(ui->query_c->currentIndex());
 }
 
+void Format_mail_frm::choose_account(const QString &table)
+{
+    const qsizetype entry = query_ch.indexOf(table);
+    if (entry > 0)
+        ui->query_c->setCurrentIndex(int(entry));
+}
+
 void Format_mail_frm::query_c_Click()
 {
     if (!guarded(form, "query_c_click", [this] { show_mails(); }))
@@ -122,13 +129,15 @@ void Format_mail_frm::delete_l_Click()
         ids += rows->mail(index.row()).message_id;
     if (ids.isEmpty())
         return;
-    guarded(form, "delete_l_Click", [&] {
+    const bool deleted = guarded(form, "delete_l_Click", [&] {
         open_store_if_closed();
         maps::delete_raw_mails(chosen_table(), ids);
         say(ids.size() == 1 ? QStringLiteral("The mail was deleted.")
                             : QString::number(ids.size()) + " mails were deleted.");
         show_mails();
     });
+    if (!deleted)
+        status_line("The mails could not be deleted: " + session.err_description);
     enable_buttons();
 }
 

@@ -17,6 +17,7 @@ public:
     ~Format_mail_frm() override;
     void Load() override;
 
+    void choose_account(const QString &table); // and lists its mails
     QSize sizeHint() const override;
 
 private:
