@@ -127,11 +127,10 @@ void exact_text::show_marked(const text_stretch &stretch)
 {
     marked = stretch;
     show_stretches();
-    if (stretch.length == 0)
+    if (stretch.length == 0 || textCursor().hasSelection()) // what is selected stays so, and in sight
         return;
-    const QTextCursor there = cursor_over(stretch);
-    QTextCursor start(there);
-    start.setPosition(there.selectionStart());
+    QTextCursor start(document());
+    start.setPosition(cursor_over(stretch).selectionStart());
     setTextCursor(start); // where the keyboard goes on, too
 }
 

@@ -23,11 +23,19 @@ public:
     }
 };
 
+int last_shown(const QHeaderView &heads)
+{
+    int column = heads.count() - 1;
+    while (column > 0 && heads.isSectionHidden(column))
+        --column;
+    return column;
+}
+
 // The last column takes what is left over, so its width is not the user's.
 QString widths_text(const QHeaderView &heads)
 {
     QStringList widths;
-    for (int column = 0; column < heads.count() - 1; ++column)
+    for (int column = 0; column < last_shown(heads); ++column)
         widths += QString::number(heads.sectionSize(column));
     return widths.join(u' ');
 }
@@ -78,7 +86,7 @@ void list_view::fit_first_widths()
     const int last = first_widths.last(); // the head lets it grow, never shrink
     const int wanted = std::accumulate(first_widths.begin(), first_widths.end(), -last);
     const int room = std::clamp(viewport()->width() - last, 1, wanted);
-    for (int column = 0; column < header()->count() - 1; ++column)
+    for (int column = 0; column < last_shown(*header()); ++column)
         setColumnWidth(column, first_widths.value(column) * room / wanted);
     remembered = widths_text(*header());
 }

@@ -98,7 +98,7 @@ private slots:
         }
         enabled.sort();
         QCOMPARE(enabled, (QStringList{"about", "account", "bkp_folder_mnu", "contents", "exit", "fetchmail",
-                                       "mail_client_mnu", "mauditor_mnu", "outbox_mnu", "rst_bkp", "showtips"}));
+                                       "mail_client_mnu", "mauditor_mnu", "mmw", "outbox_mnu", "rst_bkp", "showtips"}));
     }
 
     void composer_menus_are_hidden()

@@ -6,6 +6,7 @@
 #include "screens/intake/mailfrm.h"
 #include "screens/intake/mapinprogress_frm.h"
 #include "screens/intake/mfetchinprogress_frm.h"
+#include "screens/maps/mapWizardStep3_frm.h"
 #include "screens/screen.h"
 #include "support/screens_driver.h"
 #include "support/screens_site.h"
@@ -86,6 +87,7 @@ private slots:
         the<mfetchinprogress_frm>().show_modal();
         QCOMPARE(site.rows_of("orders"), 1);
         QVERIFY(!is_visible<mailfrm>());
+        QVERIFY(is_visible<mapWizardStep3_frm>());
         QVERIFY(!session.fetch_then_wizard);
     }
 

@@ -11,15 +11,15 @@
 
 namespace {
 
-struct pattern_parts {
+struct left_pattern_parts {
     QByteArray store;
     QString unsubscribing_since;
 };
 
 // Made once a process. The keyword is in capitals: so it is found by both kinds of mail client.
-const pattern_parts &pattern()
+const left_pattern_parts &left_pattern()
 {
-    static const pattern_parts made = [] {
+    static const left_pattern_parts made = [] {
         intake_site site;
         site.add_account("orders", "orders@example.org");
         site.add_map("names", 1, "Order form", "Line", {{"full_name", "Line1", ":"}, {"city", "Line2", ":"}});
@@ -28,8 +28,8 @@ const pattern_parts &pattern()
         site.run("insert into unsub_entryno (email,entryno) values('bill@example.net','1038')");
         site.run("insert into unsub_entryno (email,entryno) values('cleo@example.net','1039')");
         session.store_connection->Close();
-        return pattern_parts{bytes_of_file(site.folder.filePath("mailapp.mdb")),
-                             GetSetting("main", "enabledUnsubDate")};
+        return left_pattern_parts{bytes_of_file(site.folder.filePath("mailapp.mdb")),
+                                  GetSetting("main", "enabledUnsubDate")};
     }();
     return made;
 }
@@ -104,7 +104,7 @@ QList<fault_mail> fault_mails(int orders)
 
 fault_program::fault_program()
 {
-    write_file(path("mailapp.mdb"), pattern().store);
+    write_file(path("mailapp.mdb"), left_pattern().store);
     QDir().mkpath(path("config"));
 }
 
@@ -120,7 +120,7 @@ timed_run fault_program::fetch_with(const QString &mail_client, const QStringLis
                                     driver_rights rights) const
 {
     const QString settings = QString("[main]\nenabledUnsubDate=%1\n\n[mail_client]\n%2\nsend=keep\n")
-                                 .arg(pattern().unsubscribing_since, mail_client);
+                                 .arg(left_pattern().unsubscribing_since, mail_client);
     write_file(path("config/brenmoorbiz.conf"), settings.toUtf8());
     QElapsedTimer taken;
     taken.start();

@@ -4,14 +4,14 @@
 
 namespace {
 
-constexpr quint32 usual_seed = 20260813;
+constexpr quint32 usual_kill_seed = 20260813;
 
 }
 
 QList<int> points_in(int calls, int points)
 {
     const quint32 seed =
-        qEnvironmentVariableIsSet("TESSALY_SEED") ? qEnvironmentVariable("TESSALY_SEED").toUInt() : usual_seed;
+        qEnvironmentVariableIsSet("TESSALY_SEED") ? qEnvironmentVariable("TESSALY_SEED").toUInt() : usual_kill_seed;
     qInfo("%d calls in a whole run, seed %u", calls, seed);
     QRandomGenerator random(seed);
     QList<int> chosen;

@@ -5,6 +5,7 @@
 
 // The program starts itself again where the keyring is; the second time this does nothing. First thing in main.
 void start_again_in_keyring(char **argv);
+void start_again_on_empty_bus(char **argv); // the same where no keyring is, and none can be started
 
 pid_t keyring_process(); // of this run; 0 when it is not there
 QByteArray bytes_of(const QString &path);

@@ -91,8 +91,9 @@ void end_asking(of which)
     state.asked[which] = false;
     if (state.asked[of::mailbox] || state.asked[of::sending])
         return;
+    // Not from here: the keyring begins nothing else before its signal is over, and who is told may ask it again.
     for (const auto &answered : std::exchange(state.waiters, {}))
-        answered();
+        QTimer::singleShot(0, QCoreApplication::instance(), answered);
 }
 
 // nullptr where there is none to ask, or it was asked.

@@ -14,7 +14,7 @@
 
 namespace {
 
-constexpr int paint_pause_ms = 50;
+constexpr int between_paints_ms = 50;
 
 int bar_value(qint64 value)
 {
@@ -59,7 +59,7 @@ void Exit_frm::Timer1_Timer()
 
 void Exit_frm::show_progress(const QString &what, qint64 done, qint64 total)
 {
-    if (since_shown.isValid() && since_shown.elapsed() < paint_pause_ms && done < total)
+    if (since_shown.isValid() && since_shown.elapsed() < between_paints_ms && done < total)
         return;
     ui->what_l->setText(what + " ...");
     ui->progress_bar->setRange(0, bar_value(total));

@@ -1,11 +1,11 @@
 #include "screens/frame/frmSplash.h"
 #include "frame/error_log.h"
 #include "frame/start_up.h"
-#include "frame/status.h"
 #include "frame/store.h"
 #include "platform/app_folder.h"
 #include "platform/clock.h"
 #include "screens/icons.h"
+#include "screens/maps/MapWizardStep1_frm.h"
 #include "ui_frmSplash.h"
 
 #include <QKeyEvent>
@@ -95,5 +95,5 @@ void frmSplash::dismiss()
 void frmSplash::Load_Wizard()
 {
     if (::Load_Wizard())
-        status_line("No mail map exists yet. The Mail Mapping Wizard, which makes one, is not there yet.");
+        the<MapWizardStep1_frm>().show();
 }

@@ -23,6 +23,7 @@
 #include "screens/icons.h"
 #include "screens/intake/mailfrm.h"
 #include "screens/intake/mfetchinprogress_frm.h"
+#include "screens/maps/map_wizard_doors.h"
 #include "screens/preferences/page_list.h"
 #include "screens/screen.h"
 
@@ -75,6 +76,7 @@ menuFrm::menuFrm(QWidget *parent)
     works("bkp_folder_mnu", &menuFrm::bkp_folder_mnu_Click);
     works("rst_bkp", &menuFrm::rst_bkp_Click);
     works("fetchmail", &menuFrm::fetchmail_Click);
+    works("mmw", &menuFrm::mmw_Click);
     works("mauditor_mnu", &menuFrm::mauditor_mnu_Click);
     works("outbox_mnu", &menuFrm::outbox_mnu_Click);
     works("account", &menuFrm::account_Click);
@@ -224,6 +226,11 @@ void menuFrm::mauditor_mnu_Click()
 {
     session.no_fetch = true;
     the<mailfrm>().show();
+}
+
+void menuFrm::mmw_Click()
+{
+    open_map_wizard();
 }
 
 void menuFrm::outbox_mnu_Click()

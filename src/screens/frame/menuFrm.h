@@ -40,6 +40,7 @@ private:
     void rst_bkp_Click();
     void fetchmail_Click();
     void mauditor_mnu_Click();
+    void mmw_Click();
     void outbox_mnu_Click();
     void account_Click();
     void mail_client_mnu_Click();

@@ -1,8 +1,8 @@
 #include "screens/intake/mfetchinprogress_frm.h"
 #include "frame/session.h"
-#include "frame/status.h"
 #include "platform/network.h"
 #include "screens/intake/mailfrm.h"
+#include "screens/maps/mapWizardStep3_frm.h"
 
 mfetchinprogress_frm::mfetchinprogress_frm(QWidget *parent)
     : wait_screen("mfetchinprogress_frm", "Fetching mail ...", parent)
@@ -24,7 +24,7 @@ void mfetchinprogress_frm::work()
     session.fetch_then_wizard = false;
     unload();
     if (wizard_waits)
-        status_line("The mails are fetched. The Mail Mapping Wizard is not there yet.");
+        the<mapWizardStep3_frm>().show();
     else
         the<mailfrm>().show();
 }

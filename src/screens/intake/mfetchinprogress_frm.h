@@ -1,5 +1,5 @@
-// Stands while mail is fetched: loads the Mail Auditor, which fetches and parses, and then shows it. Cancel ends the
-// fetch; what is stored is shown all the same.
+// Stands while mail is fetched: loads the Mail Auditor, which fetches and parses, and then shows it, or, for
+// the Mail Mapping Wizard, its next step. Cancel ends the fetch; what is stored is shown all the same.
 #pragma once
 #include "screens/wait_screen.h"
 

@@ -114,7 +114,7 @@ void code_fields::add_b_Click()
 void code_fields::keyPressEvent(QKeyEvent *event)
 {
     const bool enters = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-    if (enters && (ui->desc_t->hasFocus() || ui->code_t->hasFocus()))
+    if (enters && (focusWidget() == ui->desc_t || focusWidget() == ui->code_t))
         add_b_Click();
     else
         QWidget::keyPressEvent(event);

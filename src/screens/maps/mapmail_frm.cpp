@@ -22,7 +22,7 @@
 
 namespace {
 
-const char *const form = "Mapmail_frm.frm";
+const char *const screen_in_log = "Mapmail_frm.frm";
 const char *const between_texts = "@@@";
 
 }
@@ -60,7 +60,7 @@ void mapmail_frm::Load()
     ui->Command5->setEnabled(false);
     ui->Command7->setEnabled(false);
     show_field();
-    guarded(form, "Form_load", [this] {
+    guarded(screen_in_log, "Form_load", [this] {
         open_store_if_closed();
         mail_table = maps::map_wizard.mail_table;
         body = maps::stored_body(mail_table, maps::map_wizard.mail_id);
@@ -85,7 +85,7 @@ void mapmail_frm::sformats_c_Click()
 {
     if (ui->sformats_c->currentIndex() < 1)
         return;
-    guarded(form, "sformats_c_Click", [this] {
+    guarded(screen_in_log, "sformats_c_Click", [this] {
         open_store_if_closed();
         const maps::stored_map map = maps::read_map(ui->sformats_c->currentText());
         fields = map.fields;
@@ -216,7 +216,7 @@ void mapmail_frm::values_b_Click()
 
 void mapmail_frm::Prev_b_Click()
 {
-    guarded(form, "prev_b", [this] {
+    guarded(screen_in_log, "prev_b", [this] {
         if (place > 0)
             --place;
         show_field();
@@ -225,7 +225,7 @@ void mapmail_frm::Prev_b_Click()
 
 void mapmail_frm::next_b_Click()
 {
-    guarded(form, "next_b", [this] {
+    guarded(screen_in_log, "next_b", [this] {
         maps::stored_field field = field_on_screen();
         const QString why =
             maps::why_not_next(field.fname, field.fposition, ui->code_ch->isChecked(), shown_code, fields, place);
@@ -244,7 +244,7 @@ void mapmail_frm::next_b_Click()
 
 void mapmail_frm::save_b_Click()
 {
-    guarded(form, "save_b", [this] {
+    guarded(screen_in_log, "save_b", [this] {
         if (fields.empty())
             return say("Please select format");
         const QString path = app_path(u"/map.txt");

@@ -15,7 +15,7 @@ using maps::map_wizard;
 
 namespace {
 
-const char *const form = "Format_mail_frm.frm";
+const char *const page_in_log = "Format_mail_frm.frm";
 const char *const choose_first = "Choose an account above to see its raw mails.";
 const char *const no_mails =
     "No mail is stored for this account.\nChoose Mail > Fetch Mail to take its form mails from "
@@ -56,7 +56,7 @@ Format_mail_frm::~Format_mail_frm() = default;
 
 void Format_mail_frm::Load()
 {
-    guarded(form, "Form_load", [this] {
+    guarded(page_in_log, "Form_load", [this] {
         open_store_if_closed();
         const QSignalBlocker one_choice_at_the_end(ui->query_c);
         ui->query_c->addItem("Select the query");
@@ -87,7 +87,7 @@ void Format_mail_frm::choose_account(const QString &table)
 
 void Format_mail_frm::query_c_Click()
 {
-    if (!guarded(form, "query_c_click", [this] { show_mails(); }))
+    if (!guarded(page_in_log, "query_c_click", [this] { show_mails(); }))
         status_line("The mails of this account cannot be shown: " + session.err_description);
     enable_buttons();
 }
@@ -111,7 +111,7 @@ void Format_mail_frm::inbox_lv_ItemClick()
     const QModelIndexList chosen = ui->inbox_lv->selectionModel()->selectedRows();
     if (chosen.size() != 1) // of many there is no one text to read
         return;
-    guarded(form, "inbox_lv_itemclick", [&] {
+    guarded(page_in_log, "inbox_lv_itemclick", [&] {
         open_store_if_closed();
         ui->body_t->set_text(maps::stored_body(chosen_table(), rows->mail(chosen.first().row()).message_id));
     });
@@ -129,7 +129,7 @@ void Format_mail_frm::delete_l_Click()
         ids += rows->mail(index.row()).message_id;
     if (ids.isEmpty())
         return;
-    const bool deleted = guarded(form, "delete_l_Click", [&] {
+    const bool deleted = guarded(page_in_log, "delete_l_Click", [&] {
         open_store_if_closed();
         maps::delete_raw_mails(chosen_table(), ids);
         say(ids.size() == 1 ? QStringLiteral("The mail was deleted.")
@@ -146,7 +146,7 @@ void Format_mail_frm::open_b_Click()
     const QModelIndexList chosen = ui->inbox_lv->selectionModel()->selectedRows();
     if (chosen.isEmpty())
         return say("Please select a mail");
-    const bool known = guarded(form, "open_b", [&] {
+    const bool known = guarded(page_in_log, "open_b", [&] {
         open_store_if_closed();
         const maps::sample_mail &mail = rows->mail(chosen.first().row());
         map_wizard.mail_table = chosen_table();

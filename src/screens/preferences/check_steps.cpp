@@ -6,8 +6,8 @@
 
 namespace {
 
-constexpr int step_role = Qt::UserRole; // the step's name
-constexpr qsizetype most_shown = 600;   // a server may say much
+constexpr int step_role = Qt::UserRole;     // the step's name
+constexpr qsizetype most_words_shown = 600; // a server may say much
 
 struct state_looks {
     const char *picture;
@@ -52,7 +52,7 @@ void show_step(QListWidget &list, const mail::check_line &line)
 {
     QListWidgetItem *item = item_of(list, line.step);
     const state_looks looks = looks_of(line.state);
-    const QString words = left(line.words, most_shown);
+    const QString words = left(line.words, most_words_shown);
     const QString shown = words.isEmpty() ? line.step : line.step + ": " + words;
     item->setText(shown);
     item->setIcon(drawn_icon(QString::fromLatin1(looks.picture)));

@@ -107,6 +107,12 @@ void mail_client_frm::authority_b_Click()
         ui->authority_t->setText(*chosen);
 }
 
+void mail_client_frm::show_test()
+{
+    show();
+    ui->test_b->setFocus();
+}
+
 void mail_client_frm::test_b_Click()
 {
     const mail_page::entries typed = fields->typed_entries();

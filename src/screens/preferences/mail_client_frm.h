@@ -21,7 +21,8 @@ public:
     ~mail_client_frm() override;
     void Load() override;
 
-    bool leave(); // for another page: false where the user would rather keep what is typed and not saved
+    void show_test(); // opens the page with its Test button at hand
+    bool leave();     // for another page: false where the user would rather keep what is typed and not saved
 
     void set_check(check_thread::routine check); // tests: in the place of the one that asks the servers
     QSize sizeHint() const override;

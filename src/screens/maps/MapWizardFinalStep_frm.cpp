@@ -1,0 +1,65 @@
+#include "screens/maps/MapWizardFinalStep_frm.h"
+#include "frame/error_log.h"
+#include "frame/store.h"
+#include "maps/map_wizard.h"
+#include "screens/maps/MapWizardStep1_frm.h"
+#include "ui_MapWizardFinalStep_frm.h"
+
+namespace {
+
+QString mails_in(const QString &map)
+{
+    ado::Recordset rows;
+    rows.Open("select count(*) from " + map, *session.store_connection);
+    const qint64 count = rows[0].to_number();
+    return count == 1 ? QString("1 mail is in its table.") : QString::number(count) + " mails are in its table.";
+}
+
+}
+
+MapWizardFinalStep_frm::MapWizardFinalStep_frm(QWidget *parent)
+    : wizard_screen(parent), ui(std::make_unique<Ui::MapWizardFinalStep_frm>())
+{
+    ui->setupUi(this);
+
+    connect(ui->map_b, &QPushButton::clicked, this, &MapWizardFinalStep_frm::map_b_Click);
+    connect(ui->help_b, &QPushButton::clicked, this, &MapWizardFinalStep_frm::help_b_Click);
+    connect(ui->Command1, &QPushButton::clicked, this, &MapWizardFinalStep_frm::Command1_Click);
+}
+
+MapWizardFinalStep_frm::~MapWizardFinalStep_frm() = default;
+
+void MapWizardFinalStep_frm::Load()
+{
+    const QString &map = maps::map_wizard.map_name;
+    ui->autoresp_chk->setText("Select to configure autoresponder for the map »" + map.toUpper());
+    ui->done_l->setText("The map " + map + " is saved.");
+    guarded("mapwizardfinalstep.frm", "form load", [&] {
+        ui->done_l->setText("The map " + map + " is saved. " + mails_in(map) +
+                            "\n\nEvery mail of this form that is fetched from now on goes into it by itself.");
+    });
+    ui->Command1->setFocus();
+}
+
+void MapWizardFinalStep_frm::map_b_Click()
+{
+    unload();
+    maps::map_wizard = {};
+    the<MapWizardStep1_frm>().show();
+}
+
+void MapWizardFinalStep_frm::Command1_Click()
+{
+    maps::map_wizard = {};
+    unload();
+}
+
+void MapWizardFinalStep_frm::cancel_b_Click()
+{
+    Command1_Click();
+}
+
+QSize MapWizardFinalStep_frm::sizeHint() const
+{
+    return {560, 320};
+}

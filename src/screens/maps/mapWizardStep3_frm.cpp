@@ -1,0 +1,111 @@
+#include "screens/maps/mapWizardStep3_frm.h"
+#include "frame/error_log.h"
+#include "frame/messages.h"
+#include "frame/status.h"
+#include "frame/store.h"
+#include "maps/map_wizard.h"
+#include "screens/maps/MapWizardStep2_frm.h"
+#include "screens/maps/MapWizardStep4_frm.h"
+#include "screens/maps/map_wizard_doors.h"
+#include "screens/maps/sample_mail_list.h"
+#include "screens/preferences/mail_client_frm.h"
+#include "screens/preferences/page_list.h"
+#include "ui_mapWizardStep3_frm.h"
+
+using maps::map_wizard;
+
+mapWizardStep3_frm::mapWizardStep3_frm(QWidget *parent)
+    : wizard_screen(parent), ui(std::make_unique<Ui::mapWizardStep3_frm>())
+{
+    using enum sample_mail_list::column;
+    rows = new sample_mail_list({to, subject, received, from, message_id, table_name, account_id}, this);
+    ui->setupUi(this);
+    ui->qt_splitter->setStretchFactor(0, 3);
+    ui->qt_splitter->setStretchFactor(1, 2);
+    ui->inbox_lv->setModel(rows);
+    ui->inbox_lv->setSelectionMode(QAbstractItemView::SingleSelection);
+    for (const auto key : {message_id, table_name, account_id})
+        ui->inbox_lv->setColumnHidden(int(key), true);
+    ui->inbox_lv->remember_columns("mapWizardStep3_frm.inbox_lv", {190, 220, 160, 180});
+
+    connect(ui->inbox_lv->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            &mapWizardStep3_frm::inbox_lv_Click);
+    connect(ui->inbox_lv, &QAbstractItemView::doubleClicked, this, &mapWizardStep3_frm::Open_b_Click);
+    connect(ui->mail_client_b, &QPushButton::clicked, this, &mapWizardStep3_frm::mail_client_b_Click);
+    connect(ui->help_b, &QPushButton::clicked, this, &mapWizardStep3_frm::help_b_Click);
+    connect(ui->back_b, &QPushButton::clicked, this, &mapWizardStep3_frm::back_b_Click);
+    connect(ui->Open_b, &QPushButton::clicked, this, &mapWizardStep3_frm::Open_b_Click);
+    connect(ui->cancel_b, &QPushButton::clicked, this, &mapWizardStep3_frm::cancel_b_Click);
+}
+
+mapWizardStep3_frm::~mapWizardStep3_frm() = default;
+
+void mapWizardStep3_frm::Load()
+{
+    map_wizard.mail_table.clear();
+    map_wizard.mail_id.clear();
+    if (!guarded("mapwizardstep3.frm", "form load", [this] { show_mails(); }))
+        status_line("Not all mails can be shown: " + session.err_description);
+    const bool empty = rows->rowCount() == 0;
+    ui->Frame2->setVisible(!empty);
+    ui->empty_fr->setVisible(empty);
+    (empty ? static_cast<QWidget *>(ui->mail_client_b) : ui->inbox_lv)->setFocus();
+}
+
+void mapWizardStep3_frm::show_mails()
+{
+    const wait_pointer waiting(*this);
+    open_store_if_closed();
+    rows->set_mails(maps::all_sample_mails());
+}
+
+void mapWizardStep3_frm::inbox_lv_Click()
+{
+    ui->body_t->set_text({});
+    map_wizard.mail_id.clear();
+    const QModelIndexList chosen = ui->inbox_lv->selectionModel()->selectedRows();
+    if (chosen.isEmpty())
+        return;
+    const maps::sample_mail &mail = rows->mail(chosen.first().row());
+    guarded("mapwizardstep3.frm", "inboxlv itemclick", [&] {
+        open_store_if_closed();
+        ui->body_t->set_text(maps::stored_body(mail.table_name, mail.message_id));
+        map_wizard.mail_table = mail.table_name;
+        map_wizard.mail_id = mail.message_id;
+        map_wizard.account_id = mail.account_id;
+    });
+}
+
+void mapWizardStep3_frm::mail_client_b_Click()
+{
+    open_page(preference_page::mail_client);
+    if (is_visible<mail_client_frm>()) // an open page may have wanted to stay
+        the<mail_client_frm>().show_test();
+}
+
+void mapWizardStep3_frm::back_b_Click()
+{
+    unload();
+    the<MapWizardStep2_frm>().show();
+}
+
+void mapWizardStep3_frm::Open_b_Click()
+{
+    const QModelIndexList chosen = ui->inbox_lv->selectionModel()->selectedRows();
+    if (chosen.isEmpty() || map_wizard.mail_id.isEmpty())
+        return say("Please select a mail");
+    map_wizard.map_subject = rows->mail(chosen.first().row()).subject;
+    unload();
+    the<MapWizardStep4_frm>().show();
+}
+
+void mapWizardStep3_frm::cancel_b_Click()
+{
+    if (quits_map_wizard("mapwizardstep3.frm"))
+        unload();
+}
+
+QSize mapWizardStep3_frm::sizeHint() const
+{
+    return {900, 580};
+}

@@ -1,0 +1,74 @@
+#include "screens/maps/map_wizard_doors.h"
+#include "frame/error_log.h"
+#include "frame/messages.h"
+#include "frame/store.h"
+#include "maps/map_wizard.h"
+#include "screens/maps/MapWizardFinalStep_frm.h"
+#include "screens/maps/MapWizardStep1_frm.h"
+#include "screens/maps/MapWizardStep2_frm.h"
+#include "screens/maps/MapWizardStep4_frm.h"
+#include "screens/maps/mapWizardStep3_frm.h"
+
+namespace {
+
+const char *const quit_question =
+    "If you exit the Wizard without setting-up the application, you would be reminded again the next time you launch "
+    "the application.\r\n\r\nWould you like to quit the wizard?";
+
+template <typename T>
+bool brought_to_front()
+{
+    if (!is_visible<T>())
+        return false;
+    the<T>().show();
+    return true;
+}
+
+qint64 row_count(const char *statement)
+{
+    open_store_if_closed();
+    ado::Recordset rows;
+    rows.Open(statement, *session.store_connection);
+    const qint64 count = rows.RecordCount();
+    rows.Close();
+    return count;
+}
+
+qint64 first_number(const char *statement)
+{
+    open_store_if_closed();
+    ado::Recordset row;
+    row.Open(statement, *session.store_connection);
+    return row[0].to_number();
+}
+
+}
+
+void open_map_wizard()
+{
+    if (brought_to_front<MapWizardStep4_frm>() || brought_to_front<mapWizardStep3_frm>() ||
+        brought_to_front<MapWizardStep2_frm>() || brought_to_front<MapWizardStep1_frm>())
+        return;
+    if (is_loaded<MapWizardFinalStep_frm>())
+        the<MapWizardFinalStep_frm>().unload();
+    qint64 maps_there = 0;
+    if (!guarded("menuFrm.frm", "mmw", [&] { maps_there = row_count("select * from table_list_tbl"); }))
+        return;
+    maps::map_wizard = {};
+    if (maps_there > 0)
+        the<MapWizardStep2_frm>().show();
+    else
+        the<MapWizardStep1_frm>().show();
+}
+
+bool quits_map_wizard(const char *form)
+{
+    bool quits = false;
+    const bool counted = guarded(form, "cancelb click", [&] {
+        quits = first_number("select count(*) from table_list_tbl") > 0 || yes_no(quit_question);
+    });
+    if (counted && !quits)
+        return false;
+    maps::map_wizard = {}; // a store that cannot be read holds nobody here
+    return true;
+}

@@ -1,0 +1,11 @@
+// The ways into the Mail Mapping Wizard and out of it. Its first screen: MapWizardStep1_frm.h, its memory:
+// maps/map_wizard.h.
+#pragma once
+
+// The console's command: the accounts, or the welcome while there is no map. A wizard that is open comes to the front,
+// as a second one would write into the memory of the first.
+void open_map_wizard();
+
+// Quit wizard: asks only while there is no map. True: the work in memory is dropped, and the screen should go.
+// form is its name in the log.
+bool quits_map_wizard(const char *form);

@@ -1,0 +1,89 @@
+#include "screens/maps/mapwizardsave_frm.h"
+#include "frame/error_log.h"
+#include "frame/messages.h"
+#include "frame/status.h"
+#include "frame/store.h"
+#include "intake/progress_page.h"
+#include "maps/field_entry.h"
+#include "maps/map_writing.h"
+#include "screens/intake/mapinprogress_frm.h"
+#include "ui_mapwizardsave_frm.h"
+
+mapwizardsave_frm::mapwizardsave_frm(QWidget *parent)
+    : wizard_screen(parent), ui(std::make_unique<Ui::mapwizardsave_frm>())
+{
+    ui->setupUi(this);
+
+    connect(ui->help_b, &QPushButton::clicked, this, &mapwizardsave_frm::help_b_Click);
+    connect(ui->save_b, &QPushButton::clicked, this, &mapwizardsave_frm::save_b_Click);
+    connect(ui->cancel_b, &QPushButton::clicked, this, &mapwizardsave_frm::cancel_b_Click);
+}
+
+mapwizardsave_frm::~mapwizardsave_frm() = default;
+
+void mapwizardsave_frm::Load()
+{
+    guarded("mapwizardsave.frm", "form load", [this] {
+        open_store_if_closed();
+        ado::Recordset maps_there;
+        maps_there.Open("select  table_name from table_list_tbl", *session.store_connection);
+        for (; !maps_there.EOF_(); maps_there.MoveNext())
+            ui->mapnames_c->addItem(maps_there[0].text_or_empty());
+        maps_there.Close();
+        ui->warning_l->setText(maps::why_save_would_fail());
+    });
+    ui->warning_l->setVisible(!ui->warning_l->text().isEmpty());
+    ui->mapname_t->setFocus();
+}
+
+void mapwizardsave_frm::save_b_Click()
+{
+    QString name = ui->mapname_t->text();
+    bool name_is_good = false;
+    const wait_pointer waiting(*this);
+    guarded("mapwizardsave.frm", "saveb click", [&] { name_is_good = may_save(name); });
+    if (name_is_good)
+        save_map(name);
+}
+
+bool mapwizardsave_frm::may_save(QString &name)
+{
+    open_store_if_closed();
+    const QString message = maps::why_no_map_name(name);
+    ui->mapname_t->setText(name);
+    if (message.isEmpty())
+        return true;
+    const bool known = maps::name_passes(name);
+    say(message, "Tessaly", known ? message_icon::exclamation : message_icon::critical);
+    ui->mapname_t->setFocus();
+    ui->mapname_t->selectAll();
+    return false;
+}
+
+// Half a map may be left behind; the fields are still in memory then, for another name.
+void mapwizardsave_frm::save_map(const QString &name)
+{
+    window()->hide();
+    guarded("mapwizardsave.frm", "saveb click", [this] { intake::write_mapping_animation(GetBkColor()); });
+    auto &progress = the<mapinprogress_frm>();
+    progress.set_work([this, name] {
+        was_saved = guarded("mapwizardsave.frm", "saveb click", [&name] {
+            maps::write_map(name);
+            maps::bring_mails_over(name);
+        });
+    });
+    progress.show_modal();
+    if (!was_saved)
+        status_line("The map " + name + " was not saved whole: " + session.err_description);
+    unload();
+}
+
+void mapwizardsave_frm::cancel_b_Click()
+{
+    unload();
+}
+
+QSize mapwizardsave_frm::sizeHint() const
+{
+    return {520, 300};
+}
