@@ -388,7 +388,7 @@ void backup_frm_test::enter_in_the_question_deletes_nothing()
     QVERIFY(site.boxes.boxes[0].icon == message_icon::exclamation);
 }
 
-// Both are put aside and both are made; when those four are done, the folder is ready, whatever cannot be deleted.
+// Both are put aside, both are made, and the setting is saved; then the folder is ready, whatever cannot be deleted.
 void backup_frm_test::a_failure_on_the_way_puts_all_back()
 {
     folder_site site;
@@ -396,7 +396,7 @@ void backup_frm_test::a_failure_on_the_way_puts_all_back()
     site.write("safe/data/figures.csv", "1,2");
     site.write("safe/html/index.html", "my site");
     site.write("safe/html.former/mine", "stays");
-    for (int failing = 1; failing <= 5; ++failing) {
+    for (int failing = 1; failing <= 6; ++failing) {
         QCOMPARE(site.names("safe"), (QStringList{"data", "html", "html.former"}));
         QCOMPARE(site.read("safe/data/figures.csv"), "1,2");
         QCOMPARE(site.read("safe/html/index.html"), "my site");
@@ -411,7 +411,7 @@ void backup_frm_test::a_failure_on_the_way_puts_all_back()
         site.choose(site.file("safe"));
         forget_outside_effect(refusing);
         QCOMPARE(site.boxes.shown.size(), 2);
-        if (failing < 5)
+        if (failing < 6)
             QCOMPARE(site.boxes.shown[1], "The folder could not be made ready: Disk full");
     }
     QVERIFY2(site.boxes.shown[1].endsWith("is now here:\n\n" + site.file("safe/data.former")),
