@@ -13,6 +13,7 @@ struct entries { // what stands in the fields
     QString address;
     QString password;                     // of the mailbox; the sending server's too unless it has its own
     std::optional<QString> smtp_password; // its own
+    bool operator==(const entries &other) const = default;
 };
 
 entries stored_entries(); // asks the keyring

@@ -1,21 +1,13 @@
 #include "frame/start_up.h"
 #include "frame/error_log.h"
 #include "frame/messages.h"
+#include "frame/setup.h"
 #include "frame/store.h"
 #include "frame/text.h"
 #include "platform/app_folder.h"
 #include "platform/settings.h"
 
 namespace {
-
-bool is_installed()
-{
-    auto &rows = *session.shared_rs;
-    rows.Open("select * from install_tbl", *session.store_connection);
-    const bool installed = !rows.EOF_() && rows["install"].to_flag();
-    rows.Close();
-    return installed;
-}
 
 void keep_install_location()
 {

@@ -41,3 +41,13 @@ void run_sql(const QString &sql)
 {
     session.store_connection->Execute(sql);
 }
+
+quint32 error_of(const QString &sql)
+{
+    try {
+        run_sql(sql);
+        return 0;
+    } catch (const run_time_error &error) {
+        return error.number;
+    }
+}

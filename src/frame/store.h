@@ -13,3 +13,7 @@ void close_store(); // commits; leaves one file, with no journal beside it
 QString quote_sql(const QString &value);
 
 void run_sql(const QString &sql);
+
+// Runs it, and tells the number that it fails with; 0 when it does not. For the few statements whose failure is an
+// answer: the making of account tables, and the label run.
+quint32 error_of(const QString &sql);

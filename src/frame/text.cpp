@@ -156,6 +156,11 @@ QString replace_all(QStringView text, QStringView part, QStringView by)
     return replaced(text, part, by, false);
 }
 
+QString replace_first(QStringView text, QStringView part, QStringView by)
+{
+    return replaced(text, part, by, true);
+}
+
 QString remove_all(QStringView text, QStringView part)
 {
     return replaced(text, part, {}, false);

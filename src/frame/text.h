@@ -7,15 +7,16 @@
 #include <QString>
 #include <QStringList>
 
-QString trim(QStringView text);                                          // outer blanks (U+0020) only
-bool same_text(QStringView a, QStringView b);                            // case-blind
-bool contains_text(QStringView text, QStringView part);                  // case-blind; "" is contained in nothing
-QString replace_all(QStringView text, QStringView part, QStringView by); // case-blind, one pass; "" finds nothing
-QString remove_all(QStringView text, QStringView part);                  // the same, by nothing
-QString remove_first(QStringView text, QStringView part);                // case-blind, the first occurrence only
-QStringList pieces(const QString &text, const QString &separator);       // letter for letter; "" has no pieces
-QString left(const QString &text, qsizetype count);                      // never halves a surrogate pair: one less then
-QString crlf_line_ends(QStringView text); // each LF becomes CR LF, whatever stands before it
+QString trim(QStringView text);                                            // outer blanks (U+0020) only
+bool same_text(QStringView a, QStringView b);                              // case-blind
+bool contains_text(QStringView text, QStringView part);                    // case-blind; "" is contained in nothing
+QString replace_all(QStringView text, QStringView part, QStringView by);   // case-blind, one pass; "" finds nothing
+QString replace_first(QStringView text, QStringView part, QStringView by); // case-blind, the first occurrence only
+QString remove_all(QStringView text, QStringView part);                    // the same, by nothing
+QString remove_first(QStringView text, QStringView part);                  // case-blind, the first occurrence only
+QStringList pieces(const QString &text, const QString &separator);         // letter for letter; "" has no pieces
+QString left(const QString &text, qsizetype count); // never halves a surrogate pair: one less then
+QString crlf_line_ends(QStringView text);           // each LF becomes CR LF, whatever stands before it
 
 bool is_numeric(QStringView text); // outer blanks, sign, digits with optional thousands commas, one point, exponent
 qint16 to_int16(QStringView text); // throws 6 "Overflow" outside -32768..32767, 13 "Type mismatch" without a number

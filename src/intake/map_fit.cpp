@@ -19,24 +19,29 @@ bool label_fits(const map_field &field, const QString &piece)
     return same_text(left(piece, field.name.size()), trim(field.name));
 }
 
-// One after another on the shrinking text, with the label still on.
-bool supporting_texts_fit(const map_field &field, QString piece)
+// One after another on the shrinking text, with the label still on. The first that does not occur, null without one.
+const QString *missing_text(const map_field &field, QString piece)
 {
     for (const QString &text : field.supporting_texts) {
         QString rest = remove_all(piece, text);
         if (rest.size() == piece.size() && !text.isEmpty())
-            return false; // it does not occur
+            return &text;
         piece = std::move(rest);
     }
-    return true;
+    return nullptr;
 }
 
-bool field_fits(const map_field &field, const QStringList &mail_pieces)
+std::optional<misfit> field_misfit(const map_field &field, const QStringList &mail_pieces)
 {
+    using condition = misfit::condition;
     if (field.piece < 1 || field.piece > mail_pieces.size())
-        return false;
+        return misfit{condition::piece_count, field.piece, {}};
     const QString piece = without_line_ends(trim(mail_pieces[field.piece - 1]));
-    return (field.label_left_out || label_fits(field, piece)) && supporting_texts_fit(field, piece);
+    if (!field.label_left_out && !label_fits(field, piece))
+        return misfit{condition::label, field.piece, field.name};
+    if (const QString *text = missing_text(field, piece))
+        return misfit{condition::supporting_text, field.piece, *text};
+    return std::nullopt;
 }
 
 }
@@ -57,20 +62,32 @@ QStringList supporting_texts(const QString &fignore)
     return pieces(fignore, "@@@");
 }
 
+std::optional<misfit> subject_misfit(const mail_map &map, const QString &subject)
+{
+    if (same_text(trim(map.subject), trim(subject)))
+        return std::nullopt;
+    return misfit{misfit::condition::subject, 0, map.subject};
+}
+
+std::optional<misfit> pieces_misfit(const mail_map &map, const QStringList &mail_pieces)
+{
+    if (map.fields.empty())
+        return misfit{};
+    for (const map_field &field : map.fields) {
+        if (auto failed = field_misfit(field, mail_pieces))
+            return failed;
+    }
+    return std::nullopt;
+}
+
 bool subject_fits(const mail_map &map, const QString &subject)
 {
-    return same_text(trim(map.subject), trim(subject));
+    return !subject_misfit(map, subject);
 }
 
 bool pieces_fit(const mail_map &map, const QStringList &mail_pieces)
 {
-    if (map.fields.empty())
-        return false;
-    for (const map_field &field : map.fields) {
-        if (!field_fits(field, mail_pieces))
-            return false;
-    }
-    return true;
+    return !pieces_misfit(map, mail_pieces);
 }
 
 QString field_value(const map_field &field, const QStringList &mail_pieces)

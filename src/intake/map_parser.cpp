@@ -5,7 +5,7 @@
 #include "frame/store.h"
 #include "frame/text.h"
 #include "intake/auto_responder.h"
-#include "intake/map_fit.h"
+#include "intake/map_reading.h"
 
 namespace intake {
 
@@ -13,31 +13,20 @@ namespace {
 
 constexpr int highest_markable_id = 32767;
 
-struct stored_map {
+const QString progress_words = QStringLiteral("Filling the tables");
+
+// A map in use. Whether it is whole is asked once, of the first mail that fits it.
+struct map_in_use {
     mail_map map;
-    QString table_id;
-};
+    std::optional<bool> whole = {};
 
-stored_map map_in(ado::Recordset &row)
-{
-    stored_map stored;
-    stored.map.table_name = row["table_name"].text_or_empty();
-    stored.map.separator = cutting_separator(row["seperator"].text_or_empty());
-    stored.map.subject = row["subject"].text_or_empty();
-    stored.table_id = row["table_id"].text_or_empty();
-    return stored;
-}
-
-void read_fields(stored_map &stored)
-{
-    auto &rows = *session.format_rs;
-    rows.Open("select * from format_tbl where table_id=" + stored.table_id, *session.store_connection);
-    for (; !rows.EOF_(); rows.MoveNext()) {
-        stored.map.fields.push_back({rows["fname"].text_or_empty(), piece_number(rows["fposition"].text_or_empty()),
-                                     supporting_texts(rows["fignore"].text_or_empty()), rows["finclude"].to_flag()});
+    bool is_whole()
+    {
+        if (!whole)
+            whole = field_without_column(map).isEmpty();
+        return *whole;
     }
-    rows.Close();
-}
+};
 
 void store_in_map(const mail_map &map, ado::Recordset &mail, const QStringList &mail_pieces)
 {
@@ -58,28 +47,30 @@ void store_in_map(const mail_map &map, ado::Recordset &mail, const QStringList &
 }
 
 // True: the mail at the recordset's current row fits the map and stands in its table now.
-bool take_mail(const mail_map &map, ado::Recordset &mail)
+bool take_mail(map_in_use &used, ado::Recordset &mail)
 {
+    const mail_map &map = used.map;
     if (!subject_fits(map, mail["tsl_subject"].text_or_empty()))
         return false;
     const QStringList mail_pieces = pieces(mail["tsl_body"].text_or_empty(), map.separator);
-    if (!pieces_fit(map, mail_pieces))
+    if (!pieces_fit(map, mail_pieces) || !used.is_whole())
         return false;
     store_in_map(map, mail, mail_pieces);
     return true;
 }
 
-void take_mails(const stored_map &stored, QStringList &done_ids)
+void take_mails(map_in_use used, QStringList &done_ids)
 {
     auto &mails = *session.mail_rs;
-    for (; !mails.EOF_(); mails.MoveNext()) {
-        if (take_mail(stored.map, mails)) {
+    const qint64 count = mails.RecordCount();
+    for (qint64 at = 1; !mails.EOF_(); mails.MoveNext(), ++at) {
+        if (take_mail(used, mails)) {
             done_ids += mails["message_id"].to_text();
-            send_auto_reply(stored.map.table_name, mails["tsl_Email"].text_or_empty());
+            send_auto_reply(used.map.table_name, mails["tsl_Email"].text_or_empty());
         }
-        report_progress("Filling the tables", done_ids.size(), 0);
+        report_progress(progress_words, at, count);
     }
-    if (mails.RecordCount() > 0)
+    if (count > 0)
         mails.MoveFirst();
 }
 
@@ -101,22 +92,12 @@ void parse_account(const account &each)
     ado::Recordset maps;
     maps.Open("select * from table_list_tbl where query_id=" + each.id, *session.store_connection);
     QStringList done_ids;
-    for (; !maps.EOF_(); maps.MoveNext()) {
-        stored_map stored = map_in(maps);
-        read_fields(stored);
-        take_mails(stored, done_ids);
-    }
+    for (; !maps.EOF_(); maps.MoveNext())
+        take_mails({read_mail_map(maps)}, done_ids);
     maps.Close();
     mails.Close();
     if (!done_ids.isEmpty())
         run_sql(marking_statement(each.table_name, done_ids));
-}
-
-stored_map map_named(const QString &name)
-{
-    ado::Recordset row;
-    row.Open("select * from table_list_tbl where table_name=" + quote_sql(name), *session.store_connection);
-    return map_in(row);
 }
 
 }
@@ -136,13 +117,14 @@ void remap_account_mails(const QString &account_table, const QString &map_table)
         auto &mails = *session.mail_rs;
         mails.Open("select * from " + account_table, *session.store_connection, ado::cursor_type::keyset,
                    ado::lock_type::optimistic);
-        stored_map stored = map_named(map_table);
-        read_fields(stored);
-        for (; !mails.EOF_(); mails.MoveNext()) {
-            if (take_mail(stored.map, mails)) {
+        map_in_use used{mail_map_named(map_table)};
+        const qint64 count = mails.RecordCount();
+        for (qint64 at = 1; !mails.EOF_(); mails.MoveNext(), ++at) {
+            if (take_mail(used, mails)) {
                 mails.Fields("tsl_processed").set_value(true);
                 mails.Update();
             }
+            report_progress(progress_words, at, count);
         }
         mails.Close();
     });

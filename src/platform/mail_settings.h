@@ -14,6 +14,7 @@ struct server {
     int port = 0; // 0: the usual one of protocol and security
     security secured = security::tls;
     QString user; // "": no login
+    bool operator==(const server &other) const = default;
 };
 
 struct client_settings {
@@ -29,6 +30,7 @@ struct client_settings {
     QString token_command;       // prints the access token; none: the password is the token as typed
     QString authority_file;      // PEM: certificates that it signed are accepted beside those the system knows
     int mailings_per_hour = 450; // 0: no limit
+    bool operator==(const client_settings &other) const = default;
 };
 
 client_settings read_client_settings();

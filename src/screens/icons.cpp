@@ -114,6 +114,12 @@ void draw_mail_client(QPainter &painter)
     painter.drawLine(QPointF(6, 21), QPointF(18, 21));
 }
 
+void draw_accounts(QPainter &painter)
+{
+    draw_envelope(painter, {2, 3, 15, 10});
+    draw_envelope(painter, {7, 10.5, 15, 10});
+}
+
 void draw_disc(QPainter &painter, const QColor &colour)
 {
     painter.setPen(Qt::NoPen);
@@ -190,6 +196,7 @@ const std::map<QString, draw_routine> &pictures()
         {QStringLiteral("tips"), draw_tips},
         {QStringLiteral("tessaly"), draw_tessaly},
         {QStringLiteral("mail_client"), draw_mail_client},
+        {QStringLiteral("accounts"), draw_accounts},
         {QStringLiteral("running"), draw_running},
         {QStringLiteral("good"), draw_good},
         {QStringLiteral("warning"), draw_warning},

@@ -14,6 +14,7 @@
 #include <QMdiSubWindow>
 #include <QPointer>
 #include <QPushButton>
+#include <QScreen>
 #include <QVBoxLayout>
 #include <map>
 
@@ -170,6 +171,9 @@ void screen::open_as_window()
         setParent(console, windowFlags() | Qt::Window);
         adjustSize();
         move(console->mapToGlobal(console->rect().center()) - rect().center());
+    } else if (!parentWidget() && isHidden()) {
+        adjustSize();
+        move(QWidget::screen()->availableGeometry().center() - rect().center());
     }
     QWidget::show();
     raise();
@@ -230,14 +234,32 @@ void screen::closeEvent(QCloseEvent *event)
     unload();
 }
 
+void screen::show_own_help()
+{
+    if (!show_help(help_topic()))
+        status_line("There is no help file beside the program.");
+}
+
+// Enter presses the button that has the keyboard, else the default one.
+bool screen::press_button_for_enter()
+{
+    auto *button = qobject_cast<QPushButton *>(focusWidget());
+    for (QPushButton *other : findChildren<QPushButton *>()) {
+        if (!button && other->isDefault() && other->isVisible())
+            button = other;
+    }
+    if (button)
+        button->click();
+    return button;
+}
+
 void screen::keyPressEvent(QKeyEvent *event)
 {
-    if (event->key() == Qt::Key_F1) {
-        if (!show_help(help_topic()))
-            status_line("There is no help file beside the program.");
-    } else if (event->key() == Qt::Key_Escape && closes_on_escape()) {
+    const bool is_enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (event->key() == Qt::Key_F1)
+        show_own_help();
+    else if (event->key() == Qt::Key_Escape && closes_on_escape())
         unload();
-    } else {
+    else if (!is_enter || dialog || !press_button_for_enter()) // a dialog presses its default button itself
         QWidget::keyPressEvent(event);
-    }
 }

@@ -26,6 +26,7 @@ public:
     virtual void Load() {}
 
 protected:
+    void show_own_help(); // what F1 does; says so where there is no help file
     virtual QString help_topic() const { return objectName(); }
     virtual bool closes_on_escape() const { return true; }
     virtual bool opens_in_area() const { return true; } // false: a window of its own over the console
@@ -36,6 +37,7 @@ private:
     friend void own_screen(screen &made);
     void open_in_area(QMdiArea &area);
     void open_as_window();
+    bool press_button_for_enter();
     QWidget *outer_window() const;
 
     bool load_ran = false;

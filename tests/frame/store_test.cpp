@@ -13,6 +13,7 @@ private slots:
     void a_quoted_text_comes_back_as_it_was();
     void a_closed_store_is_opened_again();
     void an_open_store_stays_open();
+    void a_statement_is_asked_for_its_error_number();
 };
 
 void store_test::quoting_data()
@@ -85,6 +86,15 @@ void store_test::an_open_store_stays_open()
     QCOMPARE(site.column("select install from install_tbl"), QStringList{"False"});
     QCOMPARE(session.store_connection->Provider, QString("microsoft.jet.oledb.4.0"));
     QCOMPARE(session.store_connection->ConnectionString, site.folder.filePath("mailapp.mdb"));
+}
+
+void store_test::a_statement_is_asked_for_its_error_number()
+{
+    const intake_site site;
+    QCOMPARE(error_of("select * into roses from model_for_first"), 0u);
+    QCOMPARE(error_of("select * into Roses from model_for_first"), 0x80040E14u); // it exists
+    QCOMPARE(error_of("drop table tulips"), 0x80040E37u);
+    QCOMPARE(site.log_entries(), QStringList()); // an answer, no failure
 }
 
 QTEST_GUILESS_MAIN(store_test)

@@ -179,6 +179,7 @@ void map_parser_limits_test::no_recordset_stays_open_behind_a_failure()
     value_site site;
     site.add_map("broken", 1, "Order", "Line", {{"gone", "Line1", "", true}});
     site.run("alter table broken drop column gone");
+    site.run("alter table broken add column gone text(3)");
     site.add_mail_numbered(1, "kept");
     intake::parse_unprocessed_mails();
     QCOMPARE(site.log_entries().size(), 1);

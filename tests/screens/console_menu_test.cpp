@@ -96,8 +96,8 @@ private slots:
                 enabled += action->objectName();
         }
         enabled.sort();
-        QCOMPARE(enabled, (QStringList{"about", "contents", "exit", "fetchmail", "mail_client_mnu", "mauditor_mnu",
-                                       "outbox_mnu", "showtips"}));
+        QCOMPARE(enabled, (QStringList{"about", "account", "contents", "exit", "fetchmail", "mail_client_mnu",
+                                       "mauditor_mnu", "outbox_mnu", "showtips"}));
     }
 
     void composer_menus_are_hidden()

@@ -20,7 +20,7 @@
 #include "screens/icons.h"
 #include "screens/intake/mailfrm.h"
 #include "screens/intake/mfetchinprogress_frm.h"
-#include "screens/preferences/mail_client_frm.h"
+#include "screens/preferences/page_list.h"
 #include "screens/screen.h"
 
 #include <QAction>
@@ -72,6 +72,7 @@ menuFrm::menuFrm(QWidget *parent)
     works("fetchmail", &menuFrm::fetchmail_Click);
     works("mauditor_mnu", &menuFrm::mauditor_mnu_Click);
     works("outbox_mnu", &menuFrm::outbox_mnu_Click);
+    works("account", &menuFrm::account_Click);
     works("mail_client_mnu", &menuFrm::mail_client_mnu_Click);
     works("exit", &menuFrm::exit_Click);
     works("contents", &menuFrm::contents_Click);
@@ -204,9 +205,14 @@ void menuFrm::outbox_mnu_Click()
     the<outbox_frm>().show();
 }
 
+void menuFrm::account_Click()
+{
+    open_page(preference_page::accounts);
+}
+
 void menuFrm::mail_client_mnu_Click()
 {
-    the<mail_client_frm>().show();
+    open_page(preference_page::mail_client);
 }
 
 void menuFrm::start_delivery_when_painted()

@@ -39,6 +39,7 @@ private:
     void fetchmail_Click();
     void mauditor_mnu_Click();
     void outbox_mnu_Click();
+    void account_Click();
     void mail_client_mnu_Click();
     void exit_Click();
     void contents_Click();

@@ -8,6 +8,7 @@
 #include "screens/icons.h"
 #include "screens/preferences/check_steps.h"
 #include "screens/preferences/mail_client_fields.h"
+#include "screens/preferences/page_list.h"
 #include "ui_mail_client_frm.h"
 
 #include <QKeyEvent>
@@ -29,6 +30,7 @@ mail_client_frm::mail_client_frm(QWidget *parent)
     ui->setupUi(this);
     setWindowIcon(drawn_icon("mail_client"));
     fields = new mail_client_fields(*ui, this);
+    fill_page_list(*ui->Combo1, preference_page::mail_client);
     forget_test();
 
     connect(ui->show_c, &QCheckBox::toggled, this, &mail_client_frm::show_c_Click);
@@ -50,6 +52,7 @@ void mail_client_frm::Load()
     guarded("mail_client_frm.frm", "Form_load", [this] {
         ui->in_force_l->setText(mail_page::in_force_text());
         fields->show_entries(mail_page::stored_entries());
+        as_opened = fields->typed_entries();
     });
     ui->address_t->setFocus();
 }
@@ -170,6 +173,15 @@ void mail_client_frm::ok_b_Click()
 void mail_client_frm::cancel_b_Click()
 {
     unload();
+}
+
+bool mail_client_frm::leave()
+{
+    const bool is_touched = running || (as_opened && fields->typed_entries() != *as_opened);
+    if (is_touched && !yes_no("What is typed on this page is not saved yet. Leave it without saving?", page_title))
+        return false;
+    unload();
+    return true;
 }
 
 void mail_client_frm::press_default_button()

@@ -1,9 +1,11 @@
 // The preferences page "Mail Client": where mail comes from, how it goes out, and a test that says in plain words what
 // works. Its fields: mail_client_fields.h. What must be right before it saves: frame/mail_client_page.h.
 #pragma once
+#include "frame/mail_client_page.h"
 #include "screens/preferences/check_thread.h"
 #include "screens/screen.h"
 #include <memory>
+#include <optional>
 
 namespace Ui {
 class mail_client_frm;
@@ -17,6 +19,8 @@ public:
     explicit mail_client_frm(QWidget *parent = nullptr);
     ~mail_client_frm() override;
     void Load() override;
+
+    bool leave(); // for another page: false where the user would rather keep what is typed and not saved
 
     void set_check(check_thread::routine check); // tests: in the place of the one that asks the servers
     QSize sizeHint() const override;
@@ -41,6 +45,7 @@ private:
 
     std::unique_ptr<Ui::mail_client_frm> ui;
     mail_client_fields *fields;
+    std::optional<mail_page::entries> as_opened;
     check_thread::routine check;
     std::unique_ptr<check_thread> running; // while a test runs
     mail::client_settings tested;          // what it was asked

@@ -1,0 +1,22 @@
+// Saving a map: its rows, its table, its columns, one statement after another and nothing rolled back; then the stored
+// mails are brought over. What is saved: map_wizard.h. The passes over mails: intake/map_parser.h.
+#pragma once
+#include <QString>
+
+namespace maps {
+
+// The name's tests on mapwizardsave_frm, in their order: the message, "" when it passes. Trims name in place.
+QString why_no_map_name(QString &name);
+
+// What the store will refuse of the map under construction, whatever its name: a sentence for beside mapname_t, "" when
+// nothing is known. Saving is not stopped by it.
+QString why_save_would_fail();
+
+// Writes table_list_tbl, the map's table, then the fields from the last added to the first, each with its codes and
+// its column. A failure throws and leaves half a map.
+void write_map(const QString &name);
+
+// The account's mails into the new map, taken before or not; then all that is still unprocessed. Tells its progress.
+void bring_mails_over(const QString &name);
+
+}

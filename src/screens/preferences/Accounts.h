@@ -1,0 +1,33 @@
+// The preferences page "Accounts": the addresses that form mail is expected at. What it may add and change:
+// accounts/account_checks.h; what then happens in the store: accounts/account_rows.h.
+#pragma once
+#include "screens/screen.h"
+#include <memory>
+
+namespace Ui {
+class Accounts;
+}
+namespace accounts {
+struct fault;
+}
+
+class Accounts : public screen {
+    Q_OBJECT
+public:
+    explicit Accounts(QWidget *parent = nullptr);
+    ~Accounts() override;
+    void Load() override;
+
+    void PopulateQuery(); // query_c anew, on "Select query"
+
+private:
+    void query_c_Click();
+    void add_b_Click();
+    void change_b_Click();
+    void Delete_b_Click();
+    void tell(const accounts::fault &fault);
+    void tell_half_done(const QString &query);
+    QString chosen_query() const; // "" with "Select query"
+
+    std::unique_ptr<Ui::Accounts> ui;
+};

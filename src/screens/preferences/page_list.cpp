@@ -1,0 +1,97 @@
+#include "screens/preferences/page_list.h"
+#include "screens/preferences/Accounts.h"
+#include "screens/preferences/mail_client_frm.h"
+
+#include <QComboBox>
+#include <QStandardItemModel>
+#include <algorithm>
+#include <vector>
+
+namespace {
+
+struct listed_page {
+    preference_page page;
+    const char *caption;
+    void (*show)();  // none: there is no such page yet
+    bool (*leave)(); // false: it stays open
+};
+
+template <typename T>
+void show_page()
+{
+    the<T>().show();
+}
+
+template <typename T>
+bool leave_page()
+{
+    if (is_loaded<T>())
+        the<T>().unload();
+    return true;
+}
+
+bool leave_mail_client()
+{
+    return !is_loaded<mail_client_frm>() || the<mail_client_frm>().leave();
+}
+
+const std::vector<listed_page> &all_pages()
+{
+    using enum preference_page;
+    static const std::vector<listed_page> pages{
+        {general, "GENERAL", nullptr, nullptr},
+        {accounts, "ACCOUNTS", show_page<Accounts>, leave_page<Accounts>},
+        {labels, "LABELS", nullptr, nullptr},
+        {online_form, "ONLINE FORM", nullptr, nullptr},
+        {map_mails, "MAP MAILS", nullptr, nullptr},
+        {mail_client, "MAIL CLIENT", show_page<mail_client_frm>, leave_mail_client},
+    };
+    return pages;
+}
+
+const listed_page &line_of(preference_page page)
+{
+    return *std::find_if(all_pages().begin(), all_pages().end(),
+                         [page](const listed_page &line) { return line.page == page; });
+}
+
+void add_entry(QComboBox &list, const listed_page &line)
+{
+    list.addItem(line.caption, int(line.page));
+    if (line.show)
+        return;
+    const int index = list.count() - 1;
+    static_cast<QStandardItemModel *>(list.model())->item(index)->setEnabled(false);
+    list.setItemData(index, "This page is not there yet.", Qt::ToolTipRole);
+}
+
+}
+
+void fill_page_list(QComboBox &list, preference_page here)
+{
+    const auto stand_on_own = [&list, here] { list.setCurrentIndex(list.findData(int(here))); };
+    list.clear();
+    for (const listed_page &line : all_pages())
+        add_entry(list, line);
+    stand_on_own();
+    QObject::connect(&list, &QComboBox::activated, &list, [&list, here, stand_on_own](int index) {
+        const auto wanted = preference_page(list.itemData(index).toInt());
+        stand_on_own(); // where the page stays open
+        if (wanted != here)
+            open_page(wanted);
+    });
+}
+
+void open_page(preference_page wanted)
+{
+    for (const listed_page &line : all_pages()) {
+        if (line.page != wanted && line.leave && !line.leave())
+            return;
+    }
+    line_of(wanted).show();
+}
+
+bool page_exists(preference_page page)
+{
+    return line_of(page).show;
+}
