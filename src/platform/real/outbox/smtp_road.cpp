@@ -8,13 +8,14 @@ namespace outbox {
 smtp::outcome smtp_road::send(const smtp::parcel &what, const std::function<void()> &last_moment,
                               const smtp::parcel *next)
 {
-    try {
-        return send_once(what, last_moment, next);
-    } catch (const run_time_error &error) {
-        if (!net::is(error, net::trouble::login_refused) || !has_another_token())
-            throw;
+    while (true) {
+        try {
+            return send_once(what, last_moment, next);
+        } catch (const run_time_error &error) { // a refused login is no fate of a mail: it has not gone
+            if (!net::is(error, net::trouble::login_refused) || !has_another_token())
+                throw;
+        }
     }
-    return send_once(what, last_moment, next); // a refused login is no fate of a mail: it has not gone
 }
 
 smtp::outcome smtp_road::send_once(const smtp::parcel &what, const std::function<void()> &last_moment,
