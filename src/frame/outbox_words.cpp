@@ -74,7 +74,7 @@ QString delete_question(const std::vector<outbox::kept_mail> &mails)
 
 QString to_go_text(qsizetype count)
 {
-    return count == 1 ? "1 mail to go." : QString::number(count) + " mails to go.";
+    return QString::number(count) + (count == 1 ? " mail to go." : " mails to go.");
 }
 
 QString left_alone_text(qsizetype count)
