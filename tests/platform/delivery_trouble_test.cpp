@@ -25,6 +25,7 @@ private slots:
     void a_server_that_wants_a_login_refuses_no_mail();
     void the_words_of_a_break_are_not_those_of_a_refusal();
     void a_token_that_grew_old_is_fetched_anew_data();
+    void a_token_that_grew_old_is_fetched_anew();
     void files_that_cannot_be_removed_are_told_and_nothing_goes_twice();
 };
 
