@@ -82,9 +82,10 @@ private slots:
                               .failure = "mail.example.org cannot be reached.",
                               .next_try = "14:05"}
             << "3 mails wait in the Outbox: mail.example.org cannot be reached: tried again at 14:05";
-        QTest::newRow("nothing waits, and the server is away") << delivery_facts{.failure = "Nobody answers."} << "";
+        QTest::newRow("nothing waits, and the server is away")
+            << delivery_facts{.left = {}, .failure = "Nobody answers."} << "";
         QTest::newRow("nothing waits, and files cannot be removed")
-            << delivery_facts{.failure = "Permission denied: /outbox", .of_disk = true}
+            << delivery_facts{.left = {}, .failure = "Permission denied: /outbox", .of_disk = true}
             << "The Outbox cannot be tidied: Permission denied: /outbox";
         QTest::newRow("it sends") << delivery_facts{.left = {.waiting = 3}, .busy = true, .failure = "old"}
                                   << "3 mails wait in the Outbox: sending";
