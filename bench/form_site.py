@@ -84,7 +84,7 @@ def timed(command, **environment):
     return time.perf_counter() - begin, usage.ru_maxrss / 1024
 
 
-def job(name, folder):
+def job(name, folder, *options):
     """One job of the driver on a site: seconds, and its peak memory in MiB."""
-    return timed([str(out / "tools/tessaly_jobs"), name, "--folder", str(folder / "tessaly")],
+    return timed([str(out / "tools/tessaly_jobs"), name, "--folder", str(folder / "tessaly"), *options],
                  XDG_CONFIG_HOME=str(folder / "config"), HOME=str(folder))

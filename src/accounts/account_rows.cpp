@@ -1,4 +1,5 @@
 #include "accounts/account_rows.h"
+#include "frame/account_list.h"
 #include "frame/messages.h"
 #include "frame/store.h"
 
@@ -51,8 +52,7 @@ std::optional<entry> find(const QString &query)
 
 void add(const QString &query, const QString &email)
 {
-    run_sql("insert into email_tbl(query,email,table_name) values(" + quote_sql(query) + ',' + quote_sql(email) + ',' +
-            quote_sql(query) + ')');
+    add_account_row(query, email);
     say("New Account successfully added");
     make_table(query);
 }

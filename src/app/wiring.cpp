@@ -1,6 +1,10 @@
 #include "app/wiring.h"
 #include "frame/messages.h"
 #include "platform/services.h"
+#include "platform/winopen.h"
+
+#include <QDesktopServices>
+#include <QUrl>
 
 wiring::wiring()
 {
@@ -8,10 +12,12 @@ wiring::wiring()
     services.dialogs = &dialogs;
     services.mail_client = &mail;
     services.mail_session = &mail_session;
+    set_winopen([](const QString &path) { return QDesktopServices::openUrl(QUrl::fromLocalFile(path)); });
 }
 
 wiring::~wiring()
 {
+    set_winopen({});
     set_message_service(nullptr);
     services = {};
 }

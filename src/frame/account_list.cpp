@@ -1,6 +1,7 @@
 #include "frame/account_list.h"
 #include "frame/messages.h"
 #include "frame/session.h"
+#include "frame/store.h"
 
 void load_accounts()
 {
@@ -19,4 +20,10 @@ void load_accounts()
 int account_upper_bound()
 {
     return session.account_ids.empty() ? 1 : int(session.account_ids.size()) - 1;
+}
+
+void add_account_row(const QString &query, const QString &email)
+{
+    run_sql("insert into email_tbl(query,email,table_name) values(" + quote_sql(query) + ',' + quote_sql(email) + ',' +
+            quote_sql(query) + ')');
 }

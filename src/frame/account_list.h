@@ -6,3 +6,6 @@
 void load_accounts();
 
 int account_upper_bound(); // the spare last column; loops run from 1 to below it
+
+// The row of a new account; its table will have its name. Nothing is made or tested here.
+void add_account_row(const QString &query, const QString &email);

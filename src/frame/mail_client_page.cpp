@@ -151,17 +151,34 @@ passwords::place keep_password(passwords::of which, const QString &typed)
     return typed == stored ? before : passwords::save(which, typed);
 }
 
+// By itself the sending server gets the mailbox's password only where its user is the same. One that was typed for two
+// users is kept for each.
+QString password_to_send(const entries &typed)
+{
+    const mail::client_settings &settings = typed.settings;
+    if (typed.smtp_password)
+        return *typed.smtp_password;
+    const bool same_user = settings.smtp.user.isEmpty() || settings.smtp.user == settings.incoming.user;
+    return same_user || settings.sending != mail::send_by::smtp || !settings.smtp_logs_in ? QString() : typed.password;
 }
 
-entries stored_entries()
+}
+
+entries stored_settings()
 {
     entries found;
     found.settings = mail::read_client_settings();
     found.address = address_in(found.settings);
-    found.password = passwords::read(passwords::of::mailbox);
-    if (passwords::where(passwords::of::sending) != passwords::place::nowhere)
-        found.smtp_password = passwords::read(passwords::of::sending);
     return found;
+}
+
+void add_passwords(entries &stored)
+{
+    stored.password = passwords::read(passwords::of::mailbox);
+    if (passwords::where(passwords::of::sending) != passwords::place::nowhere)
+        stored.smtp_password = passwords::read(passwords::of::sending);
+    if (needs_server(stored.settings.kind) && stored.smtp_password == stored.password)
+        stored.smtp_password.reset();
 }
 
 QString in_force_text()
@@ -169,6 +186,17 @@ QString in_force_text()
     const mail::client_settings settings = mail::read_client_settings();
     const QString roads = receiving_text(settings) + " and " + sending_text(settings) + ".";
     return (settings.configured ? "In force now: " : "Nothing is set up: ") + roads;
+}
+
+std::optional<fault> untestable(const entries &typed)
+{
+    if (!needs_server(typed.settings.kind))
+        return std::nullopt;
+    if (typed.address.isEmpty() && typed.settings.incoming.host.isEmpty())
+        return fault{"address_t", "Please type your mail address first."};
+    if (!typed.settings.use_token && typed.password.isEmpty())
+        return fault{"password_t", "Please type your password first."};
+    return std::nullopt;
 }
 
 std::optional<fault> first_fault(const entries &typed)
@@ -186,7 +214,7 @@ passwords::place save(const entries &typed)
 {
     // The passwords first: the settings become valid by one write, and then their passwords must be there.
     const auto mailbox = keep_password(passwords::of::mailbox, typed.password);
-    const auto sending = keep_password(passwords::of::sending, typed.smtp_password.value_or(QString()));
+    const auto sending = keep_password(passwords::of::sending, password_to_send(typed));
     mail::write_client_settings(typed.settings);
     delivery::wake();
     for (const auto place : {passwords::place::settings_file, passwords::place::keyring})

@@ -16,13 +16,15 @@ struct entries { // what stands in the fields
     bool operator==(const entries &other) const = default;
 };
 
-entries stored_entries(); // asks the keyring
-QString in_force_text();  // one sentence on what is in force now, whatever stands in the fields
+entries stored_settings();           // without the passwords
+void add_passwords(entries &stored); // asks the keyring
+QString in_force_text();             // one sentence on what is in force now, whatever stands in the fields
 
 struct fault {
     QString field; // the name of its control
     QString words;
 };
+std::optional<fault> untestable(const entries &typed); // what a test cannot do without
 // The first thing that cannot be saved as it is, from the top of the page down.
 std::optional<fault> first_fault(const entries &typed);
 

@@ -89,6 +89,8 @@ QString text_to_read(const QString &id)
     if (bytes.isEmpty())
         return "This mail is gone: it was sent, or deleted.";
     const QString whole = mail::readable_text(bytes);
+    if (trim(whole).isEmpty())
+        return "(This mail has no text.)";
     if (whole.size() <= most_shown)
         return whole;
     return left(whole, most_shown) + "\n\n(The text is longer than what is shown here.)";

@@ -25,6 +25,7 @@ start start_up()
         return start::another_instance;
     }
     open_store_if_closed();
+    session.store_connection->need_sound(); // writing to a damaged file may spoil what can still be read of it
     if (!is_installed())
         return start::first_run;
     keep_install_location();

@@ -41,8 +41,18 @@ void begin_fetch()
 {
     fetching.mail_count = 0;
     fetching.cancelled = false;
+    fetching.cut.reset();
     load_accounts();
     fetching.rules = read_unsubscribe_rules();
+}
+
+// A server that refuses one thing goes on to answer; any other failure of the network has ended the walk.
+void note_cut(const run_time_error &failure)
+{
+    if (net::is(failure, net::trouble::cancelled))
+        fetching.cancelled = true;
+    else if (net::is_network_failure(failure) && !net::is(failure, net::trouble::refused))
+        fetching.cut = failure;
 }
 
 // A move is done some mails after it was asked for, and what cannot be read is passed over: what failed then is told
@@ -50,7 +60,8 @@ void begin_fetch()
 void log_failures()
 {
     for (bool more = true; more;)
-        guarded("Mailfrm.frm", "write_data", [&] { more = fetching.inbox_items->raise_next_failure(); });
+        if (!guarded("Mailfrm.frm", "write_data", [&] { more = fetching.inbox_items->raise_next_failure(); }))
+            note_cut({session.err_number, session.err_description});
 }
 
 // Between two mails is the best moment to stop: what was stored can still be moved.
@@ -73,7 +84,7 @@ net::patience patience_for_moves()
 
 void finish_moves()
 {
-    log_failures(); // those of reading; a server that is gone now must not hide them
+    user_gives_up();
     const net::patience_scope waiting(patience_for_moves());
     guarded_step("Mailfrm.frm", "write_data", [] { fetching.inbox_items->finish_moves(); });
     log_failures();
@@ -82,6 +93,7 @@ void finish_moves()
 void walk_folder()
 {
     auto &items = *fetching.inbox_items;
+    items.let_moves_run(); // while the parser works
     fetching.total = items.Count();
     report_progress("Looking through the Inbox", 0, 0);
     qint64 done = 0;
@@ -94,7 +106,9 @@ void walk_folder()
             break;
     }
     fetching.current_item = nullptr;
-    finish_moves();
+    log_failures(); // those of reading; a server that is gone later must not hide them
+    if (fetching.cancelled)
+        finish_moves();
 }
 
 void walk_messages()
@@ -128,6 +142,12 @@ void fetch_mail()
         walk_folder();
 }
 
+void finish_fetch()
+{
+    if (fetching.inbox_items)
+        finish_moves();
+}
+
 QString fetch_summary()
 {
     return QString::number(fetching.mail_count) + " of " + QString::number(fetching.total) + " mails processed";
@@ -138,12 +158,20 @@ bool fetch_was_cancelled()
     return fetching.cancelled;
 }
 
+void raise_cut()
+{
+    if (fetching.cut)
+        throw run_time_error(*fetching.cut);
+}
+
 bool fetch_and_parse()
 {
     return guarded("Mailfrm.frm", "Form_load", [] {
         choose_mail_source();
         fetch_mail();
         parse_unprocessed_mails();
+        finish_fetch();
+        raise_cut();
         before_outside_effect(); // a pass that cannot be kept is a failure of this fetch, not a loss that nobody hears
                                  // of
     });

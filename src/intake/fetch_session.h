@@ -3,6 +3,7 @@
 #include "intake/unsubscribe_intake.h"
 #include "platform/mail_client.h"
 #include "platform/mail_session.h"
+#include <optional>
 
 namespace intake {
 
@@ -15,10 +16,11 @@ struct fetch_state {
     outlook::MailItem *current_item = nullptr;
     std::unique_ptr<mapi::MAPISession> MAPISession1;
     std::unique_ptr<mapi::MAPIMessages> MAPIMessages1;
-    unsubscribe_rules rules; // nothing can change them while a fetch runs
-    qint16 mail_count = 0;   // mails stored by this fetch
-    qint64 total = 0;        // mails in the Inbox when the walk began
-    bool cancelled = false;  // by the user, between two mails
+    unsubscribe_rules rules;           // nothing can change them while a fetch runs
+    qint16 mail_count = 0;             // mails stored by this fetch
+    qint64 total = 0;                  // mails in the Inbox when the walk began
+    bool cancelled = false;            // by the user
+    std::optional<run_time_error> cut; // the network's failure that ended the walk before its end
 };
 
 extern fetch_state fetching;

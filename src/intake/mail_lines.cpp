@@ -37,17 +37,10 @@ void add_lines_of(const QString &table, std::vector<mail_line> &lines)
     mails.Close();
 }
 
-mail_text text_of(const QString &sql, const QString &who, const QString &date)
+mail_text text_in(ado::Recordset &row, const QString &who, const QString &date)
 {
-    mail_text text;
-    ado::Recordset row;
-    row.Open(sql, *session.store_connection);
-    if (!row.EOF_()) {
-        text = {row[who].text_or_empty(), row["tsl_subject"].text_or_empty(), date_text(row[date]),
-                row["tsl_body"].text_or_empty()};
-    }
-    row.Close();
-    return text;
+    return {row[who].text_or_empty(), row["tsl_subject"].text_or_empty(), date_text(row[date]),
+            row["tsl_body"].text_or_empty()};
 }
 
 }
@@ -66,8 +59,16 @@ std::vector<mail_line> stored_mail_lines(int &left_out)
 
 mail_text stored_mail_text(const mail_line &line)
 {
-    return text_of("select * from " + line.table + " where message_id=" + QString::number(line.id), "tsl_Email",
-                   "tsl_recdate");
+    mail_text text;
+    ado::Recordset row;
+    row.Open("select * from " + line.table + " where message_id=" + QString::number(line.id),
+             *session.store_connection);
+    if (!row.EOF_()) {
+        text = text_in(row, "tsl_Email", "tsl_recdate");
+        text.unprocessed = !row["tsl_processed"].to_flag();
+    }
+    row.Close();
+    return text;
 }
 
 std::vector<mail_line> sent_mail_lines()
@@ -88,7 +89,13 @@ std::vector<mail_line> sent_mail_lines()
 
 mail_text sent_mail_text(const mail_line &line)
 {
-    return text_of("select * from sentitems_tbl where sentid=" + QString::number(line.id), "tsl_to", "tsl_sentdate");
+    mail_text text;
+    ado::Recordset row;
+    row.Open("select * from sentitems_tbl where sentid=" + QString::number(line.id), *session.store_connection);
+    if (!row.EOF_())
+        text = text_in(row, "tsl_to", "tsl_sentdate");
+    row.Close();
+    return text;
 }
 
 }

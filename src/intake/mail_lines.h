@@ -17,6 +17,7 @@ struct mail_line { // no body: fifty thousand lines stay small
 
 struct mail_text {
     QString who, subject, date, body;
+    bool unprocessed = false; // no map has taken it yet; a sent mail never is
 };
 
 // All accounts' mails, in the order of the accounts and of their tables. An account whose table cannot be read is

@@ -46,6 +46,21 @@ classic_code code_of(const stored_field &field)
     return {};
 }
 
+void set_code(stored_field &field, const classic_code &code)
+{
+    const code_choice choice = choice_in(code);
+    field.fcodegen = choice.kind;
+    field.descriptions = choice.descriptions;
+    field.codes = choice.codes;
+}
+
+code_choice choice_in(const classic_code &code)
+{
+    if (same_text(code.type, u"fixed"))
+        return {fixed_values, code.descriptions, code.codes};
+    return {same_text(code.type, u"dynamic") ? int(generated_dynamically) : int(no_code), {}, {}};
+}
+
 QString why_not_next(QString &name, const QString &position, bool wants_code, const classic_code &code,
                      const std::vector<stored_field> &fields, int shown)
 {

@@ -2,6 +2,7 @@
 // there and never written; how one is read, and its summary: stored_map.h. The wizard's tests: field_entry.h.
 #pragma once
 #include "maps/mail_cutting.h"
+#include "maps/reference_codes.h"
 #include "maps/stored_map.h"
 
 namespace maps {
@@ -17,6 +18,8 @@ struct classic_code {
     QStringList codes;
 };
 classic_code code_of(const stored_field &field);
+void set_code(stored_field &field, const classic_code &code); // the way back
+code_choice choice_in(const classic_code &code);              // as fcodes_frm opens
 
 // The first test of "next" that fails, as a message, "" without one. shown is the index of the field on screen in
 // fields, whose own entry is no duplicate; the number of fields when it is a new one. Trims name in place.

@@ -5,6 +5,7 @@
 #include <QDateTime>
 #include <QString>
 #include <QStringList>
+#include <functional>
 #include <memory>
 #include <variant>
 
@@ -53,8 +54,11 @@ public:
     int State() const; // 0 closed, 1 open
     void Execute(const QString &sql, qint64 *affected = nullptr);
 
-    void barrier();                         // what was written so far is on disk when this returns
-    void copy_store(const QString &target); // a consistent copy, also in the middle of writing; durable
+    void need_sound(); // throws when the file is damaged; reads all of it
+    void barrier();    // what was written so far is on disk when this returns
+    // A consistent copy, also in the middle of writing; durable. It tells how many of how many pages are done.
+    using told_pages = std::function<void(qint64 done, qint64 total)>;
+    void copy_store(const QString &target, const told_pages &told = {});
 
     struct shared_handle;
     std::shared_ptr<shared_handle> handle; // the layer's own

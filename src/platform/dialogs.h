@@ -9,7 +9,8 @@ public:
     // A path to write to; nothing on Cancel. It does not ask about an existing file: the caller has its own question.
     // proposal may be a bare file name; filter such as "*.mdb".
     virtual std::optional<QString> ShowSave(const QString &proposal, const QString &filter) = 0;
-    // A file that is there; proposal is the one chosen so far, or "". Filters are joined by blanks.
+    // A file that is there; proposal is the one chosen so far, or "". Patterns are joined by blanks, or
+    // stand behind words: "words|*.a;*.b|words|*.c".
     virtual std::optional<QString> ShowOpen(const QString &proposal, const QString &filter) = 0;
     virtual std::optional<QString> ShowFolder(const QString &proposal) = 0;
 };

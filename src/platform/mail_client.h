@@ -73,6 +73,9 @@ public:
     virtual bool raise_next_failure() = 0;
     // Does all moves asked for so far, after a commit of the store. FindNext does it too, from time to time.
     virtual void finish_moves() = 0;
+    // From now on FindNext sends moves on their way at the end, too, but does not wait for what becomes of them:
+    // finish_moves does, later, while the server has been at work.
+    virtual void let_moves_run() {}
 };
 
 class MailFolder {

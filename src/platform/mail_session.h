@@ -1,7 +1,7 @@
 // The mail client that reads and leaves: plain text, no folders, under the verbs of its two controls. Behind it: a
 // POP3 mailbox or an mbox file. The kind with folders: platform/mail_client.h.
 #pragma once
-#include "platform/run_time_error.h"
+#include "platform/outbox.h"
 #include <QDateTime>
 #include <QString>
 #include <memory>
@@ -33,6 +33,11 @@ public:
     virtual QString MsgOrigAddress() const = 0; // may begin with "smtp:"
     virtual QDateTime MsgDateReceived() const = 0;
     virtual QString RecipAddress() const = 0; // may begin with "smtp:"
+
+    // Of the mail being composed: Compose and Reply set them anew, and they count as they stand when Send is called.
+    outbox::mail_kind Kind = outbox::mail_kind::single;
+    QString SendingAccount;                           // the address it goes out as; "": the one that is set
+    std::vector<std::pair<QString, QString>> Headers; // further ones, such as {"Auto-Submitted", "auto-replied"}
 
     virtual void Compose() = 0; // MsgIndex becomes -1, an empty mail
     virtual void Reply() = 0;   // the same, addressed to the sender of the message at MsgIndex

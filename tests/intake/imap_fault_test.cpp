@@ -3,86 +3,29 @@
 // TESSALY_SEED repeats a run. Killed fetches and a spoilt cache: imap_kill_test.cpp.
 #include "support/imap_fault_site.h"
 #include "support/in_lanes.h"
-#include "support/wire_proxy.h"
+#include "support/seeded_faults.h"
 
 #include <QRandomGenerator>
 #include <QTest>
 
 namespace {
 
-constexpr quint32 usual_seed = 20261121;
 constexpr int orders = 60; // their moves go in one range
-constexpr qint64 grace_ms = 5000;
-constexpr qint64 dialogue_bytes = 2000; // of connecting, logging in and selecting
 
-bool is_long()
-{
-    return qEnvironmentVariableIsSet("TESSALY_LONG");
-}
-
-quint32 seed()
-{
-    return qEnvironmentVariableIsSet("TESSALY_SEED") ? qEnvironmentVariable("TESSALY_SEED").toUInt() : usual_seed;
-}
-
-QString name_of(const wire_fault &fault)
-{
-    static const QStringList names{"close", "reset", "stall", "noise"};
-    return QString("%1 at byte %2 %3, %4")
-        .arg(names.at(fault.kind))
-        .arg(fault.at_byte)
-        .arg(fault.direction == wire::to_client ? "to the client" : "to the server",
-             fault.connection < 0 ? "every connection" : "the first connection");
-}
-
-// Each kind in turn. Half of them in the dialogue; of the others, one in five in what the client says.
-QList<wire_fault> seeded_faults(int count, const wire_counts &whole)
-{
-    QRandomGenerator random(seed());
-    QList<wire_fault> faults;
-    for (int number = 0; number < count; ++number) {
-        wire_fault fault;
-        fault.kind = wire_fault::kind_of(number % 4);
-        const bool early = number / 4 % 2 == 0;
-        fault.direction = !early && random.bounded(5) == 0 ? wire::to_server : wire::to_client;
-        const qint64 all = fault.direction == wire::to_server ? whole.to_server : whole.to_client;
-        fault.at_byte = early ? random.bounded(dialogue_bytes)
-                              : dialogue_bytes + random.bounded(qMax<qint64>(1, all - dialogue_bytes));
-        if (fault.direction == wire::to_server)
-            fault.at_byte = random.bounded(all);
-        fault.connection = random.bounded(3) == 0 ? -1 : 0;
-        fault.seed = random.generate();
-        faults += fault;
-    }
-    return faults;
-}
-
-QString outcome_of_spoilt(const timed_run &spoilt)
-{
-    if (spoilt.run.status != 0 && spoilt.run.status != 1)
-        return QString("ended with %1: %2").arg(spoilt.run.status).arg(spoilt.run.errors);
-    if (spoilt.run.status == 1 && spoilt.run.errors.isEmpty())
-        return "failed without a word";
-    if (spoilt.ms > imap_program::timeout_seconds * 1000 + grace_ms)
-        return QString("took %1 ms").arg(spoilt.ms);
-    return {};
-}
-
-// "" when nothing is lost and nothing doubled.
+// "" when nothing is lost and nothing doubled. Both through the same port: what is remembered of a mailbox is so found
+// again.
 QString fetch_spoilt_then_cleanly(const imap_fault_site &site, quint16 server_port, const QList<wire_fault> &faults)
 {
-    QString wrong;
-    {
-        wire_proxy proxy(server_port, {.faults = faults});
-        wrong = outcome_of_spoilt(site.fetch(proxy.port));
-    }
+    wire_proxy proxy(server_port, {.faults = faults});
+    QString wrong = what_is_wrong_with_spoilt(site.fetch(proxy.port));
+    proxy.set({});
     if (wrong.isEmpty())
         wrong = site.wait_for_sessions();
     if (!wrong.isEmpty())
         return "after the fault: " + wrong;
     if (site.log().contains("not in the folder any more"))
         return "a move that was done is told as a failure: " + QString::fromUtf8(site.log());
-    const timed_run clean = site.fetch_cleanly();
+    const timed_run clean = site.fetch(proxy.port);
     if (clean.run.status != 0)
         return "the clean fetch: " + clean.run.errors;
     wrong = site.wait_for_sessions() + site.what_is_wrong_after_fetch();
@@ -141,9 +84,9 @@ void imap_fault_test::faults_anywhere_on_the_line()
     const imap_fault_site site(server, fault_user(0), orders);
     QCOMPARE(site.fetch(proxy.port).run.status, 0);
     const wire_counts whole = proxy.counts();
-    const int count = is_long() ? 200 : 20;
+    const int count = is_long_run() ? 200 : 20;
     qInfo("%d points, %lld bytes to the client, %lld to the server, seed %u", count, whole.to_client, whole.to_server,
-          seed());
+          fault_seed());
     QVERIFY(whole.to_client > 4 * dialogue_bytes && whole.to_server > 200);
     no_fault_harms(seeded_faults(count, whole), orders);
 }
@@ -152,7 +95,7 @@ void imap_fault_test::faults_anywhere_on_the_line()
 // The answer begins where the last command of moving was said.
 void imap_fault_test::faults_in_the_answer_to_a_move()
 {
-    const int mails = is_long() ? 690 : 120;
+    const int mails = is_long_run() ? 690 : 120;
     dovecot_options options;
     options.users = fault_users(1);
     dovecot_server server(options);
@@ -163,8 +106,8 @@ void imap_fault_test::faults_in_the_answer_to_a_move()
     const qint64 said = proxy.recorded(wire::to_server).indexOf("UID MOVE");
     QVERIFY(from > 0 && said > 0);
     QList<wire_fault> faults;
-    QRandomGenerator random(seed());
-    for (int number = 0; number < (is_long() ? 24 : 4); ++number) {
+    QRandomGenerator random(fault_seed());
+    for (int number = 0; number < (is_long_run() ? 24 : 4); ++number) {
         wire_fault fault{.kind = wire_fault::kind_of(number % 4), .connection = number / 4 % 2 - 1};
         fault.direction = number / 4 % 3 == 2 ? wire::to_server : wire::to_client;
         const bool up = fault.direction == wire::to_server;

@@ -7,44 +7,19 @@
 #include <QDir>
 #include <QTest>
 #include <csignal>
-#include <cstring>
 
 namespace {
 
 constexpr int orders = 60;
 
-QStringList shim(const imap_fault_site &site, const QString &calls, const QString &setting)
-{
-    return {"LD_PRELOAD=" + qEnvironmentVariable("DISK_SHIM"), "DISK_SHIM_CALLS=" + calls,
-            "DISK_SHIM_COUNT=" + site.path("count"), "ASAN_OPTIONS=verify_asan_link_order=0", "DISK_SHIM_" + setting};
-}
-
 int calls_of_a_whole_fetch(const imap_fault_site &site, quint16 port, const QString &calls)
 {
-    const timed_run fetched = site.fetch(port, shim(site, calls, "KILL=0"));
-    long count = 0;
-    const QByteArray bytes = bytes_of_file(site.path("count"));
-    if (fetched.run.status == 0 && bytes.size() == sizeof count)
-        std::memcpy(&count, bytes.constData(), sizeof count);
-    return int(count);
-}
-
-// The block is safe before its answer is handed over: a kill between the two leaves one without an answer.
-QString what_is_wrong_with_answers(const imap_fault_site &site)
-{
-    QStringList answered = site.answered(), blocked = site.blocked();
-    if (answered.removeDuplicates() > 0)
-        return "answered twice: " + site.answered().join(", ");
-    const bool for_each_a_block =
-        std::all_of(answered.begin(), answered.end(), [&](const QString &one) { return blocked.contains(one); });
-    return for_each_a_block && answered.size() + 1 >= blocked.size()
-               ? QString()
-               : "answers to " + answered.join(", ") + " for " + blocked.join(", ");
+    return site.fetch(port, site.shim(calls, "KILL=0")).run.status == 0 ? site.calls_counted() : 0;
 }
 
 QString kill_then_fetch(const imap_fault_site &site, quint16 port, const QString &calls, int point)
 {
-    const timed_run killed = site.fetch(port, shim(site, calls, "KILL=" + QString::number(point)));
+    const timed_run killed = site.fetch(port, site.shim(calls, "KILL=" + QString::number(point)));
     if (killed.run.status != 128 + SIGKILL)
         return QString("was not killed but ended with %1").arg(killed.run.status);
     if (const QString wrong = site.wait_for_sessions(); !wrong.isEmpty())
@@ -52,7 +27,7 @@ QString kill_then_fetch(const imap_fault_site &site, quint16 port, const QString
     const timed_run again = site.fetch_cleanly();
     if (again.run.status != 0)
         return "the fetch after it: " + again.run.errors;
-    return site.wait_for_sessions() + site.what_is_wrong_after_fetch() + what_is_wrong_with_answers(site);
+    return site.wait_for_sessions() + site.what_is_wrong_after_fetch() + site.what_a_kill_did_to_answers();
 }
 
 void write_file(const QString &path, const QByteArray &bytes)

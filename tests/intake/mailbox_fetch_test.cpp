@@ -1,23 +1,15 @@
 // The whole fetch over the mail client that reads and leaves, as it is: an mbox file and a POP3 mailbox of a real
-// server.
-#include "frame/session.h"
+// server. Lines that break: pop3_fault_test.cpp.
 #include "intake/fetch.h"
-#include "intake/fetch_session.h"
 #include "intake/mail_source.h"
-#include "platform/network.h"
 #include "platform/outbox.h"
 #include "platform/services.h"
 #include "support/dovecot.h"
 #include "support/intake_site.h"
-#include "support/kill_points.h"
 #include "support/open_mailbox.h"
 #include "support/scripted_server.h"
-#include "support/wire_proxy.h"
-#include <QElapsedTimer>
 #include <QFile>
 #include <QtTest/QTest>
-#include <algorithm>
-#include <array>
 
 namespace {
 
@@ -91,7 +83,6 @@ private slots:
     void a_refused_mail_is_told_once_and_taken_when_it_comes();
     void duplicate_and_missing_ids_lose_nothing();
     void a_server_without_uidl_and_top_is_read();
-    void a_spoilt_line_loses_and_doubles_nothing();
 };
 
 void mailbox_fetch_test::mails_are_stored_once_and_left()
@@ -240,52 +231,6 @@ void mailbox_fetch_test::a_server_without_uidl_and_top_is_read()
         QVERIFY(site.fetch_and_leave());
         QCOMPARE(server.unexpected(), QByteArray());
         QCOMPARE(site.column(stored), QStringList{"One"});
-    }
-}
-
-void mailbox_fetch_test::a_spoilt_line_loses_and_doubles_nothing()
-{
-    kind_of_mailbox box(true);
-    QStringList all;
-    for (int count = 0; count < 20; ++count) {
-        all += "Order " + QString::number(count);
-        box.put("orders@example.org", all.last().toUtf8());
-    }
-    net::patience waits;
-    waits.connect_ms = 1000;
-    waits.answer_ms = 1000;
-    const net::patience_scope impatient(waits);
-    wire_proxy proxy(box.server->pop3_port);
-    set_pop3_mailbox("127.0.0.1", proxy.port);
-    QVERIFY(box.site.fetch_and_leave());
-    const int whole = int(proxy.counts().to_client);
-    const int points = usual_points() == 100 ? 200 : 20;
-    int number = 0;
-    for (const int point : points_in(whole, points)) {
-        const wire_fault::kind_of kind = std::array{wire_fault::close, wire_fault::reset, wire_fault::stall,
-                                                    wire_fault::noise}[size_t(number++ % 4)];
-        wire_options options;
-        wire_fault fault;
-        fault.kind = kind;
-        fault.at_byte = point;
-        options.faults = {fault};
-        proxy.set(options);
-        box.site.run("delete from orders");
-        for (const char *tail : {"", "-wal", "-shm"})
-            QFile::remove(box.site.folder.filePath("pop3memory.sqlite") + tail);
-        QElapsedTimer since;
-        since.start();
-        box.site.fetch_and_leave();
-        QVERIFY2(since.elapsed() < 1000 + 5000, qPrintable(QString::number(point)));
-        proxy.set({});
-        QVERIFY2(box.site.fetch_and_leave(), qPrintable(box.site.log_text()));
-        QStringList found = box.site.column(stored);
-        if (kind == wire_fault::noise) // noise within a text is a text
-            found.removeDuplicates();
-        std::sort(found.begin(), found.end());
-        QStringList expected = all;
-        std::sort(expected.begin(), expected.end());
-        QCOMPARE(found, expected);
     }
 }
 

@@ -1,9 +1,11 @@
 // A real IMAP server behind the mail client's verbs: folders, the walk, fields, answers. Moving: imap_moves_test.cpp.
 // What is read again and what is not: imap_traffic_test.cpp. Cuts: imap_cuts_test.cpp.
+#include "platform/app_folder.h"
 #include "platform/clock.h"
 #include "platform/outbox.h"
 #include "platform/outside_effects.h"
 #include "support/imap_box.h"
+#include <QDir>
 #include <QTest>
 
 class imap_test : public QObject {

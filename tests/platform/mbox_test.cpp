@@ -1,56 +1,11 @@
-// An mbox file under the verbs of the mail client that reads and leaves: where mails begin, what is read of them, and
-// other programs that write to the file.
+// An mbox file under the verbs of the mail client that reads and leaves: where mails begin, and what is read of them.
+// Other programs that write to the file: mbox_changes_test.cpp.
 #include "platform/network.h"
 #include "platform/outbox.h"
 #include "platform/real/mail_session/from_line.h"
 #include "support/maildir_files.h"
-#include "support/open_mailbox.h"
+#include "support/mbox_folder.h"
 #include <QDateTime>
-#include <QDir>
-#include <QFile>
-#include <QTest>
-#include <fcntl.h>
-#include <sys/file.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
-namespace {
-
-const QByteArray from_ann = "From ann@example.net Thu Jan  1 13:00:05 2026\n";
-
-QByteArray mail(const QByteArray &subject, const QByteArray &body = "Hello\n")
-{
-    return from_ann + "To: orders@example.org\nFrom: Ann <ann@example.net>\nSubject: " + subject + "\n\n" + body + "\n";
-}
-
-struct mbox_folder : open_mailbox_folder {
-    mbox_folder() { set_mbox(path("inbox")); }
-    void write(const QByteArray &bytes)
-    {
-        QFile file(path("inbox"));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        QCOMPARE(file.write(bytes), bytes.size());
-    }
-    void append(const QByteArray &bytes)
-    {
-        QFile file(path("inbox"));
-        QVERIFY(file.open(QIODevice::Append));
-        QCOMPARE(file.write(bytes), bytes.size());
-    }
-    void make_old()
-    {
-        const timespec times[2] = {{1767268800, 0}, {1767268800, 0}};
-        QCOMPARE(utimensat(AT_FDCWD, QFile::encodeName(path("inbox")).constData(), times, 0), 0);
-    }
-    QStringList subjects_of(const QByteArray &bytes)
-    {
-        write(bytes);
-        sign_on();
-        return subjects();
-    }
-};
-
-}
 
 class mbox_test : public QObject {
     Q_OBJECT
@@ -64,16 +19,6 @@ private slots:
     void a_content_length_is_not_trusted();
     void a_mail_over_the_edge_of_a_piece_is_found();
     void lines_of_megabytes_and_zero_bytes_are_read();
-    void a_last_mail_that_is_not_whole_waits();
-    void an_unchanged_file_is_not_walked_again();
-    void mails_appended_meanwhile_change_nothing_for_this_fetch();
-    void a_file_rewritten_in_the_middle_ends_the_walk_and_is_read_anew();
-    void a_truncated_file_ends_the_walk();
-    void a_replaced_file_is_read_to_its_end_and_then_anew();
-    void a_lock_of_another_program_is_respected_data();
-    void a_lock_of_another_program_is_respected();
-    void a_left_over_lock_file_holds_nobody_up();
-    void nothing_is_written_beside_the_file();
     void what_cannot_be_opened_is_told_data();
     void what_cannot_be_opened_is_told();
     void a_reply_goes_to_the_sender_as_the_first_recipient();
@@ -135,18 +80,18 @@ void mbox_test::mails_are_divided_data()
     const QStringList both{"One", "Two"};
     QTest::newRow("an empty file") << QByteArray() << QStringList();
     QTest::newRow("no mbox") << QByteArray("To: a@b\nSubject: One\n\nText\n\n") << QStringList();
-    QTest::newRow("two mails") << mail("One") + mail("Two") << both;
-    QTest::newRow("CR LF") << QByteArray(mail("One") + mail("Two")).replace("\n", "\r\n") << both;
-    QTest::newRow("no empty line between") << mail("One").chopped(1) + mail("Two") << both;
+    QTest::newRow("two mails") << mbox_mail("One") + mbox_mail("Two") << both;
+    QTest::newRow("CR LF") << QByteArray(mbox_mail("One") + mbox_mail("Two")).replace("\n", "\r\n") << both;
+    QTest::newRow("no empty line between") << mbox_mail("One").chopped(1) + mbox_mail("Two") << both;
     QTest::newRow("a sentence that begins with From")
-        << mail("One", "Hi\n\nFrom here on: all is well\n") << QStringList{"One"};
+        << mbox_mail("One", "Hi\n\nFrom here on: all is well\n") << QStringList{"One"};
     QTest::newRow("a From line that no header follows")
-        << mail("One", "Hi\n\n" + from_ann + "is what it said\n") << QStringList{"One"};
-    QTest::newRow("a marked From line") << mail("One", "Hi\n\n>" + from_ann + "To: x@y\n") << QStringList{"One"};
+        << mbox_mail("One", "Hi\n\n" + from_ann + "is what it said\n") << QStringList{"One"};
+    QTest::newRow("a marked From line") << mbox_mail("One", "Hi\n\n>" + from_ann + "To: x@y\n") << QStringList{"One"};
     QTest::newRow("a first mail without a date")
-        << "From MAILER-DAEMON\nSubject: One\n\nText\n\n" + mail("Two") << both;
+        << "From MAILER-DAEMON\nSubject: One\n\nText\n\n" + mbox_mail("Two") << both;
     QTest::newRow("a first mail in the old dress")
-        << from_ann + ">From b\nSubject: One\n\nText\n\n" + mail("Two") << both;
+        << from_ann + ">From b\nSubject: One\n\nText\n\n" + mbox_mail("Two") << both;
 }
 
 void mbox_test::mails_are_divided()
@@ -160,7 +105,7 @@ void mbox_test::mails_are_divided()
 void mbox_test::marks_before_from_are_taken_away()
 {
     mbox_folder box;
-    box.write(mail("One", ">From afar\n>>From farther\n> From a quote\n>Fromage\nFrom my side\n"));
+    box.write(mbox_mail("One", ">From afar\n>>From farther\n> From a quote\n>Fromage\nFrom my side\n"));
     box.sign_on();
     QCOMPARE(box.at(0).text, QString("From afar\n>From farther\n> From a quote\n>Fromage\nFrom my side\n"));
 }
@@ -168,8 +113,8 @@ void mbox_test::marks_before_from_are_taken_away()
 void mbox_test::a_content_length_is_not_trusted()
 {
     mbox_folder box;
-    const QByteArray lying = mail("One").replace("Subject:", "Content-Length: 900\nSubject:");
-    QCOMPARE(box.subjects_of(lying + mail("Two")), (QStringList{"One", "Two"}));
+    const QByteArray lying = mbox_mail("One").replace("Subject:", "Content-Length: 900\nSubject:");
+    QCOMPARE(box.subjects_of(lying + mbox_mail("Two")), (QStringList{"One", "Two"}));
 }
 
 void mbox_test::a_mail_over_the_edge_of_a_piece_is_found()
@@ -177,9 +122,9 @@ void mbox_test::a_mail_over_the_edge_of_a_piece_is_found()
     const qsizetype piece = 1024 * 1024;
     for (const qsizetype off : {-1100, -1025, -1024, -1023, -600, -46, -7, -6, -5, -1, 0, 1, 5}) {
         mbox_folder box;
-        QByteArray first = mail("One", QByteArray("x\n").repeated(piece / 2));
+        QByteArray first = mbox_mail("One", QByteArray("x\n").repeated(piece / 2));
         first = first.first(piece + off - 2) + "\n\n";
-        QCOMPARE(box.subjects_of(first + mail("Two") + mail("Three")), (QStringList{"One", "Two", "Three"}));
+        QCOMPARE(box.subjects_of(first + mbox_mail("Two") + mbox_mail("Three")), (QStringList{"One", "Two", "Three"}));
         QCOMPARE(box.at(1).text, QString("Hello\n"));
     }
 }
@@ -188,148 +133,12 @@ void mbox_test::lines_of_megabytes_and_zero_bytes_are_read()
 {
     mbox_folder box;
     const QByteArray line(5 * 1024 * 1024, 'x');
-    box.write(mail("One", line + "\n") + mail("Two", QByteArray("a\0b\n", 4)) + mail("Three"));
+    box.write(mbox_mail("One", line + "\n") + mbox_mail("Two", QByteArray("a\0b\n", 4)) + mbox_mail("Three"));
     box.sign_on();
     QCOMPARE(box.messages->MsgCount(), 3);
     QCOMPARE(box.at(0).text.size(), line.size() + 1);
     QCOMPARE(box.at(1).text, QString("ab\n"));
     QCOMPARE(box.at(2).subject, QString("Three"));
-}
-
-void mbox_test::a_last_mail_that_is_not_whole_waits()
-{
-    mbox_folder box;
-    QCOMPARE(box.subjects_of(mail("One") + mail("Two").chopped(4)), QStringList{"One"});
-    box.append("lo\n\n");
-    box.sign_on();
-    QCOMPARE(box.subjects(), (QStringList{"One", "Two"}));
-    QCOMPARE(box.at(1).text, QString("Hello\n"));
-    box.write(mail("One") + mail("Two").chopped(4));
-    box.make_old(); // nobody writes any more
-    box.sign_on();
-    QCOMPARE(box.subjects(), (QStringList{"One", "Two"}));
-}
-
-void mbox_test::an_unchanged_file_is_not_walked_again()
-{
-    mbox_folder box;
-    QCOMPARE(box.subjects_of(mail("One")), QStringList{"One"});
-    box.sign_on();
-    QCOMPARE(box.subjects(), QStringList{"One"});
-    QCOMPARE(box.client.mbox_walks(), 1);
-    box.append(mail("Two"));
-    box.sign_on();
-    QCOMPARE(box.subjects(), (QStringList{"One", "Two"}));
-    QCOMPARE(box.client.mbox_walks(), 2);
-}
-
-void mbox_test::mails_appended_meanwhile_change_nothing_for_this_fetch()
-{
-    mbox_folder box;
-    box.write(mail("One") + mail("Two"));
-    box.sign_on();
-    QCOMPARE(box.at(0).text, QString("Hello\n"));
-    box.append(mail("Three"));
-    QCOMPARE(box.subjects(), (QStringList{"One", "Two"}));
-    QCOMPARE(box.at(1).text, QString("Hello\n"));
-}
-
-void mbox_test::a_file_rewritten_in_the_middle_ends_the_walk_and_is_read_anew()
-{
-    mbox_folder box;
-    box.write(mail("One") + mail("Two") + mail("Three"));
-    box.sign_on();
-    QCOMPARE(box.at(0).subject, QString("One"));
-    box.write(mail("Two") + mail("Three") + mail("A mail that is a good deal longer", QByteArray(900, 'x') + "\n"));
-    QCOMPARE(failure_of_call([&] { box.at(1); }), 57u);
-    QCOMPARE(failure_of_call([&] { box.at(2); }), 57u);
-    box.sign_on();
-    QCOMPARE(box.subjects(), (QStringList{"Two", "Three", "A mail that is a good deal longer"}));
-}
-
-void mbox_test::a_truncated_file_ends_the_walk()
-{
-    mbox_folder box;
-    box.write(mail("One") + mail("Two"));
-    box.sign_on();
-    box.write(mail("One"));
-    QCOMPARE(failure_of_call([&] { box.at(1); }), 57u);
-    box.sign_on();
-    QCOMPARE(box.subjects(), QStringList{"One"});
-}
-
-void mbox_test::a_replaced_file_is_read_to_its_end_and_then_anew()
-{
-    mbox_folder box;
-    box.write(mail("One") + mail("Two"));
-    box.sign_on();
-    QVERIFY(QFile::remove(box.path("inbox")));
-    box.write(mail("Three"));
-    QCOMPARE(box.subjects(), (QStringList{"One", "Two"}));
-    box.sign_on();
-    QCOMPARE(box.subjects(), QStringList{"Three"});
-}
-
-void mbox_test::a_lock_of_another_program_is_respected_data()
-{
-    QTest::addColumn<int>("kind");
-    QTest::newRow("flock") << 0;
-    QTest::newRow("fcntl") << 1;
-    QTest::newRow("a lock file") << 2;
-}
-
-void mbox_test::a_lock_of_another_program_is_respected()
-{
-    QFETCH(int, kind);
-    mbox_folder box;
-    box.write(mail("One"));
-    net::patience waits;
-    waits.connect_ms = 300;
-    const net::patience_scope short_waits(waits);
-    const int other = open(QFile::encodeName(box.path("inbox")).constData(), O_RDWR | O_CLOEXEC);
-    QVERIFY(other >= 0);
-    struct flock whole {};
-    whole.l_type = F_WRLCK;
-    if (kind == 0)
-        QCOMPARE(flock(other, LOCK_EX), 0);
-    else if (kind == 1)
-        QCOMPARE(fcntl(other, F_OFD_SETLK, &whole), 0);
-    else
-        close(open(QFile::encodeName(box.path("inbox.lock")).constData(), O_CREAT | O_CLOEXEC, 0600));
-    QCOMPARE(failure_of_call([&] { box.sign_on(); }), 70u);
-    close(other);
-    QFile::remove(box.path("inbox.lock"));
-    box.sign_on();
-    QCOMPARE(box.subjects(), QStringList{"One"});
-}
-
-void mbox_test::a_left_over_lock_file_holds_nobody_up()
-{
-    mbox_folder box;
-    box.write(mail("One"));
-    const QByteArray lock = QFile::encodeName(box.path("inbox.lock"));
-    close(open(lock.constData(), O_CREAT | O_CLOEXEC, 0600));
-    const timespec times[2] = {{1767268800, 0}, {1767268800, 0}};
-    QCOMPARE(utimensat(AT_FDCWD, lock.constData(), times, 0), 0);
-    box.sign_on();
-    QCOMPARE(box.subjects(), QStringList{"One"});
-}
-
-void mbox_test::nothing_is_written_beside_the_file()
-{
-    mbox_folder box;
-    const QByteArray bytes = mail("One") + mail("Two");
-    box.write(bytes);
-    box.make_old();
-    box.sign_on();
-    QCOMPARE(box.at(1).text, QString("Hello\n"));
-    box.sign_off();
-    QCOMPARE(QDir(box.folder.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
-             QStringList{"inbox"});
-    QFile file(box.path("inbox"));
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    QCOMPARE(file.readAll(), bytes);
-    QCOMPARE(file.fileTime(QFileDevice::FileModificationTime).toSecsSinceEpoch(), 1767268800);
 }
 
 void mbox_test::what_cannot_be_opened_is_told_data()
@@ -360,7 +169,7 @@ void mbox_test::what_cannot_be_opened_is_told()
 void mbox_test::a_reply_goes_to_the_sender_as_the_first_recipient()
 {
     mbox_folder box;
-    box.write(mail("One").replace("Subject:", "Message-ID: <1@x>\nReply-To: reply@example.net\nSubject:"));
+    box.write(mbox_mail("One").replace("Subject:", "Message-ID: <1@x>\nReply-To: reply@example.net\nSubject:"));
     box.sign_on();
     box.messages->MsgIndex = 0;
     box.messages->Reply();
@@ -383,7 +192,7 @@ void mbox_test::a_reply_goes_to_the_sender_as_the_first_recipient()
 void mbox_test::places_that_are_none_fail()
 {
     mbox_folder box;
-    box.write(mail("One"));
+    box.write(mbox_mail("One"));
     box.sign_on();
     for (const int index : {1, -2, 1000000}) {
         box.messages->MsgIndex = index;

@@ -1,10 +1,9 @@
-// Passwords in a real keyring: the test starts itself again on a message bus of its own, with a keyring that is open.
+// Passwords in a real keyring that answers. One that is slow or silent: passwords_waiting_test.cpp.
 #include "platform/passwords.h"
 #include "platform/settings.h"
 #include "support/fault_points.h"
+#include "support/open_keyring.h"
 #include <QCoreApplication>
-#include <QDir>
-#include <QElapsedTimer>
 #include <QFile>
 #include <QProcess>
 #include <QSettings>
@@ -24,35 +23,10 @@ constexpr int short_wait_ms = 300; // where the keyring does not answer at all
 const QString old_word = "the old wording";
 const QString new_word = "a new wording";
 
-QByteArray bytes_of(const QString &path)
-{
-    QFile file(path);
-    return file.open(QFile::ReadOnly) ? file.readAll() : QByteArray();
-}
-
 QString settings_path()
 {
     return QSettings("brenmoorbiz").fileName();
 }
-
-// The daemon of this run, by the runtime folder that it got; 0 when it is not there.
-pid_t keyring_process()
-{
-    const QByteArray ours = "XDG_RUNTIME_DIR=" + qgetenv("XDG_RUNTIME_DIR");
-    for (const QString &number : QDir("/proc").entryList({"[0-9]*"}, QDir::Dirs))
-        if (bytes_of("/proc/" + number + "/comm").startsWith("gnome-keyring") &&
-            bytes_of("/proc/" + number + "/environ").split('\0').contains(ours))
-            return number.toInt();
-    return 0;
-}
-
-struct stopped_keyring {
-    stopped_keyring() : process(keyring_process()) { kill(process, SIGSTOP); }
-    ~stopped_keyring() { kill(process, SIGCONT); }
-    stopped_keyring(const stopped_keyring &) = delete;
-    stopped_keyring &operator=(const stopped_keyring &) = delete;
-    pid_t process;
-};
 
 enum class bus { ours, none };
 
@@ -90,6 +64,7 @@ private slots:
     void init()
     {
         passwords::set_longest_wait(usual_wait_ms);
+        passwords::forget_remembered();
         QFile::remove(settings_path());
         passwords::save(of::mailbox, "");
         passwords::save(of::sending, "");
@@ -171,34 +146,6 @@ private slots:
         QVERIFY(passwords::where(of::mailbox) == place::settings_file);
     }
 
-    void a_keyring_that_does_not_answer()
-    {
-        passwords::save(of::mailbox, old_word);
-        passwords::forget_remembered();
-        passwords::set_longest_wait(short_wait_ms);
-        QElapsedTimer since;
-        since.start();
-        {
-            const stopped_keyring stopped;
-            QCOMPARE(passwords::read(of::mailbox), "");
-            QVERIFY(since.elapsed() < usual_wait_ms);
-            passwords::set_longest_wait(usual_wait_ms);
-            since.restart();
-            QCOMPARE(passwords::read(of::mailbox), ""); // still asked: nobody waits twice
-            QVERIFY(since.elapsed() < 1000);
-        }
-        QTRY_COMPARE(passwords::read(of::mailbox), old_word); // its late answer counts
-    }
-
-    void saving_beside_a_keyring_that_does_not_answer()
-    {
-        passwords::save(of::mailbox, old_word);
-        const stopped_keyring stopped;
-        passwords::set_longest_wait(short_wait_ms);
-        QVERIFY(passwords::save(of::mailbox, new_word) == place::settings_file);
-        QCOMPARE(passwords::read(of::mailbox), new_word);
-    }
-
     // The last one: the keyring is locked from here on, and nobody is there to open it.
     void a_keyring_that_stays_locked()
     {
@@ -220,18 +167,7 @@ int main(int argc, char **argv)
 {
     if (argc == 3 && std::strcmp(argv[1], "--save") == 0)
         return save_and_die(argc, argv);
-    if (qEnvironmentVariableIsEmpty("TESSALY_TEST_KEYRING")) {
-        // An empty line is the keyring's password.
-        const char *open_keyring =
-            "echo | gnome-keyring-daemon --unlock --components=secrets --daemonize >/dev/null && "
-            "TESSALY_TEST_KEYRING=open exec \"$0\" \"$@\"";
-        std::vector<const char *> words{"dbus-run-session", "--", "/bin/sh", "-c", open_keyring};
-        words.insert(words.end(), argv, argv + argc);
-        words.push_back(nullptr);
-        execvp(words[0], const_cast<char **>(words.data()));
-        std::perror("dbus-run-session");
-        return 1;
-    }
+    start_again_in_keyring(argv);
     QCoreApplication application(argc, argv);
     passwords_keyring_test test;
     return QTest::qExec(&test, argc, argv);

@@ -14,6 +14,8 @@
 #include <QAction>
 #include <QDir>
 #include <QFile>
+#include <QLabel>
+#include <QProgressBar>
 #include <QTest>
 #include <QTimer>
 
@@ -78,6 +80,7 @@ private slots:
     {
         screens_site site;
         QDir().mkpath(site.file("copies/data"));
+        QDir().mkpath(site.file("copies/html"));
         SaveSetting("main", "backup", site.file("copies"));
         site.boxes.will_say_yes();
         menuFrm console;
@@ -90,10 +93,41 @@ private slots:
         QVERIFY(!control<QTimer>(the<Exit_frm>(), "Timer1").isActive());
     }
 
+    void the_last_screen_shows_how_far_it_is()
+    {
+        screens_site site;
+        QDir().mkpath(site.file("copies/data"));
+        QDir().mkpath(site.file("copies/html"));
+        QDir().mkpath(site.file("forms/contact"));
+        SaveSetting("main", "backup", site.file("copies"));
+        the<Exit_frm>().show();
+        QTRY_COMPARE(ends, 1);
+        QCOMPARE(control<QLabel>(the<Exit_frm>(), "what_l").text(), "Copying your forms ...");
+        QCOMPARE(control<QProgressBar>(the<Exit_frm>(), "progress_bar").maximum(), 1);
+        QCOMPARE(control<QProgressBar>(the<Exit_frm>(), "progress_bar").value(), 1);
+        QVERIFY(QDir(site.file("copies/html/contact")).exists());
+    }
+
+    void a_back_up_that_fails_is_told_and_the_program_ends_all_the_same()
+    {
+        screens_site site;
+        QDir().mkpath(site.file("copies/data/Tessaly.mdb/in the way"));
+        SaveSetting("main", "backup", site.file("copies"));
+        the<Exit_frm>().show();
+        QTRY_COMPARE(ends, 1);
+        QCOMPARE(site.boxes.shown.size(), 1);
+        QVERIFY2(site.boxes.shown[0].startsWith("The back-up is not complete. The store could not be copied to "),
+                 qPrintable(site.boxes.shown[0]));
+        QVERIFY(site.boxes.shown[0].endsWith("\n\nTessaly closes now."));
+        QCOMPARE(session.err_form, "Exit_frm.frm");
+        QCOMPARE(session.err_routine, "Timer1");
+    }
+
     void yes_from_a_minimised_console_ends_too()
     {
         screens_site site;
         QDir().mkpath(site.file("copies/data"));
+        QDir().mkpath(site.file("copies/html"));
         SaveSetting("main", "backup", site.file("copies"));
         site.boxes.will_say_yes();
         menuFrm console;

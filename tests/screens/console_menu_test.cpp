@@ -33,6 +33,7 @@ const QStringList whole_menu{
     "    import1 \"&Import\"",
     "    export \"&Export\"",
     "    dma \"&Manager\"",
+    "  bkp_folder_mnu \"&Back-up Folder\"",
     "  rst_bkp \"Restore from Backup\"",
     "  exit \"E&xit\"",
     "mail \"&Mail\"",
@@ -96,8 +97,8 @@ private slots:
                 enabled += action->objectName();
         }
         enabled.sort();
-        QCOMPARE(enabled, (QStringList{"about", "account", "contents", "exit", "fetchmail", "mail_client_mnu",
-                                       "mauditor_mnu", "outbox_mnu", "showtips"}));
+        QCOMPARE(enabled, (QStringList{"about", "account", "bkp_folder_mnu", "contents", "exit", "fetchmail",
+                                       "mail_client_mnu", "mauditor_mnu", "outbox_mnu", "rst_bkp", "showtips"}));
     }
 
     void composer_menus_are_hidden()

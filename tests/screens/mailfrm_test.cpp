@@ -76,6 +76,65 @@ private slots:
         QCOMPARE(site.rows_of("orders"), 0);
     }
 
+    void an_unprocessed_mail_says_for_each_map_why_it_is_not_taken()
+    {
+        screens_site site;
+        const qint64 account = site.store.add_account("orders", "orders@shop.example");
+        site.store.add_map("by_subject", account, "Booking", {{"first_name"}});
+        site.store.add_map("by_pieces", account, "Order", {{"first_name", 3}});
+        site.store.add_map("by_text", account, "Order", {{"first_name", 1, true, "Name:"}});
+        site.store.add_map("by_label", account, "Order", {{"first_name", 1, false}});
+        store_mail(site, "orders", "zoe@home.example", "Order", "1/2/2026", "City: Bonn");
+        mailfrm &screen = stored_mails_shown();
+        click_row(control<list_view>(screen, "LV_sub"), 0);
+        const auto &why = control<QPlainTextEdit>(screen, "why_t");
+        QVERIFY(why.isVisible());
+        QVERIFY(why.isReadOnly());
+        QCOMPARE(why.toPlainText(), "by_subject: The subject is not \"Booking\".\n"
+                                    "by_pieces: There is no piece 3: the number of pieces is 1.\n"
+                                    "by_text: Piece 1 lacks the text \"Name:\".\n"
+                                    "by_label: Piece 1 does not start with the label \"first_name\".");
+    }
+
+    void an_unprocessed_mail_that_fits_says_so_and_one_without_maps_says_what_to_do()
+    {
+        screens_site site;
+        const qint64 account = site.store.add_account("orders", "orders@shop.example");
+        site.store.add_account("contact", "hello@shop.example");
+        site.store.add_map("clients", account, "Order", {{"first_name"}});
+        store_mail(site, "orders", "zoe@home.example", "Order", "1/2/2026");
+        store_mail(site, "contact", "zoe@home.example", "Hello", "1/2/2026");
+        mailfrm &screen = stored_mails_shown();
+        const auto &why = control<QPlainTextEdit>(screen, "why_t");
+        click_row(control<list_view>(screen, "LV_sub"), 0);
+        QCOMPARE(why.toPlainText(), "clients: it fits, and is taken at the next fetch.");
+        click_row(control<list_view>(screen, "LV_sub"), 1);
+        QCOMPARE(why.toPlainText(), "No map was made for this account yet. Mail > Mail Mapping Wizard makes one from a "
+                                    "mail such as this.");
+    }
+
+    void a_processed_mail_and_a_sent_one_have_nothing_to_explain()
+    {
+        screens_site site;
+        site.store.add_account("orders", "orders@shop.example");
+        store_mail(site, "orders", "zoe@home.example", "Order", "1/2/2026");
+        store_mail(site, "orders", "zoe@home.example", "Order again", "1/2/2026");
+        site.store.run("update orders set tsl_processed=yes where message_id=2");
+        site.store.run("insert into sentitems_tbl (tsl_to,tsl_subject,tsl_sentdate,tsl_body) "
+                       "values('a@b.org','Re: x','11/21/2026 1:02:03 AM','body')");
+        mailfrm &screen = stored_mails_shown();
+        const auto &why = control<QPlainTextEdit>(screen, "why_t");
+        QVERIFY(!why.isVisible());
+        click_row(control<list_view>(screen, "LV_sub"), 0);
+        QVERIFY(why.isVisible());
+        click_row(control<list_view>(screen, "LV_sub"), 1);
+        QVERIFY(!why.isVisible());
+        click_row(control<list_view>(screen, "LV_sub"), 0);
+        control<QToolButton>(screen, "sitm").click();
+        click_row(control<list_view>(screen, "LV_sub_si"), 0);
+        QVERIFY(!why.isVisible());
+    }
+
     void loading_it_fetches_parses_and_lists_without_showing()
     {
         screens_site site;

@@ -2,7 +2,10 @@
 #include "frame/messages.h"
 #include "frame/session.h"
 #include "intake/progress_page.h"
+#include "platform/settings.h"
+#include "screens/desktop_style.h"
 #include "screens/frame/Exit_frm.h"
+#include "screens/frame/backup_frm.h"
 #include "screens/frame/frmAbout.h"
 #include "screens/frame/frmSplash.h"
 #include "screens/frame/menuFrm.h"
@@ -19,8 +22,8 @@
 #include <QApplication>
 #include <QDir>
 #include <QFile>
+#include <QLineEdit>
 #include <QMenu>
-#include <QStyleFactory>
 #include <QTest>
 #include <QTimer>
 #include <QToolButton>
@@ -128,6 +131,24 @@ void picture_small_screens(const album &pictures)
     pictures.keep(leaving, "Exit_frm");
 }
 
+void picture_back_up(const album &pictures, screens_site &site)
+{
+    QDir().mkpath(site.file("back-ups/data"));
+    session.store_connection->copy_store(site.file("back-ups/data/Tessaly.mdb"));
+    SaveSetting("main", "backup", "/home/zoe/Documents/back-ups");
+    the<backup_frm>().show();
+    pictures.keep(*the<backup_frm>().window(), "backup_frm");
+    control<QLineEdit>(the<backup_frm>(), "Folder_t").setText(site.file("back-ups"));
+    pictures.keep(*the<backup_frm>().window(), "backup_frm-former");
+    the<backup_frm>().unload();
+    site.store.run("update install_tbl set install=no");
+    backup_frm last_step;
+    last_step.show();
+    last_step.adjustSize();
+    pictures.keep(last_step, "backup_frm-setup");
+    site.store.run("update install_tbl set install=yes");
+}
+
 void picture_question(const album &pictures)
 {
     message_boxes boxes;
@@ -142,6 +163,7 @@ void take_pictures(const album &pictures)
 {
     screens_site site;
     fill_site(site);
+    picture_setup(pictures);
     menuFrm console;
     console.show();
     picture_console(pictures, console);
@@ -149,8 +171,10 @@ void take_pictures(const album &pictures)
     picture_small_console(pictures, console);
     picture_waits(pictures, console);
     picture_small_screens(pictures);
+    picture_accounts(pictures, console);
     picture_mail_client(pictures, console);
     picture_outbox(pictures, console);
+    picture_back_up(pictures, site);
     picture_question(pictures);
 }
 
@@ -163,7 +187,7 @@ int main(int argc, char **argv)
         qFatal("screens_pictures FOLDER");
     const QString folder = QString::fromLocal8Bit(argv[1]);
     QDir().mkpath(folder);
-    QApplication::setStyle(QStyleFactory::create("Fusion"));
+    QApplication::setStyle(new desktop_style); // the application owns it
     take_pictures({folder, "light"});
     QApplication::setPalette(dark_colours());
     take_pictures({folder, "dark"});

@@ -2,10 +2,12 @@
 #pragma once
 #include "platform/real/imap/imap_folder.h"
 #include "support/dovecot.h"
-#include "support/mailbox.h"
+#include "support/walked_inbox.h"
+#include <QTemporaryDir>
 
-struct imap_box {
+struct imap_box : walked_inbox {
     explicit imap_box(const dovecot_options &options = {}) : server(options), port(server.imap_port) { start_anew(); }
+    ~imap_box() override { close(); }
 
     net::place place() const
     {
@@ -17,32 +19,12 @@ struct imap_box {
     // As a new process would, with the cache that is on disk.
     void start_anew()
     {
-        items.reset();
-        inbox.reset();
+        close();
         account = std::make_shared<imap::account_memory>(
             "ann@test", [this] { return place(); }, cache_path());
         application = std::make_unique<imap::application>(account);
     }
-    void open()
-    {
-        items.reset();
-        inbox = application->GetNamespace(QStringLiteral("MAPI"))->GetDefaultFolder();
-        items = inbox->items();
-    }
     QString cache_path() const { return folder.filePath(QStringLiteral("mailcache.sqlite")); }
-    outlook::MailItem *find(const outlook::wanted_mails &wanted = all_mails())
-    {
-        if (!items)
-            open();
-        return items->Find(QString::fromLatin1(every_item), wanted);
-    }
-    QStringList subjects(const outlook::wanted_mails &wanted = all_mails())
-    {
-        QStringList found;
-        for (outlook::MailItem *item = find(wanted); item; item = items->FindNext())
-            found.append(item->Subject());
-        return found;
-    }
     // All wanted mails go into the sub-folder; how many there were.
     int move_all(outlook::MailFolder &target, const outlook::wanted_mails &wanted = all_mails())
     {
@@ -52,18 +34,6 @@ struct imap_box {
             ++moved;
         }
         return moved;
-    }
-    QStringList failures()
-    {
-        QStringList told;
-        for (bool more = true; more;) {
-            try {
-                more = items->raise_next_failure();
-            } catch (const run_time_error &failure) {
-                told += QString::number(failure.number) + u' ' + failure.description;
-            }
-        }
-        return told;
     }
     void put(const QString &subject, qint64 delivered = noon)
     {
@@ -86,7 +56,4 @@ struct imap_box {
     QString password = QStringLiteral("apple tree");
     QTemporaryDir folder;
     std::shared_ptr<imap::account_memory> account;
-    std::unique_ptr<outlook::Application> application;
-    std::unique_ptr<outlook::MailFolder> inbox;
-    std::unique_ptr<outlook::Items> items;
 };

@@ -1,58 +1,13 @@
 #include "support/imap_fault_site.h"
-#include "frame/session.h"
-#include "platform/settings.h"
-#include "support/intake_site.h"
-#include "support/read_store.h"
 
-#include <QDir>
 #include <QElapsedTimer>
-#include <QFile>
 #include <QThread>
-#include <memory>
+#include <algorithm>
 
 namespace {
 
-constexpr const char *password = "apple tree";
 constexpr int unsubscribes = 3; // with an entry; one of them to the account
 constexpr int session_wait_ms = 20000;
-
-struct pattern_parts {
-    QByteArray store;
-    QString unsubscribing_since;
-};
-
-// Made once a process.
-const pattern_parts &imap_pattern()
-{
-    static const pattern_parts made = [] {
-        intake_site site;
-        site.add_account("orders", "orders@example.org");
-        site.add_map("names", 1, "Order form", "Line", {{"full_name", "Line1", ":"}, {"city", "Line2", ":"}});
-        site.enable_unsubscribing();
-        site.run("insert into unsub_entryno (email,entryno) values('bill@example.net','1038')");
-        site.run("insert into unsub_entryno (email,entryno) values('cleo@example.net','1039')");
-        session.store_connection->Close();
-        return pattern_parts{bytes_of_file(site.folder.filePath("mailapp.mdb")),
-                             GetSetting("main", "enabledUnsubDate")};
-    }();
-    return made;
-}
-
-void write_file(const QString &path, const QByteArray &bytes)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
-        qFatal("cannot write %s", qPrintable(path));
-}
-
-QString difference(QStringList found, const QStringList &wanted)
-{
-    QStringList missing;
-    for (const QString &one : wanted)
-        if (!found.removeOne(one))
-            missing += one;
-    return "missing " + missing.join("; ") + ", too many " + found.join("; ");
-}
 
 qsizetype lines_with(const QList<QByteArray> &lines, const QByteArray &one, const QByteArray &other)
 {
@@ -61,11 +16,6 @@ qsizetype lines_with(const QList<QByteArray> &lines, const QByteArray &one, cons
     });
 }
 
-}
-
-QString order_body(int number)
-{
-    return QString("full_name: Customer %1\ncity: Rome\n").arg(number);
 }
 
 QString fault_user(int number)
@@ -77,118 +27,55 @@ QList<dovecot_user> fault_users(int count)
 {
     QList<dovecot_user> users;
     for (int number = 0; number < count; ++number)
-        users += dovecot_user{fault_user(number), password};
+        users += dovecot_user{fault_user(number), fault_login::password()};
     return users;
-}
-
-imap_program::imap_program()
-{
-    write_file(path("mailapp.mdb"), imap_pattern().store);
-    QDir().mkpath(path("config"));
 }
 
 timed_run imap_program::fetch(quint16 port, const QString &user, const QStringList &variables,
                               driver_rights rights) const
 {
-    const QString settings = QString("[main]\nenabledUnsubDate=%1\n\n[mail_client]\nkind=imap\nhost=127.0.0.1\n"
-                                     "port=%2\nsecurity=none\nuser=%3\npassword=%4\nsend=keep\n")
-                                 .arg(imap_pattern().unsubscribing_since, QString::number(port), user, password);
-    write_file(path("config/brenmoorbiz.conf"), settings.toUtf8());
-    QElapsedTimer taken;
-    taken.start();
-    timed_run done;
-    done.run = run_driver_job("fetch", folder.path(), {"--timeout", QString::number(timeout_seconds)},
-                              QStringList{"XDG_CONFIG_HOME=" + path("config")} + variables, rights);
-    done.ms = taken.elapsed();
-    return done;
-}
-
-QStringList imap_program::stored_bodies() const
-{
-    QStringList bodies = read_store(path("mailapp.mdb"), "select tsl_body from orders order by message_id");
-    return bodies.replaceInStrings("\r\n", "\n");
-}
-
-QStringList imap_program::blocked() const
-{
-    return read_store(path("mailapp.mdb"), "select email from unsubscribe_tbl order by email");
-}
-
-QStringList imap_program::in_map() const
-{
-    return read_store(path("mailapp.mdb"), "select full_name from names order by message_id");
-}
-
-QString imap_program::store_damage() const
-{
-    const QString answer = read_store(path("mailapp.mdb"), "PRAGMA integrity_check").join(", ");
-    return answer == "ok" ? QString() : answer;
-}
-
-QByteArray imap_program::log() const
-{
-    QFile file(path("errorlog.txt"));
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-QStringList imap_program::answered() const
-{
-    QStringList found;
-    const QDir outbox(path("outbox"));
-    for (const QString &name : outbox.entryList({"*.eml"}, QDir::Files))
-        for (const QByteArray &line : bytes_of_file(outbox.filePath(name)).split('\n'))
-            if (line.startsWith("To: "))
-                found += QString::fromUtf8(line.sliced(4).trimmed());
-    found.sort();
-    return found;
+    return fetch_as({.kind = "imap", .port = port, .user = user}, variables, rights);
 }
 
 imap_fault_site::imap_fault_site(dovecot_server &on, const QString &name, int wanted_orders)
     : user(name), server(on), orders(wanted_orders)
 {
-    fill();
+    for (const fault_mail &each : fault_mails(orders))
+        put(each);
 }
 
-void imap_fault_site::put(const simple_mail &mail)
+void imap_fault_site::put(const fault_mail &each)
 {
-    server.deliver(user, mail, next_delivery++);
+    server.deliver(user, each.mail, each.received);
+    last_received = each.received;
     ++all_mails;
-}
-
-void imap_fault_site::fill()
-{
-    const int wanted = std::exchange(orders, 0);
-    while (orders < wanted) {
-        put_order(orders + 1);
-        if (orders % 25 == 0)
-            put({"private@example.org", "eva@example.net", "A letter", "Dear Ann\n"});
-        if (orders == wanted / 4)
-            put({"private@example.org", "ann@example.net", "Unsubscribe 1037", "Please.\n"});
-        if (orders == wanted / 2)
-            put({"orders@example.org", "bill@example.net", "Unsubscribe 1038", "No more.\n"});
-    }
-    --next_delivery;
-    put_order(orders);
-    --orders; // a duplicate
-    put({"private@example.org", "cleo@example.net", "Unsubscribe 1039", "Please.\n"});
-    put({"private@example.org", "eva@example.net", "Unsubscribe 9999", "Please.\n"});
 }
 
 void imap_fault_site::put_order(int number)
 {
-    put({"orders@example.org", "bob@example.net", number % 2 ? QString("Order form") : QString("Order %1").arg(number),
-         order_body(number)});
+    put(order_mail(number, last_received + 1));
     ++orders;
 }
 
-timed_run imap_fault_site::fetch(quint16 port, const QStringList &variables) const
+void imap_fault_site::secure(const QString &how, const QString &trusted)
 {
-    return imap_program::fetch(port, user, variables);
+    security = how;
+    authority = trusted;
+}
+
+quint16 imap_fault_site::server_port() const
+{
+    return security == "tls" ? server.imaps_port : server.imap_port;
+}
+
+timed_run imap_fault_site::fetch(quint16 port, const QStringList &variables, driver_rights rights) const
+{
+    return fetch_as({"imap", port, user, security, authority}, variables, rights);
 }
 
 timed_run imap_fault_site::fetch_cleanly(driver_rights rights) const
 {
-    return imap_program::fetch(server.imap_port, user, {}, rights);
+    return fetch(server_port(), {}, rights);
 }
 
 // Dovecot writes a line as a session begins and one as it hangs up. It writes them late, and may still be about the
@@ -217,15 +104,6 @@ QStringList imap_fault_site::bodies_in(const QString &mail_folder) const
     return bodies;
 }
 
-QStringList imap_fault_site::expected_bodies() const
-{
-    QStringList bodies{QString("No more.\n")};
-    for (int number = 1; number <= orders; ++number)
-        bodies += order_body(number);
-    bodies.sort();
-    return bodies;
-}
-
 QString imap_fault_site::what_is_missing() const
 {
     if (in_inbox().size() + moved().size() != all_mails)
@@ -249,24 +127,5 @@ QString imap_fault_site::what_is_wrong_after_fetch() const
     const QStringList left = bodies_in({});
     if (std::any_of(left.begin(), left.end(), [](const QString &body) { return body.contains("Customer"); }))
         return "an order is still in the Inbox";
-    QStringList stored = stored_bodies();
-    stored.sort();
-    if (stored != expected_bodies())
-        return "not each mail is stored once: " + difference(stored, expected_bodies());
-    QStringList expected_in_map, found_in_map = in_map();
-    found_in_map.removeDuplicates(); // a pass that was ended may repeat rows, but not lose one
-    found_in_map.sort();
-    for (int number = 1; number <= orders; number += 2)
-        expected_in_map += QString("Customer %1").arg(number);
-    expected_in_map.sort();
-    if (found_in_map != expected_in_map)
-        return "the map's table: " + found_in_map.join(", ");
-    if (blocked() != QStringList{"ann@example.net", "bill@example.net", "cleo@example.net"})
-        return "the block list: " + blocked().join(", ");
-    return store_damage();
-}
-
-QString imap_fault_site::what_is_wrong_with_answers() const
-{
-    return answered() == blocked() ? QString() : "answers to " + answered().join(", ") + " for " + blocked().join(", ");
+    return what_is_wrong_in_store(orders);
 }

@@ -15,3 +15,7 @@ struct album {
 
 void picture_mail_client(const album &pictures, menuFrm &console);
 void picture_outbox(const album &pictures, menuFrm &console);
+
+// screens_album_setup.cpp
+void picture_setup(const album &pictures);
+void picture_accounts(const album &pictures, menuFrm &console);

@@ -21,9 +21,6 @@ QString registry_value(const QString &key)
 {
     if (!is_mail_program_key(key))
         return {};
-    const QString value = mail::has_folders(mail::configured_kind())
-                              ? QStringLiteral("\"\\OUTLOOK.EXE\" -c IPM.Note /m \"%1\"")
-                              : QStringLiteral("\"\\MAILER.EXE\" /m \"%1\"");
-    const qsizetype zero = value.indexOf(QChar(0));
-    return zero < 0 ? value : value.first(zero);
+    return mail::has_folders(mail::configured_kind()) ? QStringLiteral("\"\\OUTLOOK.EXE\" -c IPM.Note /m \"%1\"")
+                                                      : QStringLiteral("\"\\MAILER.EXE\" /m \"%1\"");
 }

@@ -1,6 +1,7 @@
-// The last screen: stands while the data is backed up, then the process ends.
+// The last screen: stands while the data is backed up, tells when that failed, then the process ends.
 #pragma once
 #include "screens/screen.h"
+#include <QElapsedTimer>
 #include <memory>
 
 namespace Ui {
@@ -21,8 +22,10 @@ protected:
 
 private:
     void Timer1_Timer();
+    void show_progress(const QString &what, qint64 done, qint64 total);
 
     std::unique_ptr<Ui::Exit_frm> ui;
     QTimer *Timer1;
     bool painted = false;
+    QElapsedTimer since_shown; // the last count on the screen
 };

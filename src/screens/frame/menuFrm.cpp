@@ -3,12 +3,15 @@
 #include "frame/error_log.h"
 #include "frame/help.h"
 #include "frame/messages.h"
+#include "frame/restore.h"
 #include "frame/session.h"
 #include "frame/status.h"
+#include "frame/store.h"
 #include "intake/progress_page.h"
 #include "platform/mail_delivery.h"
 #include "platform/network.h"
 #include "screens/frame/Exit_frm.h"
+#include "screens/frame/backup_frm.h"
 #include "screens/frame/closing.h"
 #include "screens/frame/console_area.h"
 #include "screens/frame/console_place.h"
@@ -69,6 +72,8 @@ menuFrm::menuFrm(QWidget *parent)
     Timer1->setObjectName("Timer1");
     Timer1->setInterval(tick_ms);
     build_menu();
+    works("bkp_folder_mnu", &menuFrm::bkp_folder_mnu_Click);
+    works("rst_bkp", &menuFrm::rst_bkp_Click);
     works("fetchmail", &menuFrm::fetchmail_Click);
     works("mauditor_mnu", &menuFrm::mauditor_mnu_Click);
     works("outbox_mnu", &menuFrm::outbox_mnu_Click);
@@ -192,6 +197,27 @@ void menuFrm::fetchmail_Click()
     if (page_written)
         the<mfetchinprogress_frm>().show_modal();
     unsetCursor();
+}
+
+void menuFrm::bkp_folder_mnu_Click()
+{
+    the<backup_frm>().show();
+}
+
+void menuFrm::rst_bkp_Click()
+{
+    bool restored = false;
+    setCursor(Qt::WaitCursor); // looking at a large file takes its time
+    const bool good = guarded("menuFrm.frm", "rst_bkp", [&] { restored = restore_backup(); });
+    unsetCursor();
+    if (!good) {
+        say("The back-up was not restored. " + session.err_description, "Tessaly", message_icon::exclamation);
+        guarded("menuFrm.frm", "rst_bkp", open_store_if_closed);
+    }
+    if (!restored)
+        return;
+    closing = true;
+    end_program();
 }
 
 void menuFrm::mauditor_mnu_Click()

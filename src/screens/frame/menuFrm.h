@@ -36,6 +36,8 @@ private:
     QAction *command(const char *name) const;
     void works(const char *name, void (menuFrm::*handler)());
 
+    void bkp_folder_mnu_Click();
+    void rst_bkp_Click();
     void fetchmail_Click();
     void mauditor_mnu_Click();
     void outbox_mnu_Click();

@@ -8,6 +8,7 @@ const std::vector<menu_entry> &menu_tree()
         {2, false, "import1", "&Import"},
         {2, false, "export", "&Export"},
         {2, false, "dma", "&Manager"},
+        {1, false, "bkp_folder_mnu", "&Back-up Folder"},
         {1, false, "rst_bkp", "Restore from Backup"},
         {1, false, "exit", "E&xit"},
 

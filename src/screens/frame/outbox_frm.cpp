@@ -9,6 +9,7 @@
 #include "ui_outbox_frm.h"
 
 #include <QElapsedTimer>
+#include <QKeyEvent>
 #include <QScrollBar>
 #include <QSet>
 #include <QTimer>
@@ -183,6 +184,14 @@ void outbox_frm::now_b_Click()
 void outbox_frm::close_b_Click()
 {
     unload();
+}
+
+void outbox_frm::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_Delete && ui->LV_outbox->hasFocus())
+        ui->delete_b->click();
+    else
+        screen::keyPressEvent(event);
 }
 
 QSize outbox_frm::sizeHint() const

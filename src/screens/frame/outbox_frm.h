@@ -26,6 +26,9 @@ public:
     void delivery_told(const delivery::report &told); // the list follows a little later
     QSize sizeHint() const override;
 
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+
 private:
     void show_mails();
     void show_summary(const delivery::report &told);

@@ -1,10 +1,8 @@
 #include "screens/frame/outbox_list.h"
 #include "frame/outbox_words.h"
 #include "frame/text.h"
-#include "screens/icons.h"
 
-#include <QStringList>
-#include <algorithm>
+#include <numeric>
 
 namespace {
 
@@ -21,67 +19,30 @@ QString on_one_line(QString text)
 
 }
 
+outbox_list::outbox_list(QObject *parent) : sorted_list({"To", "Subject", "State", "Why", "Handed over"}, parent) {}
+
 void outbox_list::set_mails(std::vector<outbox::kept_mail> new_mails, bool sending_is_on)
 {
     beginResetModel();
     sending = sending_is_on;
     mails = std::move(new_mails);
-    sort_mails();
+    std::vector<int> all(mails.size());
+    std::iota(all.begin(), all.end(), 0);
+    show_lines(std::move(all));
     endResetModel();
 }
 
-int outbox_list::row_of(const QString &id) const
+int outbox_list::compare(size_t a, size_t b, int head) const
 {
-    const auto found = std::find_if(mails.begin(), mails.end(), [&](const auto &mail) { return mail.id == id; });
-    return found == mails.end() ? -1 : int(found - mails.begin());
-}
-
-void outbox_list::sort_mails()
-{
-    if (sorted_by < 0)
-        return;
-    std::stable_sort(mails.begin(), mails.end(), [this](const outbox::kept_mail &a, const outbox::kept_mail &b) {
-        const int order = sorted_by == time_column
-                              ? (a.handed_over < b.handed_over ? -1 : int(b.handed_over < a.handed_over))
-                              : compare_case_blind(text(a, sorted_by), text(b, sorted_by));
-        return sort_order == Qt::AscendingOrder ? order < 0 : order > 0;
-    });
-}
-
-void outbox_list::sort(int head, Qt::SortOrder order)
-{
-    emit layoutAboutToBeChanged();
-    const QModelIndexList kept = persistentIndexList(); // the selection follows its mails
-    QStringList ids;
-    for (const QModelIndex &index : kept)
-        ids += mail(index.row()).id;
-    sorted_by = head;
-    sort_order = order;
-    sort_mails();
-    QHash<QString, int> row_of_id;
-    for (int row = 0; row < rowCount(); ++row)
-        row_of_id[mail(row).id] = row;
-    QModelIndexList moved;
-    for (qsizetype n = 0; n < kept.size(); ++n)
-        moved += index(row_of_id[ids[n]], kept[n].column());
-    changePersistentIndexList(kept, moved);
-    emit layoutChanged();
-    emit headerDataChanged(Qt::Horizontal, 0, columnCount() - 1);
+    const outbox::kept_mail &one = mails[a], &other = mails[b];
+    if (head == time_column)
+        return one.handed_over < other.handed_over ? -1 : int(other.handed_over < one.handed_over);
+    return compare_case_blind(text(one, head), text(other, head));
 }
 
 QString outbox_list::why(const outbox::kept_mail &mail) const
 {
     return outbox_words::why(mail, sending);
-}
-
-int outbox_list::rowCount(const QModelIndex &parent) const
-{
-    return parent.isValid() ? 0 : int(mails.size());
-}
-
-int outbox_list::columnCount(const QModelIndex &parent) const
-{
-    return parent.isValid() ? 0 : time_column + 1;
 }
 
 QString outbox_list::text(const outbox::kept_mail &mail, int head) const
@@ -110,27 +71,4 @@ QVariant outbox_list::data(const QModelIndex &index, int role) const
     if (role == Qt::ToolTipRole) // never taken for HTML, and wrapped
         return "<qt>" + left(why(one), 2000).toHtmlEscaped() + "</qt>";
     return {};
-}
-
-QString outbox_list::sort_mark(int section) const
-{
-    if (section != sorted_by)
-        return QStringLiteral("keynone");
-    return sort_order == Qt::AscendingOrder ? QStringLiteral("key1") : QStringLiteral("key2");
-}
-
-QVariant outbox_list::headerData(int section, Qt::Orientation orientation, int role) const
-{
-    if (orientation != Qt::Horizontal)
-        return {};
-    switch (role) {
-    case Qt::DisplayRole:
-        return QStringList{"To", "Subject", "State", "Why", "Handed over"}.value(section);
-    case Qt::DecorationRole:
-        return drawn_picture(sort_mark(section), 12);
-    case Qt::WhatsThisRole:
-        return sort_mark(section);
-    default:
-        return {};
-    }
 }

@@ -1,37 +1,28 @@
 #include "screens/intake/mail_list.h"
 #include "frame/text.h"
-#include "screens/icons.h"
 
-#include <algorithm>
-
-namespace {
-
-int compare_lines(const intake::mail_line &a, const intake::mail_line &b, int head)
+int mail_list::compare(size_t a, size_t b, int head) const
 {
+    const intake::mail_line &one = lines[a], &other = lines[b];
     switch (head) {
-    case mail_list::who_column:
-        return compare_case_blind(a.who, b.who);
-    case mail_list::subject_column:
-        return compare_case_blind(a.subject, b.subject);
+    case who_column:
+        return compare_case_blind(one.who, other.who);
+    case subject_column:
+        return compare_case_blind(one.subject, other.subject);
     default:
         break;
     }
     // The same order as that of the keys of digits, without making a hundred thousand texts.
-    if (a.date.isValid() && b.date.isValid())
-        return a.date < b.date ? -1 : b.date < a.date ? 1 : 0;
-    return int(a.date.isValid()) - int(b.date.isValid());
+    if (one.date.isValid() && other.date.isValid())
+        return one.date < other.date ? -1 : other.date < one.date ? 1 : 0;
+    return int(one.date.isValid()) - int(other.date.isValid());
 }
-
-}
-
-mail_list::mail_list(const QStringList &heads, QObject *parent) : QAbstractTableModel(parent), captions(heads) {}
 
 void mail_list::set_lines(std::vector<intake::mail_line> new_lines)
 {
     beginResetModel();
     lines = std::move(new_lines);
-    select_shown();
-    sort_shown();
+    show_lines(lines_to_show());
     endResetModel();
 }
 
@@ -39,60 +30,19 @@ void mail_list::set_filter(const QString &words)
 {
     beginResetModel();
     filter = trim(words);
-    select_shown();
-    sort_shown();
+    show_lines(lines_to_show());
     endResetModel();
 }
 
-void mail_list::select_shown()
+std::vector<int> mail_list::lines_to_show() const
 {
-    shown.clear();
+    std::vector<int> wanted;
     for (size_t index = 0; index < lines.size(); ++index) {
         const auto &one = lines[index];
         if (filter.isEmpty() || contains_text(one.who, filter) || contains_text(one.subject, filter))
-            shown.push_back(int(index));
+            wanted.push_back(int(index));
     }
-}
-
-void mail_list::sort_shown()
-{
-    if (sorted_by < 0)
-        return;
-    std::stable_sort(shown.begin(), shown.end(), [this](int a, int b) {
-        const int order = compare_lines(lines[size_t(a)], lines[size_t(b)], sorted_by);
-        return sort_order == Qt::AscendingOrder ? order < 0 : order > 0;
-    });
-}
-
-void mail_list::sort(int head, Qt::SortOrder order)
-{
-    emit layoutAboutToBeChanged();
-    const QModelIndexList kept = persistentIndexList(); // the selection follows its mails
-    std::vector<int> kept_lines;
-    for (const QModelIndex &index : kept)
-        kept_lines.push_back(shown[size_t(index.row())]);
-    sorted_by = head;
-    sort_order = order;
-    sort_shown();
-    std::vector<int> row_of(lines.size());
-    for (size_t row = 0; row < shown.size(); ++row)
-        row_of[size_t(shown[row])] = int(row);
-    QModelIndexList moved;
-    for (qsizetype n = 0; n < kept.size(); ++n)
-        moved += index(row_of[size_t(kept_lines[size_t(n)])], kept[n].column());
-    changePersistentIndexList(kept, moved);
-    emit layoutChanged();
-    emit headerDataChanged(Qt::Horizontal, 0, columnCount() - 1);
-}
-
-int mail_list::rowCount(const QModelIndex &parent) const
-{
-    return parent.isValid() ? 0 : int(shown.size());
-}
-
-int mail_list::columnCount(const QModelIndex &parent) const
-{
-    return parent.isValid() ? 0 : int(captions.size());
+    return wanted;
 }
 
 QVariant mail_list::data(const QModelIndex &index, int role) const
@@ -109,28 +59,5 @@ QVariant mail_list::data(const QModelIndex &index, int role) const
         return one.subject;
     default:
         return one.date.isValid() ? us_date_time(one.date) : QString();
-    }
-}
-
-QString mail_list::sort_mark(int section) const
-{
-    if (section != sorted_by)
-        return QStringLiteral("keynone");
-    return sort_order == Qt::AscendingOrder ? QStringLiteral("key1") : QStringLiteral("key2");
-}
-
-QVariant mail_list::headerData(int section, Qt::Orientation orientation, int role) const
-{
-    if (orientation != Qt::Horizontal)
-        return {};
-    switch (role) {
-    case Qt::DisplayRole:
-        return captions.value(section);
-    case Qt::DecorationRole:
-        return drawn_picture(sort_mark(section), 12);
-    case Qt::WhatsThisRole:
-        return sort_mark(section);
-    default:
-        return {};
     }
 }

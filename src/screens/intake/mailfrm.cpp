@@ -8,6 +8,7 @@
 #include "frame/store.h"
 #include "frame/text.h"
 #include "intake/fetch.h"
+#include "intake/fit_reasons.h"
 #include "intake/mail_lines.h"
 #include "intake/mail_source.h"
 #include "intake/map_parser.h"
@@ -47,6 +48,24 @@ QString shown_head(QString text)
     return text.size() <= most_shown ? text : left(text, most_shown) + " ...";
 }
 
+QString why_not_text(const std::vector<intake::fit_reason> &reasons)
+{
+    if (reasons.empty())
+        return "No map was made for this account yet. Mail > Mail Mapping Wizard makes one from a mail such as this.";
+    QStringList lines;
+    for (const intake::fit_reason &each : reasons)
+        lines += each.map + ": " + (each.reason.isEmpty() ? "it fits, and is taken at the next fetch." : each.reason);
+    return lines.join(u'\n');
+}
+
+// As high as its lines, up to five of them.
+void fit_height(QPlainTextEdit &box)
+{
+    const int lines = qBound(1, box.document()->blockCount(), 5);
+    const int margins = int(2 * box.document()->documentMargin()) + 2 * box.frameWidth();
+    box.setFixedHeight(lines * box.fontMetrics().lineSpacing() + margins);
+}
+
 // The line whose mail is read: the one with the keyboard's frame, else the first of the selected ones.
 QModelIndex selected_line(const list_view &view)
 {
@@ -71,6 +90,7 @@ mailfrm::mailfrm(QWidget *parent)
     ui->qt_splitter->setStretchFactor(0, 3);
     ui->qt_splitter->setStretchFactor(1, 2);
     set_up_lists();
+    show_no_mail();
 
     connect(ui->LV_sub->selectionModel(), &QItemSelectionModel::selectionChanged, this, &mailfrm::LV_sub_Click);
     connect(ui->LV_sub_si->selectionModel(), &QItemSelectionModel::selectionChanged, this, &mailfrm::LV_sub_si_Click);
@@ -159,6 +179,8 @@ void mailfrm::fetch_and_parse()
     fetch_mail();
     store_lvindex();
     intake::parse_unprocessed_mails();
+    intake::finish_fetch();
+    intake::raise_cut();
     end_auto_fetch_pause();
     before_outside_effect(); // a pass that cannot be kept is a failure that is told, not a loss that nobody hears of
     intake::close_mail_source();
@@ -197,6 +219,7 @@ void mailfrm::populate_sentitems_tbl()
 void mailfrm::show_no_mail()
 {
     ui->lbl_from->clear();
+    ui->why_fr->hide();
     ui->txt_body->clear();
 }
 
@@ -207,14 +230,26 @@ void mailfrm::show_mail(const intake::mail_text &mail, const QString &who_captio
     ui->txt_body->setPlainText(shown_text(mail.body));
 }
 
+void mailfrm::show_why_not(const intake::mail_line &line)
+{
+    ui->why_t->setPlainText(why_not_text(intake::fit_reasons(line.table, line.id)));
+    fit_height(*ui->why_t);
+    ui->why_fr->show();
+}
+
 void mailfrm::LV_sub_Click()
 {
     show_no_mail();
     const QModelIndex current = selected_line(*ui->LV_sub);
     if (!current.isValid())
         return;
-    guarded("Mailfrm.frm", "LV_sub",
-            [&] { show_mail(intake::stored_mail_text(inbox_rows->line(current.row())), "From:  "); });
+    guarded("Mailfrm.frm", "LV_sub", [&] {
+        const intake::mail_line &line = inbox_rows->line(current.row());
+        const intake::mail_text mail = intake::stored_mail_text(line);
+        show_mail(mail, "From:  ");
+        if (mail.unprocessed)
+            show_why_not(line);
+    });
 }
 
 void mailfrm::LV_sub_si_Click()

@@ -9,6 +9,7 @@ namespace Ui {
 class mailfrm;
 }
 namespace intake {
+struct mail_line;
 struct mail_text;
 }
 class list_view;
@@ -42,6 +43,7 @@ private:
     void set_up_list(list_view &view, mail_list &rows, const QString &name);
     void show_no_mail();
     void show_mail(const intake::mail_text &mail, const QString &who_caption);
+    void show_why_not(const intake::mail_line &line);
     void LV_sub_Click();
     void LV_sub_si_Click();
     void inb_Click();

@@ -1,5 +1,6 @@
 #include "screens/preferences/mail_client_fields.h"
 #include "frame/text.h"
+#include "screens/preferences/mail_client_choices.h"
 #include "ui_mail_client_frm.h"
 
 namespace {
@@ -8,27 +9,6 @@ const char *const in_file =
     "\u26a0 No keyring answers here: the password will lie unencrypted in the settings file, which "
     "only your own login may open.";
 const char *const readable = "\u26a0 Not encrypted: the password and every mail can be read on their way.";
-
-// In the order of the list's lines.
-constexpr std::array securities{mail::security::tls, mail::security::starttls, mail::security::none};
-constexpr std::array roads{mail::send_by::smtp, mail::send_by::sendmail, mail::send_by::keep};
-
-template <typename Values, typename Value>
-int line_of(const Values &values, Value value)
-{
-    return int(std::find(values.begin(), values.end(), value) - values.begin());
-}
-
-QString text_in(const QLineEdit &field)
-{
-    return field.text().trimmed(); // names and addresses are pasted with tabs and line ends around them
-}
-
-bool is_whole_address(const QString &address)
-{
-    const qsizetype at = address.lastIndexOf(u'@');
-    return at > 0 && address.indexOf(u'.', at) > at + 1 && !address.endsWith(u'.');
-}
 
 }
 
@@ -98,12 +78,9 @@ void mail_client_fields::show_entries(const mail_page::entries &stored)
     mbox = settings.mbox;
     ui.path_t->setText(kind == mail::client_kind::mbox ? mbox : maildir);
     ui.address_t->setText(stored.address);
-    ui.password_t->setText(stored.password);
     show_server(fetching, settings.incoming);
     show_server(sending, settings.smtp);
     ui.send_c->setCurrentIndex(line_of(roads, settings.sending));
-    ui.other_password_c->setChecked(stored.smtp_password.has_value());
-    ui.smtp_password_t->setText(stored.smtp_password.value_or(QString()));
     ui.from_t->setText(settings.from);
     ui.per_hour_s->setValue(settings.mailings_per_hour);
     ui.no_login_c->setChecked(!settings.smtp_logs_in);
@@ -111,15 +88,35 @@ void mail_client_fields::show_entries(const mail_page::entries &stored)
     ui.token_command_t->setText(settings.token_command);
     ui.authority_t->setText(settings.authority_file);
     filling = false;
+    own.clear();
+    if (settings.configured)
+        own += ui.send_c;
+    const mail::address_guess guess = mail::guess_from_address(stored.address);
+    mark_stored_as_own(fetching, kind == mail::client_kind::pop3 ? guess.pop3 : guess.imap, stored.address);
+    mark_stored_as_own(sending, guess.smtp, stored.address);
+    if (!settings.from.isEmpty() && settings.from != stored.address)
+        own += ui.from_t;
+    show_what_applies();
+    fill_by_address();
+}
+
+void mail_client_fields::show_passwords(const mail_page::entries &stored)
+{
+    ui.password_t->setText(stored.password);
+    ui.other_password_c->setChecked(stored.smtp_password.has_value());
+    ui.smtp_password_t->setText(stored.smtp_password.value_or(QString()));
     using passwords::place;
     const place before = passwords::where(passwords::of::mailbox);
     lies_in_file = (before == place::nowhere ? passwords::will_lie() : before) == place::settings_file;
-    if (settings.configured) // what was saved once is the user's own
-        own = {ui.security_c, ui.smtp_security_c, ui.send_c, ui.port_s, ui.smtp_port_s};
-    for (QLineEdit *field : {ui.host_t, ui.user_t, ui.smtp_host_t, ui.smtp_user_t, ui.from_t})
-        mark_as_own(*field);
     show_what_applies();
-    fill_by_address();
+}
+
+void mail_client_fields::show_asking(bool asks)
+{
+    asks_keyring = asks;
+    for (QLineEdit *field : {ui.password_t, ui.smtp_password_t})
+        field->setPlaceholderText(asks ? "asking the keyring ..." : QString());
+    show_what_applies();
 }
 
 mail::server mail_client_fields::typed_server(const server_fields &fields) const
@@ -171,48 +168,6 @@ void mail_client_fields::show_found(const mail::client_settings &found)
     show_what_applies();
 }
 
-void mail_client_fields::fill_text(QLineEdit &field, const QString &value)
-{
-    if (!own.contains(&field))
-        field.setText(value);
-}
-
-// A provider's server is filled in. A name that is only likely is shown as what Test will try.
-void mail_client_fields::fill_server(const server_fields &fields, const std::vector<mail::server_guess> &guesses,
-                                     const QString &user)
-{
-    const bool is_known = !guesses.empty() && guesses.front().is_known;
-    const mail::server place = is_known ? guesses.front().place : mail::server();
-    if (!own.contains(fields.security))
-        fields.security->setCurrentIndex(line_of(securities, place.secured));
-    if (!own.contains(fields.port))
-        fields.port->setValue(place.port);
-    fill_text(*fields.host, place.host);
-    fill_text(*fields.user, user);
-    fields.host->setPlaceholderText(
-        is_known || guesses.empty() ? QString() : "found by Test: " + guesses.front().place.host + " ...");
-}
-
-void mail_client_fields::fill_by_address()
-{
-    const QString address = text_in(*ui.address_t);
-    const bool is_whole = is_whole_address(address);
-    const mail::address_guess guess = is_whole ? mail::guess_from_address(address) : mail::address_guess();
-    const auto &incoming = kind() == mail::client_kind::pop3 ? guess.pop3 : guess.imap;
-    const QString user = is_whole && !incoming.empty() ? incoming.front().place.user : QString();
-    const bool is_alone = !mail_page::needs_server(kind()); // no login of a mailbox that would do for sending
-    filling = true;
-    if (is_whole && !own.contains(ui.send_c))
-        ui.send_c->setCurrentIndex(line_of(roads, mail::send_by::smtp));
-    fill_server(fetching, incoming, user.isEmpty() && is_whole ? address : user);
-    fill_server(sending, guess.smtp, is_alone && is_whole ? address : QString());
-    fill_text(*ui.from_t, is_whole ? address : QString());
-    filling = false;
-    ui.provider_l->setText(guess.note);
-    ui.provider_l->setVisible(!guess.note.isEmpty());
-    show_what_applies();
-}
-
 void mail_client_fields::kind_Click()
 {
     (shown_kind == mail::client_kind::mbox ? mbox : maildir) = text_in(*ui.path_t);
@@ -234,7 +189,7 @@ void mail_client_fields::show_what_applies()
     for (QWidget *one : std::initializer_list<QWidget *>{ui.password_lb, ui.password_t, ui.show_c})
         one->setVisible(is_server);
     const bool prints_token = ui.token_c->isChecked() && !text_in(*ui.token_command_t).isEmpty();
-    ui.password_t->setEnabled(!prints_token);
+    ui.password_t->setEnabled(!prints_token && !asks_keyring);
     ui.password_lb->setText(ui.token_c->isChecked() ? "&Access token:" : "&Password:");
     ui.password_t->setAccessibleName(ui.token_c->isChecked() ? "Access token" : "Password");
     ui.token_command_lb->setEnabled(ui.token_c->isChecked());
@@ -259,7 +214,8 @@ void mail_client_fields::show_sending_that_applies()
     ui.smtp_user_lb->setEnabled(logs_in);
     ui.smtp_user_t->setEnabled(logs_in);
     ui.smtp_user_t->setPlaceholderText(is_alone ? QString() : "as for fetching");
-    ui.other_password_c->setEnabled(logs_in);
+    ui.other_password_c->setEnabled(logs_in && !asks_keyring);
+    ui.smtp_password_t->setEnabled(!asks_keyring);
     ui.other_password_c->setVisible(!is_alone);
     ui.smtp_password_lb->setVisible(own_password);
     ui.smtp_password_t->setVisible(own_password);

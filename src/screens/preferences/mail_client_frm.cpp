@@ -51,10 +51,34 @@ void mail_client_frm::Load()
 {
     guarded("mail_client_frm.frm", "Form_load", [this] {
         ui->in_force_l->setText(mail_page::in_force_text());
-        fields->show_entries(mail_page::stored_entries());
+        fields->show_entries(mail_page::stored_settings());
         as_opened = fields->typed_entries();
+        if (passwords::ask(this, [this] { passwords_come(); }))
+            show_asking(true);
+        else
+            passwords_come();
     });
     ui->address_t->setFocus();
+}
+
+void mail_client_frm::passwords_come()
+{
+    show_asking(false);
+    guarded("mail_client_frm.frm", "Form_load", [this] {
+        mail_page::entries stored = mail_page::stored_settings();
+        mail_page::add_passwords(stored);
+        fields->show_passwords(stored);
+        const mail_page::entries shown = fields->typed_entries();
+        as_opened->password = shown.password; // the rest may have been typed over meanwhile
+        as_opened->smtp_password = shown.smtp_password;
+    });
+}
+
+void mail_client_frm::show_asking(bool asks)
+{
+    fields->show_asking(asks);
+    ui->ok_b->setEnabled(!asks);
+    ui->test_b->setEnabled(!asks);
 }
 
 void mail_client_frm::set_check(check_thread::routine other)
@@ -86,9 +110,8 @@ void mail_client_frm::authority_b_Click()
 void mail_client_frm::test_b_Click()
 {
     const mail_page::entries typed = fields->typed_entries();
-    if (mail_page::needs_server(typed.settings.kind) && typed.address.isEmpty() &&
-        typed.settings.incoming.host.isEmpty())
-        return say("Please type your mail address first.", page_title);
+    if (const auto fault = mail_page::untestable(typed))
+        return tell_fault(*fault, message_icon::information);
     tested = typed.settings;
     clear_steps(*ui->steps_li);
     ui->result_l->setText("Testing ...");
@@ -152,15 +175,18 @@ void mail_client_frm::outbox_b_Click()
     the<outbox_frm>().show();
 }
 
+void mail_client_frm::tell_fault(const mail_page::fault &fault, message_icon icon)
+{
+    say(fault.words, page_title, icon);
+    if (auto *field = findChild<QWidget *>(fault.field))
+        field->setFocus();
+}
+
 void mail_client_frm::ok_b_Click()
 {
     const mail_page::entries typed = fields->typed_entries();
-    if (const auto fault = mail_page::first_fault(typed)) {
-        say(fault->words, page_title, message_icon::exclamation);
-        if (auto *field = findChild<QWidget *>(fault->field))
-            field->setFocus();
-        return;
-    }
+    if (const auto fault = mail_page::first_fault(typed))
+        return tell_fault(*fault, message_icon::exclamation);
     const bool was_in_file = passwords::where(passwords::of::mailbox) == passwords::place::settings_file;
     auto place = passwords::place::nowhere;
     if (!guarded("mail_client_frm.frm", "ok_b", [&] { place = mail_page::save(typed); }))
@@ -199,6 +225,14 @@ void mail_client_frm::keyPressEvent(QKeyEvent *event)
         press_default_button();
     else
         screen::keyPressEvent(event);
+}
+
+// Where there is no room for two columns, the second one stands below the first.
+void mail_client_frm::resizeEvent(QResizeEvent *event)
+{
+    constexpr int room_for_two = 800;
+    ui->qt_columns->setDirection(width() < room_for_two ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
+    screen::resizeEvent(event);
 }
 
 QSize mail_client_frm::sizeHint() const

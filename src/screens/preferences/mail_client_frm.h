@@ -2,6 +2,7 @@
 // works. Its fields: mail_client_fields.h. What must be right before it saves: frame/mail_client_page.h.
 #pragma once
 #include "frame/mail_client_page.h"
+#include "frame/messages.h"
 #include "screens/preferences/check_thread.h"
 #include "screens/screen.h"
 #include <memory>
@@ -27,8 +28,12 @@ public:
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
 
 private:
+    void passwords_come();
+    void show_asking(bool asks);
+    void tell_fault(const mail_page::fault &fault, message_icon icon);
     void show_c_Click();
     void path_b_Click();
     void authority_b_Click();

@@ -1,5 +1,6 @@
 #include "screens/preferences/page_list.h"
 #include "screens/preferences/Accounts.h"
+#include "screens/preferences/Format_mail_frm.h"
 #include "screens/preferences/mail_client_frm.h"
 
 #include <QComboBox>
@@ -43,7 +44,7 @@ const std::vector<listed_page> &all_pages()
         {accounts, "ACCOUNTS", show_page<Accounts>, leave_page<Accounts>},
         {labels, "LABELS", nullptr, nullptr},
         {online_form, "ONLINE FORM", nullptr, nullptr},
-        {map_mails, "MAP MAILS", nullptr, nullptr},
+        {map_mails, "MAP MAILS", show_page<Format_mail_frm>, leave_page<Format_mail_frm>},
         {mail_client, "MAIL CLIENT", show_page<mail_client_frm>, leave_mail_client},
     };
     return pages;

@@ -1,22 +1,26 @@
+// Known mails: what is asked for, and what comes. New mails: new_ranges.cpp.
 #include "platform/real/imap/body_ranges.h"
+#include "platform/real/imap/range_limits.h"
 #include <algorithm>
 
 namespace imap {
 
 namespace {
 
-constexpr size_t mails_a_range = 500;
-constexpr qint64 bytes_a_range = 8 * 1024 * 1024;
-constexpr qint64 presumed_size = 64 * 1024; // of a mail that the server tells no size of
-constexpr int ranges_ahead = 2;
+constexpr qint64 presumed_size = 64 * 1024;             // of a mail that the server tells no size of
+constexpr int ranges_ahead = 2;                         // however big they are
+constexpr int small_ranges_ahead = 8;                   // so that the server has bodies sent before it comes to a move
 constexpr qint64 most_bytes_waiting = 40 * 1024 * 1024; // only a server that lies about sizes gets there
 
 }
 
-void body_ranges::begin(const std::vector<quint32> &uids)
+void body_ranges::begin(const std::vector<quint32> &wanted, const std::vector<quint32> &new_mails,
+                        wanted_test wanted_ones)
 {
     stop();
-    waiting = uids;
+    waiting = wanted;
+    fresh = new_mails;
+    test = std::move(wanted_ones);
     connected = box.times_connected();
     ask_ahead();
 }
@@ -27,10 +31,14 @@ void body_ranges::stop()
     is_current = std::make_shared<bool>(true);
     waiting.clear();
     one_by_one.clear();
+    fresh.clear();
+    heads_first.clear();
     arrived.clear();
     refused.clear();
-    at = 0;
-    bytes_arrived = 0;
+    at = fresh_at = ready = 0;
+    knows_fresh = heads_come_first = false;
+    fresh_bytes = fresh_came = 0;
+    bytes_arrived = bytes_under_way = 0;
     under_way = 0;
 }
 
@@ -58,12 +66,18 @@ body_ranges::range body_ranges::next_range()
         next.bytes += size;
     }
     next.is_huge = next.uids.size() == 1 && next.bytes > most_literal_bytes;
-    return next;
+    return next.uids.empty() ? next_new_range() : next;
+}
+
+bool body_ranges::may_ask() const
+{
+    return bytes_arrived < bytes_a_range &&
+           (under_way < ranges_ahead || (under_way < small_ranges_ahead && bytes_under_way < bytes_a_range));
 }
 
 void body_ranges::ask_ahead()
 {
-    while (under_way < ranges_ahead) {
+    while (may_ask()) {
         range next = next_range();
         if (next.uids.empty())
             return;
@@ -74,8 +88,11 @@ void body_ranges::ask_ahead()
 void body_ranges::ask(range wanted)
 {
     ++under_way;
-    const QByteArray part = wanted.is_huge ? "<0." + QByteArray::number(most_literal_bytes) + '>' : QByteArray();
-    const QByteArray command = "UID FETCH " + uid_set(wanted.uids) + " (UID BODY.PEEK[]" + part + ')';
+    bytes_under_way += wanted.bytes;
+    const qint64 most = wanted.is_huge ? most_literal_bytes : wanted.is_new ? big_mail : 0;
+    const QByteArray part = most ? "<0." + QByteArray::number(most) + '>' : QByteArray();
+    const char *const items = wanted.is_new ? " (UID INTERNALDATE BODY.PEEK[]" : " (UID BODY.PEEK[]";
+    const QByteArray command = "UID FETCH " + uid_set(wanted.uids) + items + part + ')';
     const auto its = std::make_shared<range>(std::move(wanted));
     const std::shared_ptr<bool> still = is_current;
     box.server().ask(
@@ -98,11 +115,39 @@ bool body_ranges::take(range &of, const response &from, const answer &said)
     if (its == of.uids.end() || *its != mail.uid)
         return false;
     of.uids.erase(its);
-    if (bytes_arrived + mail.body->size() > most_bytes_waiting)
-        return true;
-    bytes_arrived += mail.body->size();
-    arrived.push_back({mail.uid, mail.body->toByteArray()});
+    if (of.is_new)
+        take_new(of, mail);
+    else
+        keep(mail.uid, *mail.body);
     return true;
+}
+
+// At its place, if one was kept for it.
+void body_ranges::keep(quint32 uid, QByteArrayView bytes)
+{
+    if (bytes_arrived + bytes.size() > most_bytes_waiting)
+        return lose_place(uid);
+    bytes_arrived += bytes.size();
+    if (has_place(uid)) {
+        arrived.front().bytes = bytes.toByteArray();
+        arrived.front().is_here = true;
+        return;
+    }
+    arrived.push_back({uid, bytes.toByteArray()});
+    ready += ready + 1 == arrived.size();
+}
+
+bool body_ranges::has_place(quint32 uid) const
+{
+    return ready > 0 && arrived.front().uid == uid && !arrived.front().is_here;
+}
+
+void body_ranges::lose_place(quint32 uid)
+{
+    if (!has_place(uid))
+        return;
+    arrived.pop_front();
+    --ready;
 }
 
 // What did not come is gone, when the server says that all is well. Otherwise one bad mail may have kept the others
@@ -110,9 +155,15 @@ bool body_ranges::take(range &of, const response &from, const answer &said)
 void body_ranges::end(range &of, const answer &said)
 {
     --under_way;
+    bytes_under_way -= of.bytes;
     if (!of.uids.empty())
         box.doubt();
-    if (said.said == status::ok || is(said.code, "EXPUNGEISSUED"))
+    const bool is_refused = said.said != status::ok && !is(said.code, "EXPUNGEISSUED");
+    if (of.is_new)
+        return end_new(of, is_refused);
+    if (of.uids.size() == 1)
+        lose_place(of.uids.front());
+    if (!is_refused)
         return;
     if (of.uids.size() > 1)
         one_by_one.insert(one_by_one.begin(), of.uids.rbegin(), of.uids.rend());
@@ -124,17 +175,24 @@ std::optional<arrived_mail> body_ranges::next()
 {
     if (connected != box.times_connected())
         stop(); // UIDs of another connection may mean other mails
-    ask_ahead();
-    while (arrived.empty() && under_way > 0) {
-        box.server().listen();
+    while (true) {
         ask_ahead();
+        if (ready > 0 && arrived.front().is_here) {
+            arrived_mail mail = std::move(arrived.front());
+            arrived.pop_front();
+            --ready;
+            bytes_arrived -= mail.bytes.size();
+            return mail;
+        }
+        if (ready > 0 && !arrived.front().was_asked)
+            ask_for_big_ones();
+        else if (under_way > 0)
+            box.server().listen();
+        else if (!heads_first.empty() || (heads_come_first && fresh_at < fresh.size()))
+            read_other_heads();
+        else
+            return std::nullopt;
     }
-    if (arrived.empty())
-        return std::nullopt;
-    arrived_mail mail = std::move(arrived.front());
-    arrived.pop_front();
-    bytes_arrived -= mail.bytes.size();
-    return mail;
 }
 
 }

@@ -1,29 +1,21 @@
-// One mail of an IMAP folder, with its bytes, and the answer to it.
+// One mail of an IMAP folder, with its bytes, and how it moves.
 #pragma once
 #include "platform/real/imap/body_ranges.h"
 #include "platform/real/imap/move_queue.h"
-#include "platform/real/mail/header_block.h"
+#include "platform/real/mail/read_item.h"
 
 namespace imap {
 
-class item : public outlook::MailItem {
+// The whole mail is at hand here, so its own header speaks, as in a Maildir: a server may see no field in a line that
+// ends in a lone CR.
+class item : public mail::read_item {
 public:
-    item(const listed_mail &mail, QByteArray fetched, std::shared_ptr<move_queue> queue);
+    item(const listed_mail &mail, QByteArray fetched, const std::shared_ptr<move_queue> &queue);
 
-    QString To() const override { return to; }
-    QString Subject() const override { return subject; }
-    QString body() override;
-    QString SenderName() const override;
-    QDateTime ReceivedTime() const override;
-    std::unique_ptr<outlook::ReplyItem> Reply() override;
     void Move(outlook::MailFolder &target) override; // only to a folder of the same client
 
 private:
     quint32 uid;
-    qint64 received;
-    QByteArray bytes;
-    mime::header_block head;
-    QString to, subject;
     std::shared_ptr<move_queue> moves;
 };
 

@@ -31,8 +31,11 @@ outlook::MailItem *walk::Find(const QString &, const outlook::wanted_mails &want
         box->refresh();
     told = 0;
     cut.reset();
-    tell_unreadable(box->list.without_head());
-    bodies.begin(box->list.wanted(wanted));
+    const std::vector<quint32> unread = box->unread_heads();
+    std::vector<quint32> without_head = box->list.without_head();
+    without_head.resize(without_head.size() - unread.size());
+    tell_unreadable(without_head);
+    bodies.begin(box->list.wanted(wanted), unread, wanted.test);
     walking = true;
     return FindNext();
 }
@@ -43,7 +46,9 @@ outlook::MailItem *walk::FindNext()
     if (moves->is_full())
         moves->send();
     current = next_item();
-    if (!current)
+    if (!current && moves_may_run)
+        moves->send();
+    else if (!current)
         finish_moves();
     return current.get();
 }

@@ -14,6 +14,7 @@ public:
     outlook::MailItem *FindNext() override;
     bool raise_next_failure() override;
     void finish_moves() override;
+    void let_moves_run() override { moves_may_run = true; }
 
 private:
     void tell_unreadable(const std::vector<quint32> &uids);
@@ -24,6 +25,7 @@ private:
     body_ranges bodies;
     mutable bool counted = false;
     bool walking = false;
+    bool moves_may_run = false;        // behind the end of the walk
     std::optional<run_time_error> cut; // what ended the walk before its end
     std::unique_ptr<outlook::MailItem> current;
     std::deque<run_time_error> unreadable; // not raised yet

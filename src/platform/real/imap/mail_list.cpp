@@ -87,6 +87,7 @@ void mail_list::keep_only(const std::vector<quint32> &ascending)
     }
     mails = std::move(all);
     order = ascending;
+    std::sort(headless.begin(), headless.end());
     if (!ascending.empty())
         set_next_uid(ascending.back() == 0xFFFFFFFF ? ascending.back() : ascending.back() + 1);
 }
@@ -104,6 +105,23 @@ std::vector<quint32> mail_list::without_head()
         return !mail || mail->head_known;
     });
     return headless;
+}
+
+quint32 mail_list::first_without_head()
+{
+    const auto first = std::find_if(headless.begin(), headless.end(), [this](quint32 uid) {
+        const listed_mail *mail = find(uid);
+        return mail && !mail->head_known;
+    });
+    headless.erase(headless.begin(), first);
+    return headless.empty() ? 0 : headless.front();
+}
+
+quint32 mail_list::last_with_head() const
+{
+    const auto last =
+        std::find_if(mails.rbegin(), mails.rend(), [](const listed_mail &mail) { return mail.head_known; });
+    return last == mails.rend() ? 0 : last->uid;
 }
 
 std::vector<quint32> mail_list::take_removed()

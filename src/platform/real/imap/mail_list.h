@@ -31,7 +31,9 @@ public:
     void remove(const std::vector<uid_range> &uids);
     // Leaves what the server has, and adds what was not known.
     void keep_only(const std::vector<quint32> &ascending);
-    std::vector<quint32> without_head();
+    std::vector<quint32> without_head(); // ascending
+    quint32 first_without_head();        // 0: there is none
+    quint32 last_with_head() const;      // likewise
     std::vector<quint32> take_removed(); // since the last call
 
     // The wanted ones, ascending. Only what was not asked under this key yet is tested.

@@ -12,6 +12,7 @@ namespace {
 constexpr const char *head_items = " (UID INTERNALDATE RFC822.SIZE BODY.PEEK[HEADER.FIELDS (TO SUBJECT)])";
 constexpr size_t heads_a_save = 2000;
 constexpr quint64 most_mails = 5'000'000;
+constexpr quint64 many_new = 50; // from so many on it pays to ask for heads and bodies at once
 
 qint64 wall_seconds(std::optional<qint64> moment)
 {
@@ -168,18 +169,36 @@ void mailbox::bring_up_to_date()
         new_heads.clear();
         copied.clear();
     }
+    if (exists >= quint64(list.count()) + many_new) {
+        compare_all();
+        if (list_is_complete())
+            list.set_next_uid(present_next);
+    }
     if (!list_is_complete() || present_next > list.next_uid())
         fetch_heads(QByteArray::number(list.next_uid()) + ":*");
     const bool may_be_others = std::exchange(doubted, false) || (!numbers_agree && present_next == 0);
     for (int attempt = 0; attempt < 3 && (!list_is_complete() || (attempt == 0 && may_be_others)); ++attempt)
         compare_all();
     numbers_agree = list_is_complete();
-    const QByteArray missing = uid_set(list.without_head());
-    if (!missing.isEmpty())
-        fetch_heads(missing);
+    fetch_missing_heads();
     if (present_next > 0)
         list.set_next_uid(present_next);
     save();
+}
+
+std::vector<quint32> mailbox::unread_heads()
+{
+    std::vector<quint32> uids = list.without_head();
+    uids.erase(uids.begin(), std::upper_bound(uids.begin(), uids.end(), list.last_with_head()));
+    return uids.size() < many_new ? std::vector<quint32>() : uids;
+}
+
+void mailbox::fetch_missing_heads()
+{
+    std::vector<quint32> missing = list.without_head();
+    missing.resize(missing.size() - unread_heads().size());
+    if (!missing.empty())
+        fetch_heads(uid_set(missing));
 }
 
 void mailbox::fetch_heads(const QByteArray &uids)
@@ -208,14 +227,24 @@ bool mailbox::take_head(const response &from, const answer &said)
     const listed_mail *known = list.find(mail.uid); // "n:*" means the last mail even where n lies behind it
     if (known && known->head_known)
         return false;
-    const mime::header_block head = mime::read_header_block(*mail.head);
-    const quint32 size = quint32(qMin<quint64>(mail.size.value_or(0), 0xFFFFFFFF));
-    listed_mail added{
-        mail.uid, size, wall_seconds(mail.moment), mime::to_line(head).toUtf8(), mime::subject_of(head).toUtf8(), true};
+    learn(mail, *mail.head, qint64(qMin<quint64>(mail.size.value_or(0), 0xFFFFFFFF)));
+    return true;
+}
+
+const listed_mail *mailbox::learn(const fetched_mail &mail, QByteArrayView header, qint64 size)
+{
+    const listed_mail *known = list.find(mail.uid);
+    const mime::header_block head = mime::read_header_block(header);
+    listed_mail added{mail.uid,
+                      quint32(size),
+                      wall_seconds(mail.moment),
+                      mime::to_line(head).toUtf8(),
+                      mime::subject_of(head).toUtf8(),
+                      true};
     added.told = known && known->told;
     list.add(std::move(added));
     new_heads.push_back(mail.uid);
-    return true;
+    return list.find(mail.uid);
 }
 
 void mailbox::compare_all()
@@ -248,7 +277,8 @@ bool mailbox::was_copied(quint32 uid) const
 
 void mailbox::save()
 {
-    state.next_uid = list.next_uid();
+    const quint32 without_head = list.first_without_head(); // whoever reads it from disk asks for the others again
+    state.next_uid = without_head ? without_head : list.next_uid();
     const std::vector<quint32> removed = list.take_removed();
     std::vector<const listed_mail *> added;
     for (const quint32 uid : std::exchange(new_heads, {}))

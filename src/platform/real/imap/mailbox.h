@@ -25,6 +25,11 @@ public:
 
     mail_list list;
     folder_names names;
+    // New mails, when they are many: their heads are not read yet, but may come with the bodies.
+    std::vector<quint32> unread_heads();
+    void fetch_heads(const QByteArray &uids); // waits
+    // What came is new in the list, with to and subject of this header; nothing that save has not seen may be shown.
+    const listed_mail *learn(const fetched_mail &mail, QByteArrayView header, qint64 size);
     quint32 uid_validity() const { return state.uid_validity; }
     quint64 times_connected() const { return connections; }
     // The list may not be what the server has: the next refresh compares the two, mail by mail.
@@ -41,7 +46,7 @@ private:
     bool take_unasked(const response &from, const answer &said);
     void take_vanished(const response &from, const answer &said);
     void bring_up_to_date();
-    void fetch_heads(const QByteArray &uids);
+    void fetch_missing_heads();
     bool take_head(const response &from, const answer &said);
     void compare_all();
     bool list_is_complete() const { return quint64(list.count()) == exists; }

@@ -7,7 +7,7 @@ namespace imap {
 
 namespace {
 
-constexpr size_t most_ranges = 4 * move_queue::enough; // a server that tells of moves without end is not heard
+constexpr size_t most_ranges = 2 * move_queue::most; // a server that tells of moves without end is not heard
 
 constexpr int most_attempts = 3;
 
@@ -39,7 +39,7 @@ void move_queue::make_batches()
     for (const auto &[uid, target] : std::exchange(waiting, {})) {
         const auto same = std::find_if(under_way.begin(), under_way.end(), [this, &target = target](const some &moves) {
             return !moves->was_sent && moves->target == target && moves->validity == validity &&
-                   moves->uids.size() < enough;
+                   moves->uids.size() < most;
         });
         if (same != under_way.end()) {
             (*same)->uids.push_back(uid);

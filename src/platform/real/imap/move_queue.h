@@ -7,11 +7,13 @@ namespace imap {
 class move_queue : public std::enable_shared_from_this<move_queue> {
 public:
     static constexpr size_t enough = 500;
+    static constexpr size_t most = 4 * enough; // in one command
 
     explicit move_queue(std::shared_ptr<mailbox> of) : box(std::move(of)) {}
 
     void ask(quint32 uid, const QByteArray &target);
-    bool is_full() const { return waiting.size() >= enough; }
+    // A server that is still at a MOVE gets the next ones in one command: each costs it a look through both folders.
+    bool is_full() const { return waiting.size() >= (under_way.empty() ? enough : most); }
 
     // Commits, then sends the moves; their outcome is heard while something else is waited for. Throws only when the
     // commit fails. Then, and when the store had to give up rows since the first of these moves was asked for, nothing

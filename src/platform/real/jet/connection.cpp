@@ -73,14 +73,19 @@ void Connection::Execute(const QString &sql, qint64 *affected)
         *affected = changed;
 }
 
+void Connection::need_sound()
+{
+    store_of(*this).need_sound();
+}
+
 void Connection::barrier()
 {
     store_of(*this).barrier();
 }
 
-void Connection::copy_store(const QString &target)
+void Connection::copy_store(const QString &target, const told_pages &told)
 {
-    store_of(*this).copy_to(target);
+    store_of(*this).copy_to(target, told);
 }
 
 }

@@ -204,11 +204,23 @@ void database::watch_event_loop()
             QObject::connect(loop, &QAbstractEventDispatcher::aboutToBlock, loop, [this] { commit_quietly(); });
 }
 
-void database::copy_to(const QString &target)
+void database::need_sound()
 {
     barrier();
     need_open();
-    copy_store_file(db, path, target);
+    int result = SQLITE_OK;
+    if (is_sound(db, &result))
+        return;
+    if (result != SQLITE_OK && (result & 0xff) != SQLITE_CORRUPT)
+        check(result); // a locked file is not a damaged one
+    fail(ado::store_failure, QStringLiteral("The store '") + path + "' is damaged.");
+}
+
+void database::copy_to(const QString &target, const ado::Connection::told_pages &told)
+{
+    barrier();
+    need_open();
+    copy_store_file(db, path, target, told);
 }
 
 }

@@ -53,8 +53,9 @@ public:
     void add(open_rows *rows) { open_recordsets.push_back(rows); }
     void remove(open_rows *rows) { std::erase(open_recordsets, rows); }
 
+    void need_sound(); // throws when a page is not what it should be
     void barrier();
-    void copy_to(const QString &target);              // consistent and durable, one file
+    void copy_to(const QString &target, const ado::Connection::told_pages &told); // consistent and durable, one file
     quint64 changes() const { return changes_begun; } // grows with each statement that writes
 
 private:

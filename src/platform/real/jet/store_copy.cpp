@@ -11,6 +11,8 @@ namespace jet {
 
 namespace {
 
+constexpr int pages_a_step = 512; // 2 MiB
+
 // Removes the half-made copy unless it became the target.
 struct unfinished_copy {
     QString path;
@@ -26,28 +28,24 @@ struct unfinished_copy {
     fail(ado::store_failure, QStringLiteral("The store could not be copied to '") + target + "': " + why);
 }
 
-void copy_pages(sqlite3 *from, sqlite3 *to, const QString &target)
+void copy_pages(sqlite3 *from, sqlite3 *to, const QString &target, const ado::Connection::told_pages &told)
 {
     sqlite3_backup *copying = sqlite3_backup_init(to, "main", from, "main");
     if (!copying)
         refuse_copy(target, QString::fromUtf8(sqlite3_errmsg(to)));
-    const int stepped = sqlite3_backup_step(copying, -1);
+    int stepped = SQLITE_OK;
+    while (stepped == SQLITE_OK) {
+        stepped = sqlite3_backup_step(copying, pages_a_step);
+        const qint64 total = sqlite3_backup_pagecount(copying);
+        if (told && (stepped == SQLITE_OK || stepped == SQLITE_DONE))
+            told(total - sqlite3_backup_remaining(copying), total);
+    }
     const int finished = sqlite3_backup_finish(copying);
     if (stepped != SQLITE_DONE || finished != SQLITE_OK)
         refuse_copy(target, QString::fromUtf8(sqlite3_errstr(stepped == SQLITE_DONE ? finished : stepped)));
 }
 
-bool is_sound(sqlite3 *copy)
-{
-    bool sound = false;
-    const auto look = [](void *result, int, char **texts, char **) {
-        *static_cast<bool *>(result) = qstrcmp(texts[0], "ok") == 0;
-        return 0;
-    };
-    return sqlite3_exec(copy, "PRAGMA quick_check", look, &sound, nullptr) == SQLITE_OK && sound;
-}
-
-void write_copy(sqlite3 *from, const QString &path, const QString &target)
+void write_copy(sqlite3 *from, const QString &path, const QString &target, const ado::Connection::told_pages &told)
 {
     sqlite3 *to = nullptr;
     struct closer {
@@ -57,7 +55,7 @@ void write_copy(sqlite3 *from, const QString &path, const QString &target)
     if (sqlite3_open_v2(QFile::encodeName(path).constData(), &to, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE,
                         nullptr) != SQLITE_OK)
         refuse_copy(target, to ? QString::fromUtf8(sqlite3_errmsg(to)) : QString());
-    copy_pages(from, to, target);
+    copy_pages(from, to, target, told);
     if (!is_sound(to))
         refuse_copy(target, QStringLiteral("the copy is not sound"));
 }
@@ -74,13 +72,27 @@ bool sync_path(const QString &path)
 
 }
 
-void copy_store_file(sqlite3 *from, const QString &from_path, const QString &target)
+bool is_sound(sqlite3 *store, int *result)
+{
+    bool sound = false;
+    const auto look = [](void *into, int, char **texts, char **) {
+        *static_cast<bool *>(into) = qstrcmp(texts[0], "ok") == 0;
+        return 0;
+    };
+    const int ended = sqlite3_exec(store, "PRAGMA quick_check", look, &sound, nullptr);
+    if (result)
+        *result = ended;
+    return ended == SQLITE_OK && sound;
+}
+
+void copy_store_file(sqlite3 *from, const QString &from_path, const QString &target,
+                     const ado::Connection::told_pages &told)
 {
     if (QFileInfo(target).canonicalFilePath() == QFileInfo(from_path).canonicalFilePath())
         refuse_copy(target, QStringLiteral("it is the store itself"));
     const unfinished_copy made{target + ".tmp"};
     QFile::remove(made.path);
-    write_copy(from, made.path, target);
+    write_copy(from, made.path, target, told);
     if (!sync_path(made.path) ||
         std::rename(QFile::encodeName(made.path).constData(), QFile::encodeName(target).constData()) != 0 ||
         !sync_path(QFileInfo(target).absolutePath()))

@@ -1,8 +1,8 @@
 #include "platform/mail_settings.h"
 #include "platform/app_folder.h"
+#include "platform/real/named_values.h"
 #include "platform/settings.h"
 #include <QDir>
-#include <array>
 
 namespace mail {
 
@@ -10,43 +10,27 @@ namespace {
 
 const QString group = QStringLiteral("mail_client");
 
-template <typename Value>
-struct named {
-    Value value;
-    QLatin1String name;
-};
-constexpr std::array<named<client_kind>, 4> kinds{{{client_kind::maildir, QLatin1String("maildir")},
-                                                   {client_kind::imap, QLatin1String("imap")},
-                                                   {client_kind::pop3, QLatin1String("pop3")},
-                                                   {client_kind::mbox, QLatin1String("mbox")}}};
-constexpr std::array<named<security>, 3> securities{{{security::none, QLatin1String("none")},
-                                                     {security::starttls, QLatin1String("starttls")},
-                                                     {security::tls, QLatin1String("tls")}}};
-constexpr std::array<named<send_by>, 3> roads{{{send_by::smtp, QLatin1String("smtp")},
-                                               {send_by::sendmail, QLatin1String("sendmail")},
-                                               {send_by::keep, QLatin1String("keep")}}};
-
-template <typename Value, size_t count>
-Value value_named(const std::array<named<Value>, count> &names, const QString &text, Value otherwise)
-{
-    for (const named<Value> &one : names)
-        if (text.compare(one.name, Qt::CaseInsensitive) == 0)
-            return one.value;
-    return otherwise;
-}
-
-template <typename Value, size_t count>
-QString name_of(const std::array<named<Value>, count> &names, Value value)
-{
-    for (const named<Value> &one : names)
-        if (one.value == value)
-            return one.name;
-    return {};
-}
+constexpr std::array<named_value<client_kind>, 4> kinds{{{client_kind::maildir, QLatin1String("maildir")},
+                                                         {client_kind::imap, QLatin1String("imap")},
+                                                         {client_kind::pop3, QLatin1String("pop3")},
+                                                         {client_kind::mbox, QLatin1String("mbox")}}};
+constexpr std::array<named_value<security>, 3> securities{{{security::none, QLatin1String("none")},
+                                                           {security::starttls, QLatin1String("starttls")},
+                                                           {security::tls, QLatin1String("tls")}}};
+constexpr std::array<named_value<send_by>, 3> roads{{{send_by::smtp, QLatin1String("smtp")},
+                                                     {send_by::sendmail, QLatin1String("sendmail")},
+                                                     {send_by::keep, QLatin1String("keep")}}};
 
 QString read(const char *key)
 {
     return GetSetting(group, QLatin1String(key));
+}
+
+// Typed by hand in any capitals.
+template <typename Names, typename Value>
+Value value_in(const Names &names, const char *key, Value otherwise)
+{
+    return value_named(names, read(key), otherwise, Qt::CaseInsensitive);
 }
 
 // One by hand in the file is enough: a token command says by itself that there is a token.
@@ -78,16 +62,15 @@ constexpr int usual_mailings_per_hour = 450;
 client_settings read_client_settings()
 {
     client_settings found;
-    const QString kind = read("kind");
-    found.configured = !kind.isEmpty();
-    found.kind = value_named(kinds, kind, client_kind::maildir);
+    found.configured = !read("kind").isEmpty();
+    found.kind = value_in(kinds, "kind", client_kind::maildir);
     found.maildir = read("maildir");
     found.mbox = read("mbox");
-    found.incoming = {read("host"), port_in(read("port")), value_named(securities, read("security"), security::tls),
+    found.incoming = {read("host"), port_in(read("port")), value_in(securities, "security", security::tls),
                       read("user")};
-    found.sending = value_named(roads, read("send"), send_by::keep);
-    found.smtp = {read("smtp_host"), port_in(read("smtp_port")),
-                  value_named(securities, read("smtp_security"), security::tls), read("smtp_user")};
+    found.sending = value_in(roads, "send", send_by::keep);
+    found.smtp = {read("smtp_host"), port_in(read("smtp_port")), value_in(securities, "smtp_security", security::tls),
+                  read("smtp_user")};
     found.smtp_logs_in = read("smtp_login") != u"no";
     found.from = read("from");
     found.token_command = read("token_command");
@@ -123,7 +106,7 @@ void write_client_settings(const client_settings &settings)
 
 client_kind configured_kind()
 {
-    return value_named(kinds, read("kind"), client_kind::maildir);
+    return value_in(kinds, "kind", client_kind::maildir);
 }
 
 bool has_folders(client_kind kind)

@@ -26,6 +26,13 @@ QByteArray account_name(const mail::server &server)
     return (server.user + u'@' + server.host + u':' + QString::number(server.port)).toUtf8();
 }
 
+// Whether a line that one of them opened is what the other one would open.
+bool same_line(const mail::client_settings &a, const mail::client_settings &b)
+{
+    return a.incoming == b.incoming && a.authority_file == b.authority_file && a.use_token == b.use_token &&
+           a.token_command == b.token_command;
+}
+
 }
 
 real_mail_client::real_mail_client() : memory(std::make_shared<maildir::client_memory>()) {}
@@ -48,13 +55,13 @@ std::unique_ptr<outlook::Application> real_mail_client::CreateObject()
     return std::make_unique<maildir::application>(QFile::encodeName(place.path), place.made_on_demand, memory);
 }
 
-// Another server or user begins with nothing known, and hangs up.
+// Other settings hang up: a line that was opened without encryption must not outlive the choice of it.
 std::unique_ptr<outlook::Application> real_mail_client::imap_client()
 {
-    const QByteArray name = account_name(mail::read_client_settings().incoming);
-    const QString cache = app_path(u"\\mailcache.sqlite");
-    if (!imap_memory || account != name)
-        imap_memory = std::make_shared<imap::account_memory>(name, imap_place, cache);
-    account = name;
+    const mail::client_settings settings = mail::read_client_settings();
+    if (!imap_memory || !same_line(connected_by, settings))
+        imap_memory = std::make_shared<imap::account_memory>(account_name(settings.incoming), imap_place,
+                                                             app_path(u"\\mailcache.sqlite"));
+    connected_by = settings;
     return std::make_unique<imap::application>(imap_memory);
 }

@@ -2,7 +2,7 @@
 // the mailbox lies here, and the connection to it.
 #pragma once
 #include "platform/mail_client.h"
-#include <QByteArray>
+#include "platform/mail_settings.h"
 
 namespace maildir {
 class client_memory;
@@ -23,6 +23,6 @@ private:
     std::unique_ptr<outlook::Application> imap_client();
 
     std::shared_ptr<maildir::client_memory> memory;
-    QByteArray account; // server and user of the one below
+    mail::client_settings connected_by; // the one below
     std::shared_ptr<imap::account_memory> imap_memory;
 };

@@ -55,7 +55,7 @@ QString messages_of_session::MsgNoteText()
 
 QString messages_of_session::MsgOrigAddress() const
 {
-    return is_composing() ? composed.SendingAccount : current().sender;
+    return is_composing() ? SendingAccount : current().sender;
 }
 
 QDateTime messages_of_session::MsgDateReceived() const
@@ -68,10 +68,18 @@ QString messages_of_session::RecipAddress() const
     return is_composing() ? composed.To.join(divider) : current().recipients;
 }
 
+void messages_of_session::begin_with(const outbox::outgoing_mail &mail)
+{
+    composed = mail;
+    Kind = mail.Kind;
+    SendingAccount = mail.SendingAccount;
+    Headers = mail.Headers;
+    MsgIndex = -1;
+}
+
 void messages_of_session::Compose()
 {
-    composed = {};
-    MsgIndex = -1;
+    begin_with({});
 }
 
 void messages_of_session::Reply()
@@ -79,9 +87,8 @@ void messages_of_session::Reply()
     if (is_composing())
         throw no_such_message();
     const reading::mail_facts &mail = current();
-    composed = mail::answer_to(
-        mail::answered_mail{recipients_in(mail.recipients), mail.sender, mail.message_id, mail.references});
-    MsgIndex = -1;
+    begin_with(mail::answer_to(
+        mail::answered_mail{recipients_in(mail.recipients), mail.sender, mail.message_id, mail.references}));
 }
 
 void messages_of_session::expect_composing() const
@@ -116,5 +123,8 @@ void messages_of_session::Send()
 {
     expect_composing();
     before_outside_effect();
+    composed.Kind = Kind;
+    composed.SendingAccount = SendingAccount;
+    composed.Headers = Headers;
     outbox::hand_over(composed);
 }

@@ -28,6 +28,7 @@ private:
     bool is_composing() const { return MsgIndex == -1; }
     const reading::mail_facts &current() const;
     void expect_composing() const;
+    void begin_with(const outbox::outgoing_mail &mail);
 
     std::shared_ptr<mail_session_state> state;
     std::shared_ptr<reading::mailbox> box;

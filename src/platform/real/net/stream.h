@@ -1,5 +1,5 @@
 // A logged-in, if wanted secured, byte stream to a mail server. libcurl finds the host, checks the certificate, speaks
-// STARTTLS and logs in; everything behind that is ours to say: real/imap, real/pop3, real/smtp.
+// STARTTLS and logs in; everything behind that is ours to say: real/imap, real/mail_session, real/smtp.
 //
 // What the server sent in the same breath as its last word about the login may be lost: begin with a command of your
 // own, and pass over what comes before its answer.

@@ -3,11 +3,11 @@
 #include "platform/real/mail/header_block.h"
 #include "platform/real/mail/mail_address.h"
 #include "platform/real/mail/mime_parse.h"
+#include "platform/real/named_values.h"
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <algorithm>
-#include <array>
 
 namespace outbox {
 
@@ -17,39 +17,16 @@ constexpr int written_version = 1;
 constexpr qsizetype longest_state_text = 2000; // what is only shown need not be longer
 const QString moment_form = QStringLiteral("yyyy-MM-ddTHH:mm:ss");
 
-template <typename Value>
-struct named {
-    Value value;
-    QLatin1String name;
-};
-constexpr std::array<named<mail_kind>, 3> kinds{{{mail_kind::single, QLatin1String("single")},
-                                                 {mail_kind::answer, QLatin1String("answer")},
-                                                 {mail_kind::mailing, QLatin1String("mailing")}}};
-constexpr std::array<named<mail_state>, 4> states{{{mail_state::waiting, QLatin1String("waiting")},
-                                                   {mail_state::held, QLatin1String("held")},
-                                                   {mail_state::refused, QLatin1String("refused")},
-                                                   {mail_state::unknown, QLatin1String("unknown")}}};
-constexpr std::array<named<recipient_state>, 3> fates{{{recipient_state::waiting, QLatin1String("waiting")},
-                                                       {recipient_state::refused, QLatin1String("refused")},
-                                                       {recipient_state::unknown, QLatin1String("unknown")}}};
-
-template <typename Value, size_t count>
-QString name_of(const std::array<named<Value>, count> &names, Value value)
-{
-    for (const named<Value> &one : names)
-        if (one.value == value)
-            return one.name;
-    return {};
-}
-
-template <typename Value, size_t count>
-Value value_named(const std::array<named<Value>, count> &names, const QString &name, Value otherwise)
-{
-    for (const named<Value> &one : names)
-        if (one.name == name)
-            return one.value;
-    return otherwise;
-}
+constexpr std::array<named_value<mail_kind>, 3> kinds{{{mail_kind::single, QLatin1String("single")},
+                                                       {mail_kind::answer, QLatin1String("answer")},
+                                                       {mail_kind::mailing, QLatin1String("mailing")}}};
+constexpr std::array<named_value<mail_state>, 4> states{{{mail_state::waiting, QLatin1String("waiting")},
+                                                         {mail_state::held, QLatin1String("held")},
+                                                         {mail_state::refused, QLatin1String("refused")},
+                                                         {mail_state::unknown, QLatin1String("unknown")}}};
+constexpr std::array<named_value<recipient_state>, 3> fates{{{recipient_state::waiting, QLatin1String("waiting")},
+                                                             {recipient_state::refused, QLatin1String("refused")},
+                                                             {recipient_state::unknown, QLatin1String("unknown")}}};
 
 QString reason_of(const record &mail)
 {

@@ -1,0 +1,34 @@
+#include "screens/frame/setup_screen.h"
+#include "frame/messages.h"
+#include "screens/frame/closing.h"
+#include "screens/frame/menuFrm.h"
+
+#include <QCloseEvent>
+#include <QKeyEvent>
+
+void setup_screen::leave_setup()
+{
+    if (busy())
+        return;
+    if (holds_unsaved() && !yes_no("What is typed here is not kept yet. Leave it?\n\n"
+                                   "The setup goes on at the next start of Tessaly."))
+        return;
+    const bool stood_alone = !live_widget(typeid(menuFrm));
+    unload();
+    if (stood_alone)
+        end_program();
+}
+
+void setup_screen::closeEvent(QCloseEvent *event)
+{
+    event->ignore();
+    leave_setup();
+}
+
+void setup_screen::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_Escape)
+        leave_setup();
+    else
+        screen::keyPressEvent(event);
+}

@@ -1,0 +1,48 @@
+#include "screens/maps/fcodes_frm.h"
+#include "frame/error_log.h"
+#include "frame/messages.h"
+#include "maps/classic_map.h"
+#include "screens/maps/mapmail_frm.h"
+#include "ui_fcodes_frm.h"
+
+fcodes_frm::fcodes_frm(QWidget *parent) : screen(parent), ui(std::make_unique<Ui::fcodes_frm>())
+{
+    ui->setupUi(this);
+    connect(ui->submit_b, &QPushButton::clicked, this, &fcodes_frm::submit_b_Click);
+    connect(ui->cancel_b, &QPushButton::clicked, this, &fcodes_frm::unload);
+    connect(ui->help_b, &QPushButton::clicked, this, &fcodes_frm::show_own_help);
+}
+
+fcodes_frm::~fcodes_frm() = default;
+
+void fcodes_frm::Load()
+{
+    guarded("Fcodes_frm.frm", "Form_load",
+            [this] { ui->qt_code_fields->set_choice(maps::choice_in(the<mapmail_frm>().code())); });
+}
+
+void fcodes_frm::submit_b_Click()
+{
+    guarded("Fcodes_frm.frm", "Submit_b", [this] {
+        const code_fields &entered = *ui->qt_code_fields;
+        const bool fixed = entered.fixed_is_set();
+        const QString why =
+            maps::why_no_classic_code(fixed, entered.dynamic_is_set(), !entered.descriptions().isEmpty());
+        if (!why.isEmpty()) {
+            say(why);
+            if (fixed)
+                ui->qt_code_fields->focus_description();
+            return;
+        }
+        if (fixed)
+            the<mapmail_frm>().set_code({"fixed", entered.descriptions(), entered.codes()});
+        else
+            the<mapmail_frm>().set_code({"dynamic", {}, {}});
+        unload();
+    });
+}
+
+QSize fcodes_frm::sizeHint() const
+{
+    return {520, 400};
+}

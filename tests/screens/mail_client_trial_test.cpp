@@ -1,0 +1,105 @@
+// The Test button of the page "Mail Client", with scripted answers. Real servers: mail_client_servers_test.cpp.
+#include "screens/preferences/mail_client_frm.h"
+#include "screens/screen.h"
+#include "support/screens_driver.h"
+#include "support/screens_held_check.h"
+#include "support/screens_mail_page.h"
+#include "support/screens_page_site.h"
+
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+#include <QTest>
+
+class mail_client_trial_test : public QObject {
+    Q_OBJECT
+private slots:
+    void a_test_shows_its_steps_and_fills_in_what_it_found()
+    {
+        page_site site;
+        held_check check;
+        site.open();
+        the<mail_client_frm>().set_check(check.routine());
+        page::type("address_t", "ann@shop.example");
+        page::type("password_t", secret);
+        page::press("test_b");
+        auto &steps = control<QListWidget>(the<mail_client_frm>(), "steps_li");
+        QTRY_COMPARE(steps.count(), 1);
+        QCOMPARE(steps.item(0)->data(Qt::AccessibleTextRole).toString(), "running, Mail server");
+        QVERIFY(!control<QPushButton>(the<mail_client_frm>(), "ok_b").isEnabled());
+        check.go.release();
+        QTRY_VERIFY(control<QPushButton>(the<mail_client_frm>(), "ok_b").isEnabled());
+        QCOMPARE(steps.count(), 2);
+        QCOMPARE(steps.item(0)->text(), "Mail server: imap.shop.example answers.");
+        QCOMPARE(steps.item(1)->data(Qt::AccessibleTextRole).toString(),
+                 "failed, Sending: The password was not taken.");
+        QCOMPARE(page::label("result_l"), "Mail can be fetched, but not sent. The line that failed says why.");
+        QCOMPARE(page::field("host_t").text(), "imap.shop.example");
+        QCOMPARE(check.asked.address, "ann@shop.example");
+        QCOMPARE(check.asked.password, secret);
+        QCOMPARE(check.asked.settings.incoming.host, "");
+        QVERIFY(!site.saved().configured); // only OK saves
+    }
+
+    void a_test_is_stopped_by_its_button_and_by_escape_data()
+    {
+        QTest::addColumn<bool>("by_key");
+        QTest::newRow("the button") << false;
+        QTest::newRow("Escape") << true;
+    }
+
+    void a_test_is_stopped_by_its_button_and_by_escape()
+    {
+        QFETCH(bool, by_key);
+        page_site site;
+        held_check check;
+        site.open();
+        the<mail_client_frm>().set_check(check.routine());
+        type_good_settings();
+        page::press("test_b");
+        auto &stop = control<QPushButton>(the<mail_client_frm>(), "stop_b");
+        if (by_key)
+            QTest::keyClick(&stop, Qt::Key_Escape);
+        else
+            QTest::mouseClick(&stop, Qt::LeftButton);
+        QTRY_COMPARE(page::label("result_l"), "The test was stopped.");
+        QVERIFY(is_visible<mail_client_frm>());
+        QCOMPARE(page::field("host_t").text(), "mail.shop.example");
+        QVERIFY(page::field("address_t").isEnabled());
+    }
+
+    void closing_while_a_test_runs_ends_it()
+    {
+        page_site site;
+        held_check check;
+        site.open();
+        the<mail_client_frm>().set_check(check.routine());
+        type_good_settings();
+        page::press("test_b");
+        page::press("cancel_b");
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete); // waits for the thread's end
+        QVERIFY(!is_loaded<mail_client_frm>());
+        QVERIFY(!site.saved().configured);
+    }
+
+    void without_an_address_there_is_nothing_to_test()
+    {
+        page_site site;
+        site.open();
+        page::press("test_b");
+        QCOMPARE(site.boxes.shown, QStringList{"Please type your mail address first."});
+    }
+
+    void without_a_password_there_is_nothing_to_test()
+    {
+        page_site site;
+        site.open();
+        page::type("address_t", "ann@shop.example");
+        page::press("test_b");
+        QCOMPARE(site.boxes.shown, QStringList{"Please type your password first."});
+        QCOMPARE(the<mail_client_frm>().focusWidget()->objectName(), "password_t");
+    }
+};
+
+QTEST_MAIN(mail_client_trial_test)
+#include "mail_client_trial_test.moc"
