@@ -1,4 +1,4 @@
-"""What the roads share: a sample site of their own in a temporary folder, and the running program on it."""
+"""What the roads share: a site of their own in a temporary folder, sample or fresh, and the running program on it."""
 
 import contextlib
 import os
@@ -10,15 +10,15 @@ import tempfile
 
 SOURCE = pathlib.Path(__file__).resolve().parents[2]
 sys.path.insert(0, str(SOURCE / "tools/drive"))
+import fresh_site  # noqa: E402
 from program import Program  # noqa: E402
 
 
 class Site:
-    """A sample site: program folder, settings, Maildir."""
+    """Program folder and settings; the sample has a Maildir too."""
 
     def __init__(self, folder):
         self.folder = pathlib.Path(folder)
-        subprocess.run([SOURCE / "tools/sample/make", folder], check=True)
         self.tessaly = self.folder / "tessaly"
         self.store = self.tessaly / "mailapp.mdb"
         self.settings = self.folder / "config/brenmoorbiz.conf"
@@ -50,7 +50,17 @@ class Site:
 
 @contextlib.contextmanager
 def site():
+    """The sample."""
     with tempfile.TemporaryDirectory() as folder:
+        subprocess.run([SOURCE / "tools/sample/make", folder], check=True)
+        yield Site(folder)
+
+
+@contextlib.contextmanager
+def fresh(settings):
+    """Nothing is set up, but for the lines of the settings."""
+    with tempfile.TemporaryDirectory() as folder:
+        fresh_site.make(folder, settings)
         yield Site(folder)
 
 

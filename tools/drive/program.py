@@ -80,6 +80,15 @@ class Program:
     def window(self, title):
         return self.find(["frame", "dialog", "window", "internal frame", "alert", "filler", "panel"], title)
 
+    def control(self, name):
+        """The showing control of that object name, waited for. Asks for control_names in section tests of the settings."""
+        return self.until(lambda: next(self._controls(name), None), f"the control {name}")
+
+    def _controls(self, name):
+        for node in self.all():
+            if node.get_description() == name and node.get_state_set().contains(Atspi.StateType.SHOWING):
+                yield node
+
     def until(self, question, what):
         end = time.monotonic() + PATIENCE
         while time.monotonic() < end:
@@ -113,6 +122,41 @@ class Program:
         finally:
             Atspi.set_timeout(REPLY, REPLY)
 
+    def enabled(self, name):
+        """The same, once it is enabled."""
+        node = self.control(name)
+        self.until(lambda: node.get_state_set().contains(Atspi.StateType.ENABLED), f"{name} to be enabled")
+        return node
+
+    def click(self, name):
+        """Presses the button of that object name, once it is enabled."""
+        self.press(self.enabled(name))
+
+    def fill(self, name, text):
+        """Puts the text into the box of that object name, in place of what it holds."""
+        node = self.control(name)
+        Atspi.EditableText.set_text_contents(node, text)
+        self.until(lambda: self.text_of(node) == text, f"{text!r} in {name}")
+
+    def mark(self, name, text):
+        """Selects the first such text in the box of that object name."""
+        node = self.control(name)
+        start = self.text_of(node).index(text)
+        Atspi.Text.add_selection(node, start, start + len(text))
+
+    def choose_entry(self, name, shortcut, position, entry):
+        """Goes to a combo box and to the entry at that position, counted from 1, by keyboard, and looks which it is."""
+        node = self.control(name)
+        self.keys(shortcut)
+        self.until(lambda: node.get_state_set().contains(Atspi.StateType.FOCUSED), f"the keyboard in {name}")
+        subprocess.run(["xdotool", "key", "Home", *["Down"] * (position - 1)], check=True)
+        self.until(lambda: node.get_name() == entry, f"{entry} in {name}")
+
+    def choose_row(self, name, text):
+        """Selects the row of a list that has a cell of that text."""
+        self.press(self.until(lambda: next(iter(self.all("table cell", text, below=self.control(name))), None),
+                              f"{text} in {name}"))
+
     def choose(self, menu, command):
         """Chooses a command of the menu bar by its caption."""
         parent = self.find("menu item", menu)
@@ -136,10 +180,11 @@ class Program:
         subprocess.run(["xdotool", "key", "ctrl+a"], check=True)
         subprocess.run(["xdotool", "type", text], check=True)
 
-    @staticmethod
-    def keys(*pressed, title="Tessaly"):
+    def keys(self, *pressed, title="Tessaly"):
         """Gives the window the keyboard and presses keys, such as "alt+i"."""
-        subprocess.run(["xdotool", "search", "--sync", "--name", f"^{title}$", "windowfocus", "--sync"], check=True)
+        focus = ["xdotool", "search", "--sync", "--onlyvisible", "--name", f"^{title}$", "windowfocus", "--sync"]
+        # Refused where a box of the same title was found and has just gone: there is another one then.
+        self.until(lambda: subprocess.run(focus, stderr=subprocess.DEVNULL).returncode == 0, f"the keyboard in {title}")
         for key in pressed:
             subprocess.run(["xdotool", "key", key], check=True)
 

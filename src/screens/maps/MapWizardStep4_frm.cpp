@@ -66,6 +66,7 @@ void MapWizardStep4_frm::show_step(const QString &new_step)
     ui->pfields_b->setVisible(marks_fields);
     ui->finish_b->setVisible(marks_fields);
     ui->next_b->setText(marks_fields ? "A&dd this field»" : "&Next»");
+    ui->next_b->setAccessibleName(marks_fields ? "Add this field»" : "Next»"); // it has got the first caption for good
     setWindowTitle(marks_fields ? "Map mails Wizard-Step3(B)" : "Map mails Wizard-Step3(A)");
     ui->qt_band->set_step(marks_fields ? "Step 3 of 4 (B)" : "Step 3 of 4 (A)");
     ui->qt_band->set_title(marks_fields ? "Which piece is which field?" : "How is this mail cut?");
