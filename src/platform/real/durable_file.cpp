@@ -183,6 +183,11 @@ void sync_folder(const QString &path)
         durable_failure(failure, folder);
 }
 
+bool is_folder_synced(const QString &path)
+{
+    return sync_of_folder(QFile::encodeName(path)) == 0;
+}
+
 void append_to_file(const QString &path, const QByteArray &bytes)
 {
     const QByteArray name = QFile::encodeName(path);

@@ -25,6 +25,7 @@ void replace_all_durably(const QString &folder, const std::vector<named_bytes> &
 
 // What was made, renamed or taken away in the folder is on disk when this returns. Throws 70 or 61.
 void sync_folder(const QString &path);
+bool is_folder_synced(const QString &path); // the same, where what was done stands even when the disk does not say so
 
 // Behind what the file holds; made when it is not there. Survives the process, not a power cut. Throws 61 or 70.
 void append_to_file(const QString &path, const QByteArray &bytes);
