@@ -3,11 +3,14 @@
 #include "screens/screen.h"
 #include "support/screens_driver.h"
 
+#include <QGuiApplication>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QPushButton>
+#include <QScreen>
+#include <QSignalSpy>
 #include <QTest>
 #include <QTimer>
 #include <QVBoxLayout>
@@ -148,6 +151,52 @@ private slots:
         QTimer::singleShot(0, [] { QTest::keyClick(&the<sample_screen>(), Qt::Key_Escape); });
         the<sample_screen>().show_modal();
         QVERIFY(!is_loaded<sample_screen>());
+    }
+
+    void enter_presses_the_default_button()
+    {
+        the<sample_screen>().show();
+        auto &add = control<QPushButton>(the<sample_screen>(), "add_b");
+        const QSignalSpy pressed(&add, &QPushButton::clicked);
+        auto &field = control<QLineEdit>(the<sample_screen>(), "query_t");
+        field.setFocus();
+        QTest::keyClick(&field, Qt::Key_Return);
+        QCOMPARE(pressed.count(), 0); // none is the default yet
+        add.setDefault(true);
+        QTest::keyClick(&field, Qt::Key_Return);
+        QTest::keyClick(&field, Qt::Key_Enter);
+        QCOMPARE(pressed.count(), 2);
+        add.setEnabled(false);
+        QTest::keyClick(&field, Qt::Key_Return);
+        QCOMPARE(pressed.count(), 2);
+    }
+
+    void enter_presses_the_button_with_the_keyboard_before_the_default_one()
+    {
+        sample_screen &shown = the<sample_screen>();
+        QPushButton other("Other", &shown);
+        shown.layout()->addWidget(&other);
+        shown.show();
+        auto &add = control<QPushButton>(shown, "add_b");
+        add.setDefault(true);
+        const QSignalSpy add_pressed(&add, &QPushButton::clicked);
+        const QSignalSpy other_pressed(&other, &QPushButton::clicked);
+        other.setFocus();
+        QTest::keyClick(&shown, Qt::Key_Return);
+        QCOMPARE(add_pressed.count(), 0);
+        QCOMPARE(other_pressed.count(), 1);
+    }
+
+    void without_a_console_it_stands_in_the_middle_of_the_desktop()
+    {
+        the<sample_screen>().show();
+        const QPoint away =
+            the<sample_screen>().geometry().center() - QGuiApplication::primaryScreen()->availableGeometry().center();
+        constexpr int widest_frame = 40; // how wide it is, nobody knows before the window is shown
+        QVERIFY2(away.manhattanLength() <= widest_frame, qPrintable(QString::number(away.manhattanLength())));
+        the<sample_screen>().move(5, 5);
+        the<sample_screen>().show(); // where the user has put it
+        QCOMPARE(the<sample_screen>().pos(), QPoint(5, 5));
     }
 
     void controls_have_spoken_names()

@@ -4,6 +4,7 @@
 #include "platform/settings.h"
 #include "screens/frame/Stage1.h"
 #include "screens/frame/Stage3.h"
+#include "screens/frame/backup_frm.h"
 #include "screens/frame/closing.h"
 #include "screens/frame/frmSplash.h"
 #include "screens/frame/menuFrm.h"
@@ -303,6 +304,24 @@ private slots:
         QVERIFY(is_visible<frmSplash>());
         QCOMPARE(site.ends, 0);
         QCOMPARE(GetSetting("main", "install_location"), site.store.folder());
+    }
+
+    void the_setup_ends_without_a_back_up_folder_too()
+    {
+        fresh_site site;
+        site.configure("orders", "orders@shop.example");
+        the<Stage3>().show();
+        press<Stage3>("next_b");
+        QVERIFY(is_visible<backup_frm>());
+        press<backup_frm>("later_b");
+        QVERIFY(!is_loaded<backup_frm>());
+        press<stage5b>("finish_b");
+        QVERIFY(is_installed());
+        QVERIFY(live_widget(typeid(menuFrm)) && live_widget(typeid(menuFrm))->isVisible());
+        QCOMPARE(GetSetting("main", "backup", "none"), "none");
+        QCOMPARE(site.boxes.shown, QStringList());
+        the<backup_frm>().show(); // from the console it is a command, no step
+        QVERIFY(!control<QPushButton>(the<backup_frm>(), "later_b").isVisible());
     }
 
     void what_hinders_the_end_is_told_and_the_step_stays()

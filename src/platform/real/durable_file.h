@@ -3,6 +3,7 @@
 #include "platform/run_time_error.h"
 #include <QByteArray>
 #include <QString>
+#include <vector>
 
 struct named_bytes {
     QString name;
@@ -19,6 +20,8 @@ void write_durable_pair(const QString &folder, const named_bytes &first, const n
 // One file in the place of an older one, or a new one: on disk when this returns. A failure throws 61 or 70 and leaves
 // the older one.
 void replace_durably(const QString &folder, const named_bytes &file);
+// Many of them, each for itself: what a failure leaves is some of the new ones and the others as they were.
+void replace_all_durably(const QString &folder, const std::vector<named_bytes> &files);
 
 // What was made, renamed or taken away in the folder is on disk when this returns. Throws 70 or 61.
 void sync_folder(const QString &path);

@@ -10,6 +10,7 @@
 #include "platform/settings.h"
 #include "screens/frame/Stage3.h"
 #include "screens/frame/opening.h"
+#include "screens/frame/stage5b.h"
 #include "ui_backup_frm.h"
 
 backup_frm::backup_frm(QWidget *parent) : setup_screen(parent), ui(std::make_unique<Ui::backup_frm>())
@@ -19,6 +20,7 @@ backup_frm::backup_frm(QWidget *parent) : setup_screen(parent), ui(std::make_uni
     connect(ui->Folder_t, &QLineEdit::textChanged, this, &backup_frm::Folder_t_Change);
     connect(ui->browserforfolders, &QPushButton::clicked, this, &backup_frm::browserforfolders_Click);
     connect(ui->next_b, &QPushButton::clicked, this, &backup_frm::next_b_Click);
+    connect(ui->later_b, &QPushButton::clicked, this, &backup_frm::later_b_Click);
     connect(ui->back_b, &QPushButton::clicked, this, &backup_frm::back_b_Click);
     connect(ui->cancel_b, &QPushButton::clicked, this, &backup_frm::leave_setup);
 }
@@ -41,7 +43,8 @@ void backup_frm::show_step()
     ui->band->set_step(in_setup ? "Step 3 of 3" : "");
     ui->next_b->setText(in_setup ? "&Finish" : "&OK");
     ui->next_b->setAccessibleName(in_setup ? "Finish" : "OK"); // it has been given the first caption as its name
-    ui->back_b->setVisible(in_setup);
+    for (QPushButton *button : {ui->later_b, ui->back_b})
+        button->setVisible(in_setup);
     if (in_setup) {
         setWindowTitle("Tessaly Setup");
         setMinimumSize(600, 400); // as the steps before it
@@ -87,6 +90,12 @@ bool backup_frm::end_setup()
     }
     Main();
     return true;
+}
+
+void backup_frm::later_b_Click()
+{
+    the<stage5b>().show();
+    unload();
 }
 
 void backup_frm::back_b_Click()

@@ -23,6 +23,7 @@ private:
     void Folder_t_Change();
     void browserforfolders_Click();
     void next_b_Click();
+    void later_b_Click();
     void back_b_Click();
     bool end_setup();
 

@@ -216,19 +216,11 @@ bool mail_client_frm::leave()
     return true;
 }
 
-void mail_client_frm::press_default_button()
-{
-    auto *focused = qobject_cast<QPushButton *>(focusWidget());
-    (focused ? focused : ui->ok_b)->click();
-}
-
-// Escape stops a test first, then leaves the page. Enter is OK, but for a button with the keyboard's frame.
+// Escape stops a test first, then leaves the page.
 void mail_client_frm::keyPressEvent(QKeyEvent *event)
 {
     if (event->key() == Qt::Key_Escape && running)
         stop_b_Click();
-    else if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
-        press_default_button();
     else
         screen::keyPressEvent(event);
 }

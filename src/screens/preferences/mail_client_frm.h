@@ -47,7 +47,6 @@ private:
     void cancel_b_Click();
     void show_testing(bool runs);
     void forget_test();
-    void press_default_button();
 
     std::unique_ptr<Ui::mail_client_frm> ui;
     mail_client_fields *fields;
