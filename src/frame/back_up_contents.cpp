@@ -11,6 +11,8 @@
 
 namespace {
 
+constexpr int most_named = 8;
+
 bool is_plain_file(const QString &path)
 {
     return FileExists(path) && !QFileInfo(path).isSymLink();
@@ -23,23 +25,33 @@ bool is_copy_of_a_store(const QString &path)
 
 class stranger_search {
 public:
-    explicit stranger_search(int most_wanted) : most(most_wanted) {}
-
     void look_into_data(const QString &data)
     {
-        for (const QString &name : AllEntries(data))
+        for (const QString &name : AllEntries(data)) {
+            const bool is_broken_off = name == u"Tessaly.mdb.tmp" || name == u"Tessaly.mdb.tmp-journal";
             if (!(name == u"Tessaly.mdb" && is_copy_of_a_store(below(data, name))) &&
-                !name.startsWith(u"Tessaly.mdb.tmp")) // of a copy that was broken off
+                !(is_broken_off && is_plain_file(below(data, name))))
                 add("data/" + name);
+        }
     }
 
-    void look_into_html(const QString &copy, const QString &original, const QString &shown)
+    // Only the folders of the forms are copied: a file beside them came from elsewhere.
+    void look_into_html(const QString &html, const QString &forms)
+    {
+        for (const QString &name : AllEntries(html))
+            if (FolderExists(below(html, name)) && FolderExists(below(forms, name)))
+                look_into_form(below(html, name), below(forms, name), "html/" + name);
+            else
+                add("html/" + name);
+    }
+
+    void look_into_form(const QString &copy, const QString &original, const QString &shown)
     {
         for (const QString &name : AllEntries(copy)) {
-            if (found.size() >= most)
+            if (is_full())
                 return;
             if (FolderExists(below(copy, name)) && FolderExists(below(original, name)))
-                look_into_html(below(copy, name), below(original, name), below(shown, name));
+                look_into_form(below(copy, name), below(original, name), below(shown, name));
             else if (!is_plain_file(below(copy, name)) || !is_plain_file(below(original, name)))
                 add(below(shown, name));
         }
@@ -47,14 +59,14 @@ public:
 
     void add(const QString &stranger)
     {
-        if (found.size() < most)
+        if (!is_full())
             found += stranger;
     }
 
     QStringList found;
 
 private:
-    const int most;
+    bool is_full() const { return found.size() > most_named; }
 };
 
 bool stands_there(const QString &path)
@@ -64,9 +76,15 @@ bool stands_there(const QString &path)
 
 }
 
-QStringList strangers_in(const QString &folder, int most)
+QString list_of(const QStringList &names)
 {
-    stranger_search search(most);
+    return names.size() <= most_named ? names.join(u'\n')
+                                      : names.mid(0, most_named).join(u'\n') + QStringLiteral("\n...");
+}
+
+QStringList strangers_in(const QString &folder)
+{
+    stranger_search search;
     const QString data = below(folder, u"data");
     const QString html = below(folder, u"html");
     if (FolderExists(data))
@@ -74,10 +92,18 @@ QStringList strangers_in(const QString &folder, int most)
     else if (stands_there(data))
         search.add("data");
     if (FolderExists(html))
-        search.look_into_html(html, app_path(u"\\forms"), "html");
+        search.look_into_html(html, app_path(u"\\forms"));
     else if (stands_there(html))
         search.add("html");
     return search.found;
+}
+
+QStringList names_in_html(const QString &html)
+{
+    QStringList names;
+    for (const QString &name : AllEntries(html))
+        names += "html/" + name;
+    return names;
 }
 
 QString time_of_store_in(const QString &folder)

@@ -2,6 +2,7 @@
 #include "frame/back_up_contents.h"
 #include "frame/messages.h"
 #include "platform/app_folder.h"
+#include "platform/folder_exchange.h"
 #include "platform/folders.h"
 #include "platform/settings.h"
 
@@ -21,14 +22,6 @@ bool lies_in(const QString &inner, const QString &outer)
     return inner == outer || inner.startsWith(below(outer, u""));
 }
 
-// What is emptied for the back-up must not be the program, nor the back-up lie where the program is.
-bool touches_the_program(const QString &folder)
-{
-    const QString program = GetAbsolutePathName(app_folder());
-    return lies_in(folder, program) || lies_in(program, below(folder, u"data")) ||
-           lies_in(program, below(folder, u"html"));
-}
-
 // Whether all that is there of the path are folders.
 bool can_be_a_folder(QString path)
 {
@@ -39,24 +32,34 @@ bool can_be_a_folder(QString path)
 
 bool strangers_may_go(const QString &folder)
 {
-    constexpr int most_named = 8;
-    QStringList strangers = strangers_in(folder, most_named + 1);
-    if (strangers.isEmpty())
-        return true;
-    if (strangers.size() > most_named)
-        strangers.last() = "...";
-    return yes_no("The folders \"data\" and \"html\" in " + folder +
-                      " are emptied for the back-up, and they hold something else:\n\n" + strangers.join(u'\n') +
-                      "\n\nDo you want to delete all that is in them?",
-                  "Tessaly", message_icon::exclamation);
+    const QStringList strangers = strangers_in(folder);
+    return strangers.isEmpty() ||
+           yes_no_before_loss("The folders \"data\" and \"html\" in " + folder +
+                              " are emptied for the back-up, and they hold something else:\n\n" + list_of(strangers) +
+                              "\n\nDo you want to delete all that is in them?");
 }
 
-void remove_whatever_is(const QString &path)
+// Whoever sets Tessaly up anew, on a new disk perhaps, may have no other copy of all their data.
+bool former_back_up_may_go(const QString &folder)
 {
-    if (FolderExists(path))
-        DeleteFolder(path);
-    else if (is_there(path))
-        DeleteFile(path);
+    const QString time = time_of_store_in(folder);
+    return time.isEmpty() ||
+           yes_no_before_loss("There is a back-up of Tessaly of " + time + " in " + folder +
+                              ". Going on deletes it.\n\nTo bring its data back instead, answer No, finish the setup "
+                              "with another folder, and then choose \"Restore from Backup\" in the menu File.\n\n"
+                              "Do you want to delete this back-up?");
+}
+
+void make_ready_and_keep(const QString &path, const QString &real)
+{
+    make_folders(real);
+    folder_exchange exchanged(real);
+    exchanged.exchange({"data", "html"});
+    SaveSettings("main", {{"backup", path}, {"install_location", app_folder()}});
+    const QStringList left = exchanged.finish();
+    if (!left.isEmpty())
+        say("The folder is ready. What was there before could not be deleted, and is now here:\n\n" + left.join(u'\n'),
+            "Tessaly", message_icon::exclamation);
 }
 
 }
@@ -65,6 +68,14 @@ QString below(const QString &folder, QStringView name)
 {
     const QString start = folder.endsWith(u'/') ? folder : QString(folder + u'/');
     return start + name.toString();
+}
+
+// What is emptied for the back-up must not be the program, nor the back-up lie where the program is.
+bool touches_the_program(const QString &folder)
+{
+    const QString program = GetAbsolutePathName(app_folder());
+    return lies_in(folder, program) || lies_in(program, below(folder, u"data")) ||
+           lies_in(program, below(folder, u"html"));
 }
 
 void make_folders(const QString &path)
@@ -77,7 +88,7 @@ void make_folders(const QString &path)
         CreateFolder(folder);
 }
 
-bool keep_back_up_folder(const QString &path)
+bool keep_back_up_folder(const QString &path, bool in_setup)
 {
     if (path.isEmpty())
         return say("Please specify a folder"), false;
@@ -90,14 +101,9 @@ bool keep_back_up_folder(const QString &path)
         return say("Invalid path"), false;
     if (!(FolderExists(real) || yes_no("Do you want to create a new folder called " + path + " ?")))
         return false;
-    if (!strangers_may_go(real))
+    if ((in_setup && !former_back_up_may_go(real)) || !strangers_may_go(real))
         return false;
-    make_folders(real);
-    for (const QStringView name : {u"data", u"html"})
-        remove_whatever_is(below(real, name));
-    for (const QStringView name : {u"data", u"html"})
-        CreateFolder(below(real, name));
-    SaveSettings("main", {{"backup", path}, {"install_location", app_folder()}});
+    make_ready_and_keep(path, real);
     return true;
 }
 

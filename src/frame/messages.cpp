@@ -29,9 +29,19 @@ void say(const QString &text, const QString &title, message_icon icon)
     show_box({message_kind::say, text, title, icon, {}});
 }
 
+void say_with(const QString &text, const QString &beside)
+{
+    show_box({message_kind::say, text, QStringLiteral("Tessaly"), message_icon::information, {}, false, beside});
+}
+
 bool yes_no(const QString &text, const QString &title, message_icon icon)
 {
     return show_box({message_kind::yes_no, text, title, icon, {}}).has_value();
+}
+
+bool yes_no_before_loss(const QString &text, const QString &title)
+{
+    return show_box({message_kind::yes_no, text, title, message_icon::exclamation, {}, true}).has_value();
 }
 
 bool ok_cancel(const QString &text, const QString &title, message_icon icon)

@@ -12,7 +12,9 @@ struct message_box {
     QString text;
     QString title;
     message_icon icon = message_icon::none;
-    QString proposal; // input only
+    QString proposal;           // input only
+    bool no_is_default = false; // yes_no only: Enter is No
+    QString beside = {};        // more words below the text
 };
 
 class message_service {
@@ -26,8 +28,11 @@ void set_message_service(message_service *service); // not owned
 
 void say(const QString &text, const QString &title = QStringLiteral("Tessaly"),
          message_icon icon = message_icon::information);
+void say_with(const QString &text, const QString &beside);
 bool yes_no(const QString &text, const QString &title = QStringLiteral("Tessaly"),
             message_icon icon = message_icon::question);
+// Before something is lost for good: a second Enter loses nothing.
+bool yes_no_before_loss(const QString &text, const QString &title = QStringLiteral("Tessaly"));
 bool ok_cancel(const QString &text, const QString &title = QStringLiteral("Tessaly"),
                message_icon icon = message_icon::question);
 std::optional<QString> input(const QString &prompt, const QString &title = QStringLiteral("Tessaly"),

@@ -72,6 +72,11 @@ QString delete_question(const std::vector<outbox::kept_mail> &mails)
     return "Delete " + mails_text(qsizetype(mails.size())) + " from the Outbox? What has not gone out never will.";
 }
 
+QString to_go_text(qsizetype count)
+{
+    return QString::number(count) + (count == 1 ? " mail to go." : " mails to go.");
+}
+
 QString left_alone_text(qsizetype count)
 {
     return QString::number(count) + (count == 1 ? " mail was" : " mails were") +

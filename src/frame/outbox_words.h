@@ -13,6 +13,7 @@ QString recipients(const outbox::kept_mail &mail);
 // Before mails are sent once more; "" where nothing needs asking. Of an unknown one nobody knows whether it arrived.
 QString send_again_question(const std::vector<outbox::kept_mail> &mails);
 QString delete_question(const std::vector<outbox::kept_mail> &mails);
+QString to_go_text(qsizetype count);      // of many that are deleted or sent again
 QString left_alone_text(qsizetype count); // they were being sent at that moment, or gone
 
 QString text_to_read(const QString &id); // head lines and text; bounded

@@ -57,14 +57,17 @@ bool restore_backup()
         return say("File not found"), false;
     if (!yes_no("Are you sure to restore this database?", "Confirm Restore"))
         return false;
-    const copy_beside made{app_path(u"\\mailapp.mdb")};
-    const QString fault = store_file::lay_copy_beside(*chosen, made.store, fixed_tables());
+    const QString store = app_path(u"\\mailapp.mdb");
+    const QString fault = store_file::lay_copy_beside(*chosen, store, fixed_tables());
     if (!fault.isEmpty())
         return say("This file cannot be restored: " + fault + ". Your data is as it was.", "Tessaly",
                    message_icon::exclamation),
                false;
+    const copy_beside made{store};
     close_all();
-    store_file::take_place(made.store, name_to_keep());
-    say("Database will be restored once you restart the application. Click here to close the application.");
+    const QString kept = name_to_keep();
+    store_file::take_place(store, kept);
+    say_with("Database will be restored once you restart the application. Click here to close the application.",
+             "Your former data is kept in " + kept);
     return true;
 }

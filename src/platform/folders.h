@@ -8,14 +8,15 @@
 #include <QStringList>
 
 bool FolderExists(const QString &path);
-QString GetParentFolderName(const QString &path); // "" above the root
-QString GetDriveName(const QString &path);        // what the path hangs from, "/"; "" when it hangs from nothing
-QString GetAbsolutePathName(const QString &path); // clean, and free of links as far as the path is there
-QStringList SubFolders(const QString &path);      // their names, sorted; of a folder that can be read
-QStringList AllEntries(const QString &path);      // the same of files, links and whatever else is there
-void CreateFolder(const QString &path);           // its parent must be there
-void DeleteFolder(const QString &path);           // with all that is in it
-void DeleteFile(const QString &path);             // also a link; not a folder
+QString GetParentFolderName(const QString &path);  // "" above the root
+QString GetDriveName(const QString &path);         // what the path hangs from, "/"; "" when it hangs from nothing
+QString GetAbsolutePathName(const QString &path);  // clean, and free of links as far as the path is there
+QStringList SubFolders(const QString &path);       // their names, sorted; of a folder that can be read
+QStringList AllEntries(const QString &path);       // the same of files, links and whatever else is there
+void CreateFolder(const QString &path);            // its parent must be there
+void DeleteFolder(const QString &path);            // with all that is in it
+void DeleteFile(const QString &path);              // also a link; not a folder
+void Move(const QString &path, const QString &to); // whatever it is, a link itself; nothing may be there
 
 // Puts a copy of the folder, under its own name, into another one that is there. What is there already stays, but for
 // files of the same names: they are overwritten, each by a whole copy that takes its place when it is on disk.

@@ -20,6 +20,7 @@ enum class trouble : quint32 {
     not_understood = 33009, // what came is not the protocol
     cancelled = 33010,      // by the user
     not_configured = 33011, // a setting is missing, or a token command gives none
+    nobody_let_in = 33012,  // for now, whatever the password
 };
 
 run_time_error failure(trouble kind, const QString &description);

@@ -55,6 +55,9 @@ counts count();
 // nothing for a mail that is gone or being sent at this moment, and say so by false.
 bool send_again(const QString &id);
 bool discard(const QString &id);
+// The same of many, which wait for the disk together. How many were left alone.
+qsizetype send_again(const QStringList &ids);
+qsizetype discard(const QStringList &ids);
 QByteArray bytes_of(const QString &id); // the mail as it goes out; empty when it is gone
 
 }

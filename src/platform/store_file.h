@@ -7,8 +7,9 @@ namespace store_file {
 bool is_of_ours(const QString &path); // by its first bytes; whether it is sound they do not say
 
 // Puts a copy of the chosen file, with what was left unfinished in it brought to its end, beside the store, and looks
-// at the copy. What speaks against it as a store, such as "it is damaged": the copy is then gone again; "" when nothing
-// does. The chosen file and the store stay as they are. Throws 53, 61, 70 or 75.
+// at the copy. A journal or log beside the file counts when that file left it. What speaks against it as a store, such
+// as "it is damaged": the copy is then gone again; "" when nothing does. The chosen file and the store stay as they
+// are. Throws 53, 61, 70 or 75.
 QString lay_copy_beside(const QString &chosen, const QString &store, const QStringList &tables);
 void drop_copy_beside(const QString &store); // nothing when it is not there
 

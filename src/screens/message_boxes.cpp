@@ -54,6 +54,13 @@ QMessageBox::StandardButtons box_buttons(message_kind kind)
     }
 }
 
+QMessageBox::StandardButton default_button(const message_box &box)
+{
+    if (box.kind != message_kind::yes_no)
+        return QMessageBox::Ok;
+    return box.no_is_default ? QMessageBox::No : QMessageBox::Yes;
+}
+
 }
 
 std::optional<QString> message_boxes::show(const message_box &box)
@@ -64,9 +71,10 @@ std::optional<QString> message_boxes::show(const message_box &box)
     dialog.setWindowTitle(box.title);
     dialog.setTextFormat(Qt::PlainText); // texts may hold what came by mail
     dialog.setText(box.text);
+    dialog.setInformativeText(box.beside);
     dialog.setIcon(box_icon(box.icon));
     dialog.setStandardButtons(box_buttons(box.kind));
-    dialog.setDefaultButton(box.kind == message_kind::yes_no ? QMessageBox::Yes : QMessageBox::Ok);
+    dialog.setDefaultButton(default_button(box));
     if (box.kind == message_kind::yes_no)
         dialog.setEscapeButton(QMessageBox::No);
     const int answer = dialog.exec();

@@ -67,9 +67,24 @@ struct back_up_site : intake_site {
     }
 };
 
+// The stick is a folder of another disk, where the program is not.
 struct site_without_setting : intake_site {
     site_without_setting() { SaveSetting("main", "backup", QString()); }
+    QString on_stick(const QString &name) const { return stick.filePath(name); }
+    void add_form(const QString &name, const QByteArray &page) const
+    {
+        QDir().mkpath(folder.filePath("forms/" + name));
+        write_file(folder.filePath("forms/" + name + "/page.htm"), page);
+    }
+    QTemporaryDir stick;
 };
+
+QString holds_something(const QString &html, const QString &names)
+{
+    return "The folder " + html + " holds something already:\n\n" + names +
+           "\n\nYour forms are copied there, and files of the same names are overwritten. "
+           "Do you want to copy them there?";
+}
 
 }
 
@@ -92,7 +107,15 @@ private slots:
     void yes_makes_the_html_folder();
     void yes_makes_each_missing_folder();
     void with_no_folder_set_the_forms_go_beside_the_chosen_file();
-    void with_no_folder_set_and_html_there_nothing_is_asked();
+    void with_no_folder_set_what_html_holds_is_named_and_no_leaves_it();
+    void with_no_folder_set_yes_copies_into_html();
+    void with_no_folder_set_nothing_is_asked_where_nothing_can_be_lost();
+    void a_folder_of_the_program_is_refused_for_the_chosen_file_data();
+    void a_folder_of_the_program_is_refused_for_the_chosen_file();
+    void a_journal_of_the_older_copy_is_not_left_beside_the_new_one();
+    void a_copy_that_fails_leaves_the_older_one_its_journal();
+    void the_copy_is_no_more_readable_than_the_store();
+    void a_folder_that_is_not_there_is_named_before_the_dialog();
     void a_program_folder_without_forms_has_nothing_to_copy();
     void a_link_called_data_is_not_followed();
     void a_link_called_html_is_not_followed();
@@ -125,11 +148,11 @@ void back_up_test::no_configured_folder_falls_back_to_the_dialog()
     site_without_setting site;
     scripted_dialogs dialogs;
     site.add_account("orders", "orders@example.org");
-    dialogs.choices = {site.folder.filePath("chosen.mdb")};
+    dialogs.choices = {site.on_stick("chosen.mdb")};
     site.boxes.will_say_no();
-    QCOMPARE(run_backup(), site.folder.filePath("chosen.mdb"));
+    QCOMPARE(run_backup(), site.on_stick("chosen.mdb"));
     QCOMPARE(dialogs.asked, QStringList{"Tessaly.mdb|*.mdb"});
-    QCOMPARE(accounts_in(site.folder.filePath("chosen.mdb")), QStringList{"orders"});
+    QCOMPARE(accounts_in(site.on_stick("chosen.mdb")), QStringList{"orders"});
 }
 
 void back_up_test::a_configured_folder_without_data_falls_back_to_the_dialog()
@@ -155,9 +178,9 @@ void back_up_test::an_existing_file_asks_and_no_opens_the_dialog_again()
 {
     site_without_setting site;
     scripted_dialogs dialogs;
-    const QString old = site.folder.filePath("old.mdb");
+    const QString old = site.on_stick("old.mdb");
     write_file(old, "former");
-    QDir().mkpath(site.folder.filePath("html"));
+    QDir().mkpath(site.on_stick("html"));
     dialogs.choices = {old, old};
     site.boxes.will_say_no();
     site.boxes.will_say_yes();
@@ -179,7 +202,7 @@ void back_up_test::a_copy_that_cannot_be_made_is_the_callers_failure()
 {
     site_without_setting site;
     scripted_dialogs dialogs;
-    dialogs.choices = {site.folder.filePath("no/such/folder/x.mdb")};
+    dialogs.choices = {site.on_stick("no/such/folder/x.mdb")};
     QVERIFY_EXCEPTION_THROWN(run_backup(), run_time_error);
     QCOMPARE(site.boxes.shown, QStringList());
 }
@@ -273,13 +296,14 @@ void back_up_test::yes_makes_the_html_folder()
 void back_up_test::yes_makes_each_missing_folder()
 {
     back_up_site site;
+    const QTemporaryDir stick;
     scripted_dialogs dialogs;
     const QString deep = site.folder.filePath("new/and/deep");
     SaveSetting("main", "backup", deep);
     site.add_form("contact", "page");
-    dialogs.choices = {site.folder.filePath("chosen.mdb")};
+    dialogs.choices = {stick.filePath("chosen.mdb")};
     site.boxes.will_say_yes();
-    QCOMPARE(run_backup(), site.folder.filePath("chosen.mdb"));
+    QCOMPARE(run_backup(), stick.filePath("chosen.mdb"));
     QCOMPARE(site.boxes.shown, (QStringList{not_there(deep + "/html"), make_it(deep + "/html")}));
     QCOMPARE(read_file(deep + "/html/contact/page.htm"), QByteArray("page"));
 }
@@ -288,27 +312,133 @@ void back_up_test::with_no_folder_set_the_forms_go_beside_the_chosen_file()
 {
     site_without_setting site;
     scripted_dialogs dialogs;
-    QDir().mkpath(site.folder.filePath("forms/contact"));
-    QDir().mkpath(site.folder.filePath("stick"));
-    write_file(site.folder.filePath("forms/contact/page.htm"), "page");
-    dialogs.choices = {site.folder.filePath("stick/mine.mdb")};
+    site.add_form("contact", "page");
+    dialogs.choices = {site.on_stick("mine.mdb")};
     site.boxes.will_say_yes();
     run_backup();
-    const QString html = site.folder.filePath("stick/html");
+    const QString html = site.on_stick("html");
     QCOMPARE(site.boxes.shown, (QStringList{not_there(html), make_it(html)}));
     QCOMPARE(read_file(html + "/contact/page.htm"), QByteArray("page"));
 }
 
-void back_up_test::with_no_folder_set_and_html_there_nothing_is_asked()
+void back_up_test::with_no_folder_set_what_html_holds_is_named_and_no_leaves_it()
 {
     site_without_setting site;
     scripted_dialogs dialogs;
-    QDir().mkpath(site.folder.filePath("forms/contact"));
-    QDir().mkpath(site.folder.filePath("stick/html"));
-    dialogs.choices = {site.folder.filePath("stick/mine.mdb")};
+    site.add_form("contact", "page");
+    site.add_form("order", "page");
+    QDir().mkpath(site.on_stick("html/contact"));
+    write_file(site.on_stick("html/contact/page.htm"), "my own page");
+    write_file(site.on_stick("html/index.html"), "my site");
+    dialogs.choices = {site.on_stick("mine.mdb")};
+    site.boxes.will_say_no();
+    QCOMPARE(run_backup(), site.on_stick("mine.mdb"));
+    QCOMPARE(site.boxes.shown, QStringList{holds_something(site.on_stick("html"), "html/contact\nhtml/index.html")});
+    QVERIFY(site.boxes.boxes[0].no_is_default);
+    QCOMPARE(read_file(site.on_stick("html/contact/page.htm")), QByteArray("my own page"));
+    QCOMPARE(QDir(site.on_stick("html")).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
+             (QStringList{"contact", "index.html"}));
+    QCOMPARE(accounts_in(site.on_stick("mine.mdb")), QStringList());
+}
+
+void back_up_test::with_no_folder_set_yes_copies_into_html()
+{
+    site_without_setting site;
+    scripted_dialogs dialogs;
+    site.add_form("contact", "page");
+    QDir().mkpath(site.on_stick("html/contact"));
+    write_file(site.on_stick("html/contact/page.htm"), "an older page");
+    write_file(site.on_stick("html/index.html"), "my site");
+    dialogs.choices = {site.on_stick("mine.mdb")};
+    site.boxes.will_say_yes();
     run_backup();
+    QCOMPARE(site.boxes.shown.size(), 1);
+    QCOMPARE(read_file(site.on_stick("html/contact/page.htm")), QByteArray("page"));
+    QCOMPARE(read_file(site.on_stick("html/index.html")), QByteArray("my site"));
+}
+
+void back_up_test::with_no_folder_set_nothing_is_asked_where_nothing_can_be_lost()
+{
+    site_without_setting site;
+    scripted_dialogs dialogs;
+    QDir().mkpath(site.on_stick("html"));
+    write_file(site.on_stick("html/index.html"), "my site");
+    dialogs.choices = {site.on_stick("mine.mdb"), site.on_stick("more.mdb")};
+    run_backup(); // no forms
+    QFile::remove(site.on_stick("html/index.html"));
+    site.add_form("contact", "page");
+    run_backup(); // an empty folder
     QCOMPARE(site.boxes.shown, QStringList());
-    QVERIFY(QDir(site.folder.filePath("stick/html/contact")).exists());
+    QCOMPARE(read_file(site.on_stick("html/contact/page.htm")), QByteArray("page"));
+}
+
+void back_up_test::a_folder_of_the_program_is_refused_for_the_chosen_file_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::newRow("the program's folder") << "Tessaly.mdb";
+    QTest::newRow("one inside it") << "forms/Tessaly.mdb";
+    QTest::newRow("through a link") << "../LINK/Tessaly.mdb";
+}
+
+void back_up_test::a_folder_of_the_program_is_refused_for_the_chosen_file()
+{
+    QFETCH(QString, name);
+    site_without_setting site;
+    scripted_dialogs dialogs;
+    site.add_form("contact", "page");
+    const QString link = site.on_stick("link");
+    QVERIFY(QFile::link(site.folder.filePath("forms"), link));
+    dialogs.choices = {name.startsWith("../LINK") ? link + "/Tessaly.mdb" : site.folder.filePath(name), std::nullopt};
+    QCOMPARE(run_backup(), QString());
+    QCOMPARE(site.boxes.shown, QStringList{"The folder of the program takes no back-up. Please choose another one."});
+    QVERIFY(!QFile::exists(site.folder.filePath(name)));
+    QVERIFY(!QFile::exists(link + "/Tessaly.mdb"));
+}
+
+void back_up_test::a_journal_of_the_older_copy_is_not_left_beside_the_new_one()
+{
+    back_up_site site;
+    run_backup();
+    for (const char *side : {"-journal", "-wal", "-shm", ".former-journal"})
+        write_file(site.safe("data/Tessaly.mdb") + side, "of the older copy");
+    run_backup();
+    QCOMPARE(QDir(site.safe("data")).entryList(QDir::Files), QStringList{"Tessaly.mdb"});
+}
+
+void back_up_test::a_copy_that_fails_leaves_the_older_one_its_journal()
+{
+    site_without_setting site;
+    scripted_dialogs dialogs;
+    QDir().mkpath(site.on_stick("old.mdb/in the way")); // a file cannot take the place of a folder
+    write_file(site.on_stick("old.mdb-journal"), "of the older one");
+    dialogs.choices = {site.on_stick("old.mdb")};
+    QVERIFY_EXCEPTION_THROWN(run_backup(), run_time_error);
+    QCOMPARE(read_file(site.on_stick("old.mdb-journal")), QByteArray("of the older one"));
+    QCOMPARE(QDir(site.stick.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
+             (QStringList{"old.mdb", "old.mdb-journal"}));
+}
+
+void back_up_test::the_copy_is_no_more_readable_than_the_store()
+{
+    back_up_site site;
+    const auto owners = QFile::ReadOwner | QFile::WriteOwner | QFile::ReadUser | QFile::WriteUser;
+    QVERIFY(QFile::setPermissions(site.folder.filePath("mailapp.mdb"), owners));
+    run_backup();
+    const auto others = QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther | QFile::WriteOther;
+    QVERIFY(!(QFile::permissions(site.safe("data/Tessaly.mdb")) & others));
+}
+
+void back_up_test::a_folder_that_is_not_there_is_named_before_the_dialog()
+{
+    back_up_site site((QStringList()));
+    scripted_dialogs dialogs;
+    dialogs.choices = {std::nullopt};
+    SaveSetting("main", "backup", "/media/stick");
+    QStringList told;
+    set_progress_sink([&](const QString &what, qint64, qint64) { told += what; });
+    run_backup();
+    set_progress_sink({});
+    QCOMPARE(told, QStringList{"The folder for back-ups is not there (/media/stick). Please choose a file"});
 }
 
 void back_up_test::a_program_folder_without_forms_has_nothing_to_copy()

@@ -9,6 +9,7 @@
 #include "platform/settings.h"
 #include "support/intake_site.h"
 #include "support/scripted_dialogs.h"
+#include "support/store_spoiler.h"
 #include "support/test_store.h"
 
 #include <QDir>
@@ -72,6 +73,22 @@ QString accounts_in(const QString &path)
     return raw_store(path).text("select query from email_tbl");
 }
 
+// The moment of a crash, as that file with its journal: the change is half in the file, and what was there before in
+// the journal.
+void leave_crashed(const QString &copy, const QString &crashed, const char *change)
+{
+    const raw_store writing(copy);
+    writing.run("create table filler(t text)");
+    writing.run("with recursive n(i) as (select 1 union all select i+1 from n where i<3000) "
+                "insert into filler select 'before' || i from n");
+    writing.run("pragma cache_size=1; pragma cache_spill=1; begin");
+    writing.run(change);
+    if (!QFile::copy(copy, crashed) || !QFile::copy(copy + "-journal", crashed + "-journal"))
+        qFatal("cannot copy %s", qPrintable(copy));
+}
+
+constexpr auto half_done = "update filler set t='after' || t; update email_tbl set query='after'";
+
 // The present store has the account "present", the file copy.mdb the account "former".
 struct restore_site : intake_site {
     restore_site()
@@ -116,6 +133,13 @@ private slots:
     void side_files_of_the_present_store_do_not_meet_the_new_one();
     void what_another_program_left_unfinished_is_brought_to_its_end();
     void a_chosen_file_with_a_log_beside_it_is_whole();
+    void a_copy_made_over_a_crashed_file_comes_back_with_its_own_rows();
+    void a_journal_of_another_file_of_that_name_is_not_applied_data();
+    void a_journal_of_another_file_of_that_name_is_not_applied();
+    void a_log_beside_a_file_that_keeps_none_is_not_applied();
+    void the_name_of_the_kept_store_is_told_beside();
+    void what_a_broken_off_restore_left_is_refused_and_stays();
+    void a_spoiled_file_is_refused_or_sound();
     void a_link_to_a_file_restores_the_file();
     void a_refused_file_is_told_and_nothing_is_touched_data();
     void a_refused_file_is_told_and_nothing_is_touched();
@@ -275,17 +299,7 @@ void restore_test::what_another_program_left_unfinished_is_brought_to_its_end()
 {
     restore_site site;
     const QString crashed = site.folder.filePath("crashed.mdb");
-    {
-        // The moment of a crash: the change is half in the file, and what was there before in the journal.
-        const raw_store writing(site.copy);
-        writing.run("create table filler(t text)");
-        writing.run("with recursive n(i) as (select 1 union all select i+1 from n where i<3000) "
-                    "insert into filler select 'before' || i from n");
-        writing.run("pragma cache_size=1; pragma cache_spill=1; begin; update filler set t='after' || t;"
-                    "update email_tbl set query='after'");
-        QVERIFY(QFile::copy(site.copy, crashed));
-        QVERIFY(QFile::copy(site.copy + "-journal", crashed + "-journal"));
-    }
+    leave_crashed(site.copy, crashed, half_done);
     const QByteArray chosen = read_file(crashed);
     QVERIFY(chosen.contains("after"));
     const QByteArray journal = read_file(crashed + "-journal");
@@ -316,6 +330,123 @@ void restore_test::a_chosen_file_with_a_log_beside_it_is_whole()
     QVERIFY(!QFile::exists(site.store + "-wal"));
     QCOMPARE(accounts_in(site.store), QString("in the log"));
     QCOMPARE(raw_store(site.store).text("pragma journal_mode"), QString("delete"));
+}
+
+void restore_test::a_copy_made_over_a_crashed_file_comes_back_with_its_own_rows()
+{
+    restore_site site;
+    const QString crashed = site.folder.filePath("crashed.mdb");
+    leave_crashed(site.copy, crashed, half_done);
+    session.store_connection->copy_store(crashed);
+    site.run("update email_tbl set query='later'");
+    site.dialogs.choices = {crashed};
+    site.boxes.will_say_yes();
+    QVERIFY(restore_backup());
+    QCOMPARE(accounts_in(site.store), QString("present"));
+    QCOMPARE(raw_store(site.store).text("select count(*) from sqlite_master where name='filler'"), QString("0"));
+}
+
+void restore_test::a_journal_of_another_file_of_that_name_is_not_applied_data()
+{
+    QTest::addColumn<QString>("change");
+    QTest::newRow("the first page is not in the journal") << half_done;
+    QTest::newRow("the first page is in the journal") << "create table more(t text); update filler set t='after' || t";
+}
+
+void restore_test::a_journal_of_another_file_of_that_name_is_not_applied()
+{
+    QFETCH(QString, change);
+    restore_site site;
+    const QString crashed = site.folder.filePath("crashed.mdb");
+    leave_crashed(site.copy, crashed, qPrintable(change));
+    const QString newer = site.folder.filePath("newer.mdb");
+    for (int i = 0; i < 5; ++i) {
+        site.run("update email_tbl set email='newer'");
+        session.store_connection->barrier();
+    }
+    session.store_connection->copy_store(newer);
+    const QByteArray bytes = read_file(newer);
+    write_file(crashed, bytes); // as a user copies a file over another one
+    site.dialogs.choices = {crashed};
+    site.boxes.will_say_yes();
+    QVERIFY(restore_backup());
+    QCOMPARE(accounts_in(site.store), QString("present"));
+    QCOMPARE(read_file(site.store), bytes);
+}
+
+void restore_test::a_log_beside_a_file_that_keeps_none_is_not_applied()
+{
+    restore_site site;
+    const QString older = site.folder.filePath("older.mdb");
+    {
+        const raw_store writing(site.copy);
+        writing.run("pragma journal_mode=wal");
+        writing.run("update email_tbl set query='in the log'");
+        QVERIFY(QFile::copy(site.copy + "-wal", older + "-wal"));
+    }
+    const QString newer = site.folder.filePath("newer.mdb");
+    session.store_connection->copy_store(newer);
+    QVERIFY(QFile::rename(newer, older));
+    site.dialogs.choices = {older};
+    site.boxes.will_say_yes();
+    QVERIFY(restore_backup());
+    QCOMPARE(accounts_in(site.store), QString("present"));
+}
+
+void restore_test::the_name_of_the_kept_store_is_told_beside()
+{
+    restore_site site;
+    site.boxes.will_say_yes();
+    QVERIFY(restore_backup());
+    QCOMPARE(site.boxes.boxes[1].text, restored);
+    QCOMPARE(site.boxes.boxes[1].beside, "Your former data is kept in " + site.kept);
+}
+
+void restore_test::what_a_broken_off_restore_left_is_refused_and_stays()
+{
+    restore_site site;
+    const QString left = site.store + ".new";
+    QVERIFY(QFile::rename(site.copy, left));
+    const QByteArray bytes = read_file(left);
+    site.dialogs.choices = {left};
+    site.boxes.will_say_yes();
+    QVERIFY(!restore_backup());
+    QCOMPARE(site.boxes.shown.last(), QString("This file cannot be restored: a restore that was broken off left it "
+                                              "behind; give it another name first. Your data is as it was."));
+    QCOMPARE(read_file(left), bytes);
+}
+
+// What was turned or copied in a place that no check looks at is restored as it is.
+void restore_test::a_spoiled_file_is_refused_or_sound()
+{
+    restore_site site;
+    for (int number = 0; number < 200; ++number)
+        site.run("insert into email_tbl(query,email,table_name) values('" + QString(200, 'x') +
+                 "','a@example.org','t')");
+    session.store_connection->copy_store(site.copy);
+    session.store_connection->Close();
+    const QByteArray sound = read_file(site.copy);
+    const QByteArray present = read_file(site.store);
+    store_spoiler spoil{QRandomGenerator(20261121)};
+    int refused = 0, accepted = 0;
+    for (int round = 0; round < 30; ++round) {
+        QByteArray bytes = sound;
+        const QString told = spoil.spoil(bytes, round % 5);
+        write_file(site.copy, bytes);
+        site.dialogs.choices = {site.copy};
+        site.boxes.will_say_yes();
+        if (restore_backup()) {
+            ++accepted;
+            QVERIFY2(raw_store(site.store).text("pragma quick_check") == "ok", qPrintable(told));
+            write_file(site.store, present);
+        } else {
+            ++refused;
+            QVERIFY2(read_file(site.store) == present, qPrintable(told));
+        }
+        QVERIFY2(read_file(site.copy) == bytes, qPrintable(told));
+        QVERIFY(!QFile::exists(site.store + ".new"));
+    }
+    QVERIFY2(refused > 10, qPrintable(QString("%1 refused, %2 accepted").arg(refused).arg(accepted)));
 }
 
 void restore_test::a_link_to_a_file_restores_the_file()

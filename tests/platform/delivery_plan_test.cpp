@@ -82,6 +82,11 @@ private slots:
                               .failure = "mail.example.org cannot be reached.",
                               .next_try = "14:05"}
             << "3 mails wait in the Outbox: mail.example.org cannot be reached: tried again at 14:05";
+        QTest::newRow("nothing waits, and the server is away")
+            << delivery_facts{.left = {}, .failure = "Nobody answers."} << "";
+        QTest::newRow("nothing waits, and files cannot be removed")
+            << delivery_facts{.left = {}, .failure = "Permission denied: /outbox", .of_disk = true}
+            << "The Outbox cannot be tidied: Permission denied: /outbox";
         QTest::newRow("it sends") << delivery_facts{.left = {.waiting = 3}, .busy = true, .failure = "old"}
                                   << "3 mails wait in the Outbox: sending";
         QTest::newRow("refused and in doubt") << delivery_facts{.left = {.refused = 1, .unknown = 1}}
@@ -103,8 +108,9 @@ private slots:
         bool was_called_before = true;
         const auto outcome =
             sendmail_road(program.program(), patience)
-                .send("orders@example.org", {"ann@example.net", "-bob@bücher.example"}, "To: x\r\n\r\n.\r\n$(id)\r\n",
-                      [&] { was_called_before = !program.calls().isEmpty(); });
+                .send(
+                    {"orders@example.org", {"ann@example.net", "-bob@bücher.example"}, "To: x\r\n\r\n.\r\n$(id)\r\n"},
+                    [&] { was_called_before = !program.calls().isEmpty(); }, nullptr);
         QVERIFY(!was_called_before);
         QCOMPARE(program.calls().size(), 1);
         QCOMPARE(program.calls().at(0).arguments, (QStringList{"-i", "-f", "orders@example.org", "--",
@@ -127,8 +133,9 @@ private slots:
         QFETCH(int, status);
         const fake_sendmail program(status, "no room\n");
         const net::patience patience;
-        const auto outcome =
-            sendmail_road(program.program(), patience).send("a@b.c", {"ann@example.net"}, "x\r\n", [] {});
+        const auto outcome = sendmail_road(program.program(), patience)
+                                 .send(
+                                     {"a@b.c", {"ann@example.net"}, "x\r\n"}, [] {}, nullptr);
         QTEST(int(outcome.recipients.at(0).became), "fate");
         QCOMPARE(outcome.recipients.at(0).words,
                  QString("sendmail ended with status %1. It said: no room").arg(status));
@@ -144,8 +151,9 @@ private slots:
         QVERIFY(script.setPermissions(QFile::ReadOwner | QFile::ExeOwner));
         net::patience patience;
         patience.answer_ms = 300;
-        const auto outcome =
-            sendmail_road(script.fileName(), patience).send("a@b.c", {"ann@example.net"}, "x\r\n", [] {});
+        const auto outcome = sendmail_road(script.fileName(), patience)
+                                 .send(
+                                     {"a@b.c", {"ann@example.net"}, "x\r\n"}, [] {}, nullptr);
         QVERIFY(outcome.recipients.at(0).became == smtp::fate::unknown);
     }
 
@@ -154,7 +162,9 @@ private slots:
         const net::patience patience;
         bool told = false;
         try {
-            sendmail_road("/nowhere/sendmail", patience).send("a@b.c", {"ann@example.net"}, "x\r\n", [] {});
+            sendmail_road("/nowhere/sendmail", patience)
+                .send(
+                    {"a@b.c", {"ann@example.net"}, "x\r\n"}, [] {}, nullptr);
         } catch (const run_time_error &error) {
             told = error.description == "There is no /nowhere/sendmail on this machine.";
         }

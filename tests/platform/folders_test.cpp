@@ -101,6 +101,7 @@ private slots:
     void a_folder_that_is_not_there_cannot_be_deleted();
     void a_deep_tree_is_refused_and_a_usual_one_is_not();
     void deleting_a_file_takes_the_link_and_no_folder();
+    void what_is_moved_is_whole_and_takes_no_ones_place();
     void a_copy_holds_files_folders_modes_and_times();
     void a_copy_overwrites_and_keeps_the_rest();
     void a_copy_leaves_links_and_pipes_out();
@@ -310,6 +311,24 @@ void folders_test::deleting_a_file_takes_the_link_and_no_folder()
     QCOMPARE(here.read("file"), QByteArray("x"));
     QCOMPARE(error_number_of([&] { DeleteFile(here.path("folder")); }), 70u);
     QCOMPARE(error_number_of([&] { DeleteFile(here.path("nothing")); }), 76u);
+}
+
+void folders_test::what_is_moved_is_whole_and_takes_no_ones_place()
+{
+    const place here;
+    here.make("folder");
+    here.write("folder/file", "x");
+    here.link("folder", "link");
+    here.link("nowhere", "dangling");
+    Move(here.path("folder"), here.path("moved"));
+    QCOMPARE(here.read("moved/file"), QByteArray("x"));
+    QVERIFY(!here.is_there("folder"));
+    Move(here.path("link"), here.path("moved link"));
+    QVERIFY(here.is_there("moved link") && !here.is_there("link"));
+    for (const char *taken : {"moved", "dangling"})
+        QCOMPARE(error_number_of([&] { Move(here.path("moved link"), here.path(taken)); }), 58u);
+    QCOMPARE(error_number_of([&] { Move(here.path("nothing"), here.path("new")); }), 76u);
+    QCOMPARE(here.names(""), (QStringList{"dangling", "moved", "moved link"}));
 }
 
 void folders_test::a_copy_holds_files_folders_modes_and_times()

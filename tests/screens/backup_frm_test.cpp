@@ -2,6 +2,8 @@
 #include "frame/session.h"
 #include "frame/store.h"
 #include "platform/app_folder.h"
+#include "platform/outside_effects.h"
+#include "platform/run_time_error.h"
 #include "platform/settings.h"
 #include "screens/frame/Stage3.h"
 #include "screens/frame/backup_frm.h"
@@ -101,10 +103,13 @@ private slots:
     void many_strangers_are_not_all_named();
     void links_go_and_what_they_lead_to_stays();
     void a_folder_that_is_a_link_itself_works();
+    void enter_in_the_question_deletes_nothing();
+    void a_failure_on_the_way_puts_all_back();
     void a_failure_is_told_and_logged();
     void browsing_tells_what_was_chosen();
     void browsing_without_a_choice_tells_so();
     void in_the_setup_it_makes_the_account_tables_and_opens_the_console();
+    void in_the_setup_a_former_back_up_goes_only_with_yes();
     void in_the_setup_a_refused_folder_ends_nothing();
     void in_the_setup_a_failure_leaves_the_screen();
     void in_the_setup_back_goes_to_the_accounts();
@@ -239,8 +244,10 @@ void backup_frm_test::a_former_back_up_goes_without_a_question_and_is_told_of_be
     folder_site site;
     site.write("program/forms/contact/page.htm", "page");
     site.write("safe/html/contact/page.htm", "an older page");
-    QDir().mkpath(site.file("safe/data"));
-    session.store_connection->copy_store(site.file("safe/data/Tessaly.mdb"));
+    site.write("safe/data/Tessaly.mdb.tmp", "of a copy that was broken off");
+    site.write("safe/data/Tessaly.mdb.tmp-journal", "of a copy that was broken off");
+    session.store_connection->copy_store(site.file("copy.mdb"));
+    QVERIFY(QFile::rename(site.file("copy.mdb"), site.file("safe/data/Tessaly.mdb")));
     set_app_folder(site.file("program"));
     the<backup_frm>().show();
     auto &told = control<QLabel>(the<backup_frm>(), "former_l");
@@ -297,6 +304,14 @@ void backup_frm_test::what_is_no_back_up_of_ours_data()
                                                   << "html/contact";
     QTest::newRow("a form that is gone") << "html/older/page.htm"
                                          << "html/older";
+    QTest::newRow("a file beside the forms") << "html/letter"
+                                             << "html/letter";
+    QTest::newRow("a file beside the forms that the program has too") << "html/beside.htm"
+                                                                      << "html/beside.htm";
+    QTest::newRow("a folder of a broken off copy's name") << "data/Tessaly.mdb.tmp/x"
+                                                          << "data/Tessaly.mdb.tmp";
+    QTest::newRow("a name that only begins like a broken off copy") << "data/Tessaly.mdb.tmp2"
+                                                                    << "data/Tessaly.mdb.tmp2";
     QTest::newRow("a file called data") << "data"
                                         << "data";
     QTest::newRow("a file called html") << "html"
@@ -309,6 +324,7 @@ void backup_frm_test::what_is_no_back_up_of_ours()
     QFETCH(QString, named);
     folder_site site;
     site.write("program/forms/contact/page.htm", "page");
+    site.write("program/forms/beside.htm", "not copied");
     set_app_folder(site.file("program"));
     site.write("safe/" + file, "not ours");
     site.boxes.will_say_no();
@@ -359,6 +375,52 @@ void backup_frm_test::a_folder_that_is_a_link_itself_works()
     QCOMPARE(site.boxes.shown, QStringList());
     QCOMPARE(site.names("safe"), (QStringList{"data", "html"}));
     QCOMPARE(GetSetting("main", "backup"), site.file("link"));
+}
+
+void backup_frm_test::enter_in_the_question_deletes_nothing()
+{
+    folder_site site;
+    set_app_folder("/no/such/program");
+    site.write("safe/html/index.html", "my site");
+    site.boxes.will_say_no();
+    site.choose(site.file("safe"));
+    QVERIFY(site.boxes.boxes[0].no_is_default);
+    QVERIFY(site.boxes.boxes[0].icon == message_icon::exclamation);
+}
+
+// Both are put aside, both are made, and the setting is saved; then the folder is ready, whatever cannot be deleted.
+void backup_frm_test::a_failure_on_the_way_puts_all_back()
+{
+    folder_site site;
+    set_app_folder("/no/such/program");
+    site.write("safe/data/figures.csv", "1,2");
+    site.write("safe/html/index.html", "my site");
+    site.write("safe/html.former/mine", "stays");
+    for (int failing = 1; failing <= 6; ++failing) {
+        QCOMPARE(site.names("safe"), (QStringList{"data", "html", "html.former"}));
+        QCOMPARE(site.read("safe/data/figures.csv"), "1,2");
+        QCOMPARE(site.read("safe/html/index.html"), "my site");
+        QCOMPARE(GetSetting("main", "backup"), QString());
+        int effects = 0;
+        site.boxes.shown.clear();
+        site.boxes.will_say_yes();
+        const int refusing = on_outside_effect([&] {
+            if (site.boxes.shown.size() == 1 && ++effects == failing)
+                throw run_time_error{61, "Disk full"};
+        });
+        site.choose(site.file("safe"));
+        forget_outside_effect(refusing);
+        QCOMPARE(site.boxes.shown.size(), 2);
+        if (failing < 6)
+            QCOMPARE(site.boxes.shown[1], "The folder could not be made ready: Disk full");
+    }
+    QVERIFY2(site.boxes.shown[1].endsWith("is now here:\n\n" + site.file("safe/data.former")),
+             qPrintable(site.boxes.shown[1]));
+    QCOMPARE(GetSetting("main", "backup"), site.file("safe"));
+    QCOMPARE(site.names("safe"), (QStringList{"data", "data.former", "html", "html.former"}));
+    QCOMPARE(site.names("safe/data") + site.names("safe/html"), QStringList());
+    QCOMPARE(site.read("safe/data.former/figures.csv"), "1,2");
+    QCOMPARE(site.read("safe/html.former/mine"), "stays");
 }
 
 void backup_frm_test::a_failure_is_told_and_logged()
@@ -413,6 +475,32 @@ void backup_frm_test::in_the_setup_it_makes_the_account_tables_and_opens_the_con
     QCOMPARE(site.store.cell("select install from install_tbl"), "True");
     QVERIFY(live_widget(typeid(menuFrm)));
     QVERIFY(!is_visible<backup_frm>());
+    delete live_widget(typeid(menuFrm));
+}
+
+void backup_frm_test::in_the_setup_a_former_back_up_goes_only_with_yes()
+{
+    folder_site site;
+    const QTemporaryDir elsewhere;
+    const QString copy = elsewhere.filePath("data/Tessaly.mdb");
+    QDir().mkpath(elsewhere.filePath("data"));
+    session.store_connection->copy_store(copy);
+    site.store.run("update install_tbl set install=no");
+    site.boxes.will_say_no();
+    site.choose(elsewhere.path());
+    QCOMPARE(site.boxes.shown.size(), 1);
+    const QString asked = site.boxes.shown[0];
+    QVERIFY2(asked.startsWith("There is a back-up of Tessaly of "), qPrintable(asked));
+    QVERIFY2(asked.contains(elsewhere.path()) && asked.contains("Restore from Backup"), qPrintable(asked));
+    QVERIFY(site.boxes.boxes[0].no_is_default);
+    QVERIFY(QFile::exists(copy));
+    QCOMPARE(GetSetting("main", "backup"), QString());
+    QCOMPARE(site.store.cell("select install from install_tbl"), "False");
+    QVERIFY(is_visible<backup_frm>());
+    site.boxes.will_say_yes();
+    site.click("next_b");
+    QVERIFY(!QFile::exists(copy));
+    QCOMPARE(site.store.cell("select install from install_tbl"), "True");
     delete live_widget(typeid(menuFrm));
 }
 

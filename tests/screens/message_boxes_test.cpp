@@ -40,6 +40,19 @@ private slots:
         QVERIFY(!answer(question, Qt::Key_Escape).has_value());
     }
 
+    void return_is_no_where_something_would_be_lost()
+    {
+        message_box box = question;
+        box.no_is_default = true;
+        const auto look = [](QWidget &shown) {
+            auto *asked = qobject_cast<QMessageBox *>(&shown);
+            QVERIFY(asked);
+            QCOMPARE(asked->defaultButton(), asked->button(QMessageBox::No));
+        };
+        QVERIFY(!answer(box, Qt::Key_Return, look).has_value());
+        QVERIFY(answer(box, Qt::Key_Y).has_value());
+    }
+
     void return_is_ok_and_escape_cancel()
     {
         const message_box box{message_kind::ok_cancel, "Go on?", "Tessaly", message_icon::question, {}};
@@ -58,6 +71,19 @@ private slots:
             QCOMPARE(box->icon(), QMessageBox::Question);
             QCOMPARE(box->standardButtons(), QMessageBox::Yes | QMessageBox::No);
             QCOMPARE(box->defaultButton(), box->button(QMessageBox::Yes));
+        });
+    }
+
+    void more_words_stand_below_the_text()
+    {
+        message_box box{message_kind::say, "Done.", "Tessaly", message_icon::information, {}};
+        box.beside = "It is in <b>here</b>.";
+        answer(box, Qt::Key_Return, [](QWidget &shown) {
+            auto *said = qobject_cast<QMessageBox *>(&shown);
+            QVERIFY(said);
+            QCOMPARE(said->text(), "Done.");
+            QCOMPARE(said->informativeText(), "It is in <b>here</b>.");
+            QCOMPARE(said->textFormat(), Qt::PlainText);
         });
     }
 

@@ -7,6 +7,7 @@
 #include "screens/frame/outbox_list.h"
 #include "screens/list_view.h"
 #include "screens/screen.h"
+#include "support/maildir_files.h"
 #include "support/screens_driver.h"
 #include "support/screens_site.h"
 
@@ -17,7 +18,9 @@
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QTest>
+#include <QTimer>
 #include <QToolButton>
 
 namespace {
@@ -32,6 +35,27 @@ void hand_over(const QString &to, const QString &subject, const QString &text = 
     mail.Subject = subject;
     mail.body = text;
     outbox::hand_over(mail);
+}
+
+constexpr int all_rows = 5000;
+
+// Refused ones; by copying, so quickly.
+void hand_over_many(const screens_site &site)
+{
+    hand_over("nobody", "Order 1");
+    const QString model = outbox::contents().at(0).id;
+    const QByteArray eml = outbox::bytes_of(model);
+    const QByteArray state = bytes_of_file(site.file("outbox/" + model + ".json"));
+    const auto write = [&site](const QString &name, const QByteArray &bytes) {
+        QFile file(site.file("outbox/" + name));
+        if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
+            qFatal("a mail of the test cannot be written");
+    };
+    for (int number = 1; number < all_rows; ++number) {
+        const QString id = QStringLiteral("1767268800%1-a").arg(number, 6, 10, QChar(u'0'));
+        write(id + ".eml", eml);
+        write(id + ".json", state);
+    }
 }
 
 list_view &rows()
@@ -244,6 +268,41 @@ private slots:
         the<outbox_frm>().show();
         QCOMPARE(row_count(), 1000);
         QVERIFY(time.elapsed() < 2000);
+    }
+
+    void five_thousand_rows_leave_the_window_alive_data()
+    {
+        QTest::addColumn<QString>("click");
+        QTest::addColumn<int>("left");
+        QTest::newRow("deleted") << "delete_b" << 0;
+        QTest::newRow("sent again") << "again_b" << all_rows;
+    }
+    void five_thousand_rows_leave_the_window_alive()
+    {
+        QFETCH(QString, click);
+        QFETCH(int, left);
+        screens_site site;
+        hand_over_many(site);
+        the<outbox_frm>().show();
+        QCOMPARE(row_count(), all_rows);
+        rows().selectAll();
+        QElapsedTimer whole, since;
+        qint64 longest = 0;
+        QTimer turns;
+        connect(&turns, &QTimer::timeout, this, [&] { longest = qMax(longest, since.restart()); });
+        turns.start(0);
+        if (click == "delete_b")
+            site.boxes.will_say_yes(); // the other one asks only for those in doubt
+        whole.start();
+        since.start();
+        button(click.toLatin1()).click();
+        const QRegularExpression to_go("^[0-9]+ mails to go\\.$"); // unless all were done in the first slice
+        QTRY_VERIFY_WITH_TIMEOUT(!control<QLabel>(the<outbox_frm>(), "summary_l").text().contains(to_go), 120000);
+        qInfo("%lld ms in all, at most %lld without a turn", whole.elapsed(), longest);
+        QCOMPARE(row_count(), left);
+        QCOMPARE(outbox::contents().size(), size_t(left));
+        QCOMPARE(outbox::count().waiting, left);
+        QVERIFY2(longest < 1500, "a slice is a tenth of a second; the list is read once at the end");
     }
 
     void ten_thousand_rows_are_sorted_at_once()

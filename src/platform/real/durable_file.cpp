@@ -1,9 +1,11 @@
 #include "platform/real/durable_file.h"
+#include <QByteArrayList>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <cerrno>
 #include <cstdio>
+#include <deque>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -63,11 +65,17 @@ private:
     int file, failure;
 };
 
-int write_half(const QByteArray &path, const QByteArray &bytes)
+// All on their way to the disk before the first one is waited for.
+int write_all_halves(const QByteArrayList &paths, const std::vector<named_bytes> &files)
 {
-    half_file file(path);
-    const int failure = file.write(bytes);
-    return failure != 0 ? failure : file.sync();
+    std::deque<half_file> halves;
+    int failure = 0;
+    for (size_t number = 0; failure == 0 && number < files.size(); ++number)
+        failure = halves.emplace_back(paths[qsizetype(number)] + ".tmp").write(files[number].bytes);
+    for (half_file &one : halves)
+        if (failure == 0)
+            failure = one.sync();
+    return failure;
 }
 
 int write_halves(const QByteArray &first, const QByteArray &first_bytes, const QByteArray &second,
@@ -141,19 +149,30 @@ void write_durable_pair(const QString &folder, const named_bytes &first, const n
 
 void replace_durably(const QString &folder, const named_bytes &file)
 {
+    replace_all_durably(folder, {file});
+}
+
+void replace_all_durably(const QString &folder, const std::vector<named_bytes> &files)
+{
+    if (files.empty())
+        return;
     const QByteArray base = QFile::encodeName(folder) + '/';
-    const QByteArray path = base + QFile::encodeName(file.name);
-    const QByteArray half = path + ".tmp";
-    unlink(half.constData()); // of a kill
-    int failure = write_half(half, file.bytes);
-    if (failure == 0 && rename(half.constData(), path.constData()) != 0)
-        failure = errno;
+    QByteArrayList paths;
+    for (const named_bytes &file : files)
+        paths.append(base + QFile::encodeName(file.name));
+    for (const QByteArray &path : paths)
+        unlink((path + ".tmp").constData()); // of a kill
+    int failure = write_all_halves(paths, files);
+    for (qsizetype number = 0; failure == 0 && number < paths.size(); ++number)
+        if (rename((paths[number] + ".tmp").constData(), paths[number].constData()) != 0)
+            failure = errno;
     if (failure == 0)
         failure = sync_of_folder(base);
-    if (failure != 0) {
-        unlink(half.constData());
-        durable_failure(failure, base);
-    }
+    if (failure == 0)
+        return;
+    for (const QByteArray &path : paths)
+        unlink((path + ".tmp").constData());
+    durable_failure(failure, base);
 }
 
 void sync_folder(const QString &path)
@@ -162,6 +181,11 @@ void sync_folder(const QString &path)
     const int failure = sync_of_folder(folder);
     if (failure != 0)
         durable_failure(failure, folder);
+}
+
+bool is_folder_synced(const QString &path)
+{
+    return sync_of_folder(QFile::encodeName(path)) == 0;
 }
 
 void append_to_file(const QString &path, const QByteArray &bytes)

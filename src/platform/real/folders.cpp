@@ -6,6 +6,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <cerrno>
+#include <cstdio>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -103,6 +104,21 @@ void DeleteFile(const QString &path)
     if (::unlink(name.constData()) != 0)
         folder_tree::fail(errno == EISDIR ? EACCES : errno, name);
     sync_parent(path);
+}
+
+void Move(const QString &path, const QString &to)
+{
+    before_outside_effect();
+    const QByteArray from_name = bytes_of(path);
+    const QByteArray to_name = bytes_of(to);
+    struct stat found = {};
+    if (::lstat(to_name.constData(), &found) == 0)
+        folder_tree::fail(EEXIST, to_name);
+    if (::rename(from_name.constData(), to_name.constData()) != 0)
+        folder_tree::fail(errno, from_name);
+    sync_parent(path);
+    if (GetParentFolderName(path) != GetParentFolderName(to))
+        sync_parent(to);
 }
 
 void CopyFolder(const QString &path, const QString &into)

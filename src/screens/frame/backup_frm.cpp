@@ -75,7 +75,7 @@ void backup_frm::browserforfolders_Click()
 void backup_frm::next_b_Click()
 {
     bool kept = false;
-    if (!guarded("Backup_frm.frm", "next_b", [&] { kept = keep_back_up_folder(ui->Folder_t->text()); }))
+    if (!guarded("Backup_frm.frm", "next_b", [&] { kept = keep_back_up_folder(ui->Folder_t->text(), in_setup); }))
         say("The folder could not be made ready: " + session.err_description, "Tessaly", message_icon::exclamation);
     if (kept && (!in_setup || end_setup()))
         unload();

@@ -8,6 +8,7 @@
 #include "screens/icons.h"
 #include "ui_outbox_frm.h"
 
+#include <QElapsedTimer>
 #include <QKeyEvent>
 #include <QScrollBar>
 #include <QSet>
@@ -16,6 +17,8 @@
 namespace {
 
 constexpr int refresh_ms = 500; // reports come as fast as mails go out
+constexpr int slice_ms = 100;   // of thousands of mails; then the window gets its turn
+constexpr qsizetype most_at_once = 20;
 
 const char *const nothing_there = "The Outbox is empty.\nEvery mail that the program sends waits here until the server "
                                   "has taken it.";
@@ -23,7 +26,11 @@ const char *const nothing_there = "The Outbox is empty.\nEvery mail that the pro
 }
 
 outbox_frm::outbox_frm(QWidget *parent)
-    : screen(parent), ui(std::make_unique<Ui::outbox_frm>()), rows(new outbox_list(this)), Timer1(new QTimer(this))
+    : screen(parent),
+      ui(std::make_unique<Ui::outbox_frm>()),
+      rows(new outbox_list(this)),
+      Timer1(new QTimer(this)),
+      Timer2(new QTimer(this))
 {
     ui->setupUi(this);
     setWindowIcon(drawn_icon("sent"));
@@ -35,6 +42,9 @@ outbox_frm::outbox_frm(QWidget *parent)
     Timer1->setObjectName("Timer1");
     Timer1->setSingleShot(true);
     Timer1->setInterval(refresh_ms);
+    Timer2->setObjectName("Timer2");
+    Timer2->setSingleShot(true);
+    Timer2->setInterval(0);
 
     connect(ui->LV_outbox->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &outbox_frm::LV_outbox_Click);
@@ -43,6 +53,7 @@ outbox_frm::outbox_frm(QWidget *parent)
     connect(ui->now_b, &QPushButton::clicked, this, &outbox_frm::now_b_Click);
     connect(ui->close_b, &QPushButton::clicked, this, &outbox_frm::close_b_Click);
     connect(Timer1, &QTimer::timeout, this, &outbox_frm::show_mails);
+    connect(Timer2, &QTimer::timeout, this, &outbox_frm::go_on);
 }
 
 outbox_frm::~outbox_frm() = default;
@@ -64,10 +75,14 @@ void outbox_frm::show_mails()
         rows->set_mails(outbox::contents(), mail::read_client_settings().sending != mail::send_by::keep);
         show_summary(delivery::present());
         ui->now_b->setEnabled(rows->rowCount() > 0);
-        QItemSelection again;
-        for (int row = 0; row < rows->rowCount(); ++row)
-            if (selected.contains(rows->mail(row).id))
-                again.select(rows->index(row, 0), rows->index(row, rows->columnCount() - 1));
+        QItemSelection again; // in as few pieces as it has: thousands of them would take seconds
+        for (int row = 0; row < rows->rowCount(); ++row) {
+            const int first = row;
+            while (row < rows->rowCount() && selected.contains(rows->mail(row).id))
+                ++row;
+            if (row > first)
+                again.append({rows->index(first, 0), rows->index(row - 1, rows->columnCount() - 1)});
+        }
         ui->LV_outbox->selectionModel()->select(again, QItemSelectionModel::ClearAndSelect);
         ui->LV_outbox->verticalScrollBar()->setValue(place);
     });
@@ -77,7 +92,7 @@ void outbox_frm::show_mails()
 void outbox_frm::delivery_told(const delivery::report &told)
 {
     show_summary(told);
-    if (!Timer1->isActive())
+    if (!Timer1->isActive() && under_way.left.isEmpty())
         Timer1->start();
 }
 
@@ -98,8 +113,9 @@ std::vector<outbox::kept_mail> outbox_frm::selected_mails() const
 void outbox_frm::LV_outbox_Click()
 {
     const QModelIndexList chosen = ui->LV_outbox->selectionModel()->selectedRows();
-    ui->again_b->setEnabled(!chosen.isEmpty());
-    ui->delete_b->setEnabled(!chosen.isEmpty());
+    const bool is_free = !chosen.isEmpty() && under_way.left.isEmpty();
+    ui->again_b->setEnabled(is_free);
+    ui->delete_b->setEnabled(is_free);
     // Whole, as its column may be narrow; empty it keeps its place, so that the list stays as it is.
     ui->why_l->setText(chosen.isEmpty() ? QString() : rows->why(rows->mail(chosen.first().row())));
     const QString id = chosen.isEmpty() ? QString() : rows->mail(chosen.first().row()).id;
@@ -125,17 +141,39 @@ void outbox_frm::delete_b_Click()
         do_to_selected("delete_b", outbox::discard);
 }
 
-void outbox_frm::do_to_selected(const char *routine, bool (*deed)(const QString &id))
+void outbox_frm::do_to_selected(const char *routine, qsizetype (*deed)(const QStringList &ids))
 {
-    qsizetype left_alone = 0;
-    guarded("outbox_frm.frm", routine, [&] {
-        for (const outbox::kept_mail &mail : selected_mails())
-            left_alone += deed(mail.id) ? 0 : 1;
+    under_way = {routine, deed, {}, 0};
+    for (const outbox::kept_mail &mail : selected_mails())
+        under_way.left += mail.id;
+    go_on();
+}
+
+void outbox_frm::go_on()
+{
+    bool broke_off = true; // and has been told
+    guarded("outbox_frm.frm", under_way.routine, [this, &broke_off] {
+        QElapsedTimer since;
+        since.start();
+        while (!under_way.left.isEmpty() && !since.hasExpired(slice_ms)) {
+            const QStringList some = under_way.left.mid(0, most_at_once);
+            under_way.left_alone += under_way.deed(some);
+            under_way.left.remove(0, some.size());
+        }
+        broke_off = false;
     });
-    guarded("outbox_frm.frm", routine, delivery::wake);
+    if (broke_off)
+        under_way.left.clear();
+    if (!under_way.left.isEmpty()) {
+        LV_outbox_Click();
+        ui->summary_l->setText(outbox_words::to_go_text(under_way.left.size()));
+        ui->summary_l->show();
+        return Timer2->start();
+    }
+    guarded("outbox_frm.frm", under_way.routine, delivery::wake);
     show_mails();
-    if (left_alone > 0)
-        say(outbox_words::left_alone_text(left_alone), "Outbox");
+    if (under_way.left_alone > 0)
+        say(outbox_words::left_alone_text(under_way.left_alone), "Outbox");
 }
 
 void outbox_frm::now_b_Click()

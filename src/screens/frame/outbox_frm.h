@@ -38,10 +38,19 @@ private:
     void now_b_Click();
     void close_b_Click();
     std::vector<outbox::kept_mail> selected_mails() const;
-    void do_to_selected(const char *routine, bool (*deed)(const QString &id));
+    void do_to_selected(const char *routine, qsizetype (*deed)(const QStringList &ids));
+    void go_on();
+
+    struct deed_under_way {
+        const char *routine = "";
+        qsizetype (*deed)(const QStringList &ids) = nullptr;
+        QStringList left;
+        qsizetype left_alone = 0;
+    };
 
     std::unique_ptr<Ui::outbox_frm> ui;
     outbox_list *rows; // a child of this screen
-    QTimer *Timer1;
+    QTimer *Timer1, *Timer2;
+    deed_under_way under_way;
     QString shown_id; // of the mail that is read
 };

@@ -1,10 +1,13 @@
 #include "platform/real/jet/store_copy.h"
+#include "platform/real/durable_file.h"
 #include "platform/real/jet/failures.h"
+#include "platform/real/jet/side_files.h"
 #include <QFile>
 #include <QFileInfo>
 #include <cstdio>
 #include <fcntl.h>
 #include <sqlite3.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace jet {
@@ -60,6 +63,34 @@ void write_copy(sqlite3 *from, const QString &path, const QString &target, const
         refuse_copy(target, QStringLiteral("the copy is not sound"));
 }
 
+// Empty, for those only who may read the store.
+void begin_copy(const QString &path, const QString &from_path, const QString &target)
+{
+    struct stat present = {};
+    const bool is_known = ::stat(QFile::encodeName(from_path).constData(), &present) == 0;
+    const mode_t mode = (is_known ? present.st_mode & 0666 : 0) | S_IRUSR | S_IWUSR;
+    const int file =
+        ::open(QFile::encodeName(path).constData(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode);
+    if (file < 0)
+        refuse_copy(target, qt_error_string());
+    ::close(file);
+}
+
+// A journal beside the older file would bring its rows back into the new one; both are on disk before that comes.
+void let_take_place(const QString &made, const QString &target)
+{
+    const QByteArray to = QFile::encodeName(target);
+    remove_side_files(to + ".former"); // of a kill
+    side_files former(to, to + ".former");
+    const QString folder = QFileInfo(target).absolutePath();
+    if (former.move() != 0 || !is_folder_synced(folder) || std::rename(QFile::encodeName(made).constData(), to) != 0)
+        refuse_copy(target, qt_error_string());
+    former.stay = true;
+    remove_side_files(to + ".former");
+    if (!is_folder_synced(folder))
+        refuse_copy(target, qt_error_string());
+}
+
 bool sync_path(const QString &path)
 {
     const int file = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC);
@@ -92,11 +123,12 @@ void copy_store_file(sqlite3 *from, const QString &from_path, const QString &tar
         refuse_copy(target, QStringLiteral("it is the store itself"));
     const unfinished_copy made{target + ".tmp"};
     QFile::remove(made.path);
+    QFile::remove(made.path + "-journal");
+    begin_copy(made.path, from_path, target);
     write_copy(from, made.path, target, told);
-    if (!sync_path(made.path) ||
-        std::rename(QFile::encodeName(made.path).constData(), QFile::encodeName(target).constData()) != 0 ||
-        !sync_path(QFileInfo(target).absolutePath()))
+    if (!sync_path(made.path))
         refuse_copy(target, qt_error_string());
+    let_take_place(made.path, target);
 }
 
 }

@@ -2,6 +2,7 @@
 #include "platform/store_file.h"
 #include "platform/outside_effects.h"
 #include "platform/real/durable_file.h"
+#include "platform/real/jet/side_files.h"
 #include "platform/real/jet/store_copy.h"
 
 #include <QFile>
@@ -17,7 +18,6 @@ constexpr quint32 our_application = 0x5453534C; // "TSSL", as the store is deliv
 constexpr auto sqlite_mark = "SQLite format 3";
 constexpr qint64 header_size = 100;
 constexpr int application_at = 68;
-const auto sides = {"-journal", "-wal", "-shm"}; // what SQLite may leave beside a file
 
 struct closer {
     sqlite3 *db = nullptr;
@@ -101,12 +101,6 @@ void copy_bytes(const QString &from, const QString &to)
         append_to_file(to, {});
 }
 
-void remove_sides(const QString &path)
-{
-    for (const char *side : sides)
-        QFile::remove(path + side);
-}
-
 // Gone again unless it is to stay.
 struct copy_beside {
     QString store;
@@ -133,6 +127,8 @@ QString lay_copy_beside(const QString &chosen, const QString &store, const QStri
     const QString real = QFileInfo(chosen).canonicalFilePath();
     if (!real.isEmpty() && real == QFileInfo(store).canonicalFilePath())
         return QStringLiteral("it is the store that is in use");
+    if (!real.isEmpty() && real == QFileInfo(store + ".new").canonicalFilePath())
+        return QStringLiteral("a restore that was broken off left it behind; give it another name first");
     const QByteArray header = header_of(chosen);
     if (is_foreign_format(header))
         return QStringLiteral("it is a database file of another program's format");
@@ -141,19 +137,19 @@ QString lay_copy_beside(const QString &chosen, const QString &store, const QStri
     drop_copy_beside(store); // of a kill
     copy_beside made{store};
     copy_bytes(chosen, store + ".new");
-    for (const char *side : sides)
-        if (QFileInfo(chosen + side).isFile() && qstrcmp(side, "-shm") != 0)
+    for (const char *side : {"-journal", "-wal"})
+        if (QFileInfo(chosen + side).isFile() && jet::belongs_beside(QFile::encodeName(chosen), side))
             copy_bytes(chosen + side, store + ".new" + side);
     const QString fault = fault_of(store + ".new", tables);
     made.stays = fault.isEmpty();
-    remove_sides(store + ".new");
+    jet::remove_side_files(QFile::encodeName(store + ".new"));
     return fault;
 }
 
 void drop_copy_beside(const QString &store)
 {
     QFile::remove(store + ".new");
-    remove_sides(store + ".new");
+    jet::remove_side_files(QFile::encodeName(store + ".new"));
 }
 
 }

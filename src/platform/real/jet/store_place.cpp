@@ -1,11 +1,11 @@
 // A copy that was looked at (store_file.cpp) takes the store's place.
 #include "platform/outside_effects.h"
 #include "platform/real/durable_file.h"
+#include "platform/real/jet/side_files.h"
 #include "platform/store_file.h"
 
 #include <QFile>
 #include <QFileInfo>
-#include <array>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -80,33 +80,6 @@ void keep_under(const name &kept, const name &store)
     copy_all(store, kept);
 }
 
-// What stands beside the store belongs to it: beside another one it would spoil that. It goes back when the other one
-// does not come.
-class side_files {
-public:
-    side_files(const name &of, const name &to) : store(of), kept(to) {}
-    ~side_files()
-    {
-        for (const char *side : sides)
-            if (!stay)
-                ::rename((kept + side).constData(), (store + side).constData());
-    }
-    side_files(const side_files &) = delete;
-    side_files &operator=(const side_files &) = delete;
-
-    void move() const
-    {
-        for (const char *side : sides)
-            if (::rename((store + side).constData(), (kept + side).constData()) != 0 && errno != ENOENT)
-                fail(errno, store + side);
-    }
-    bool stay = false;
-
-private:
-    static constexpr std::array<const char *, 3> sides{"-journal", "-wal", "-shm"};
-    const name store, kept;
-};
-
 }
 
 void take_place(const QString &store, const QString &kept)
@@ -118,12 +91,14 @@ void take_place(const QString &store, const QString &kept)
     make_ready(copy, present);
     keep_under(aside, present);
     kept_store former{aside};
-    side_files beside(present, aside);
-    beside.move();
+    jet::side_files beside(present, aside); // beside another store they would spoil that
+    const int failure = beside.move();
+    if (failure != 0)
+        fail(failure, present);
     if (::rename(copy.constData(), present.constData()) != 0)
         fail(errno, present);
     former.stays = beside.stay = true;
-    sync_folder(QFileInfo(store).absolutePath());
+    is_folder_synced(QFileInfo(store).absolutePath()); // it has taken the place either way
 }
 
 }

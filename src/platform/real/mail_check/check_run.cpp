@@ -16,7 +16,7 @@ QString advice_for(const run_time_error &error)
     if (net::is(error, net::trouble::login_refused))
         return QStringLiteral("Check both. Some servers want the whole address as user name, others only what stands "
                               "before the @; many providers want an application password.");
-    if (net::is(error, net::trouble::refused))
+    if (net::is(error, net::trouble::refused) || net::is(error, net::trouble::nobody_let_in))
         return QStringLiteral("Try again in some minutes; if it stays so, ask your provider.");
     if (net::is(error, net::trouble::not_understood) || net::is(error, net::trouble::closed))
         return QStringLiteral("Check the port and the kind of encryption.");

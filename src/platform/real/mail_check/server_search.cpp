@@ -41,9 +41,14 @@ int weight_of(const run_time_error &error)
     return int(place - by_weight.begin());
 }
 
+bool is_about_login(const run_time_error &error)
+{
+    return net::is(error, net::trouble::login_refused) || net::is(error, net::trouble::nobody_let_in);
+}
+
 bool ends_search(const run_time_error &error)
 {
-    return net::is(error, net::trouble::login_refused) || net::is(error, net::trouble::refused) ||
+    return is_about_login(error) || net::is(error, net::trouble::refused) ||
            net::is(error, net::trouble::not_configured);
 }
 
@@ -132,10 +137,11 @@ void tell_failure(check_run &run, const search_task &task, const search_result &
     if (is_about_encryption(error)) {
         run.end(reached(task, result.place));
         run.tell(task.names.encryption, {check_state::failed, words});
-    } else if (net::is(error, net::trouble::login_refused)) {
+    } else if (is_about_login(error)) {
         run.end(reached(task, result.place));
         run.tell(task.names.encryption, encryption_of(result.place, task.logs_in));
-        run.tell(task.names.login, {check_state::failed, task.note.isEmpty() ? words : words + u' ' + task.note});
+        const bool note_helps = net::is(error, net::trouble::login_refused) && !task.note.isEmpty();
+        run.tell(task.names.login, {check_state::failed, note_helps ? words + u' ' + task.note : words});
     } else if (task.wanted.host.trimmed().isEmpty() && !ends_search(error)) {
         run.end({check_state::failed,
                  QStringLiteral("No server was found for %1; tried were %2. Type the server's name as your provider "

@@ -71,7 +71,7 @@ bool is_no_for_now(protocol speaks, const QByteArray &line)
 run_time_error login_failure(const place &where, const QByteArrayList &lines)
 {
     if (!lines.isEmpty() && is_no_for_now(where.speaks, lines.last()))
-        return failure(trouble::refused,
+        return failure(trouble::nobody_let_in,
                        with_words(QStringLiteral("%1 lets nobody in at the moment.").arg(name_of(where)),
                                   server_words(where.speaks, lines)));
     const QString sentence = where.token.isEmpty()

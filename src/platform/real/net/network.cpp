@@ -18,7 +18,7 @@ run_time_error failure(trouble kind, const QString &description)
 
 bool is_network_failure(const run_time_error &error)
 {
-    return error.number >= quint32(trouble::name_not_found) && error.number <= quint32(trouble::not_configured);
+    return error.number >= quint32(trouble::name_not_found) && error.number <= quint32(trouble::nobody_let_in);
 }
 
 bool is(const run_time_error &error, trouble kind)

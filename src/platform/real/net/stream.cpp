@@ -75,6 +75,7 @@ void stream::send(QByteArrayView bytes)
         if (code != CURLE_OK && code != CURLE_AGAIN)
             throw failure(trouble::closed, name_of(self->where) + QStringLiteral(" closed the connection."));
         bytes = bytes.sliced(qsizetype(gone));
+        self->sent += qint64(gone);
         if (gone > 0) {
             since.restart();
             continue;
@@ -84,6 +85,11 @@ void stream::send(QByteArrayView bytes)
         if (self->ahead.size() == before)
             self->wait(before < most_ahead ? POLLIN | POLLOUT : POLLOUT, since);
     }
+}
+
+qint64 stream::sent() const
+{
+    return self->sent;
 }
 
 qsizetype stream::receive(char *buffer, qsizetype size)

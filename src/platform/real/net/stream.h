@@ -31,6 +31,7 @@ public:
     stream &operator=(const stream &) = delete;
 
     void send(QByteArrayView bytes); // all of them; throws closed, timed_out, cancelled
+    qint64 sent() const;             // so many bytes in all, also when send has thrown
     // What is there, at least one byte; waits for it. Throws the same.
     qsizetype receive(char *buffer, qsizetype size);
     bool has_waiting(int ms); // whether receive would not wait, after at most ms; throws closed

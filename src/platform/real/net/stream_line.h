@@ -13,6 +13,7 @@ struct stream::line {
     place where;
     net::patience patience;
     bool given_up = false;
+    qint64 sent = 0;
     QByteArrayList lines;
     QByteArray ahead; // read to see whether something is there; encrypted bytes do not show on the socket
     qsizetype ahead_at = 0;

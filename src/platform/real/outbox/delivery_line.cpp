@@ -35,6 +35,8 @@ QString delivery_line(const delivery_facts &facts)
     QStringList sentences;
     if (facts.left.waiting > 0)
         sentences.append(waiting_line(facts));
+    else if (facts.of_disk && !facts.failure.isEmpty())
+        sentences.append(QStringLiteral("The Outbox cannot be tidied: ") + without_full_stop(facts.failure));
     if (facts.left.held > 0)
         sentences.append(counted(facts.left.held, " answer is held", " answers are held"));
     if (facts.left.refused > 0)

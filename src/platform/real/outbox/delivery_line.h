@@ -9,6 +9,7 @@ struct delivery_facts {
     bool busy = false;
     bool keeps_all = false; // nothing is to go out
     QString failure = {};   // what closed the way
+    bool of_disk = false;   // the failure; it is told also when nothing waits
     QString next_try = {};  // "14:05"; with a failure
     bool limited = false;   // mailings wait for the hour's limit
 };

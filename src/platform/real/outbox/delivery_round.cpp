@@ -1,44 +1,11 @@
 #include "platform/real/outbox/delivery_round.h"
 #include "platform/clock.h"
-#include "platform/real/mail/mail_address.h"
 #include "platform/real/outbox/retry_plan.h"
-#include "platform/real/outbox/sending_address.h"
-#include <algorithm>
-#include <cerrno>
+#include <utility>
 
 namespace outbox {
 
 namespace {
-
-// In doubt after a power cut, at most: few where mails go slowly, more where that many are gone in a moment.
-constexpr qsizetype fewest_announced = 20;
-constexpr qsizetype most_announced = 320;
-constexpr qint64 a_moment_ms = 250;
-
-QStringList waiting_of(const record &mail)
-{
-    QStringList addresses;
-    for (const recipient &one : mail.left)
-        if (one.state == recipient_state::waiting)
-            addresses.append(one.address);
-    return addresses;
-}
-
-void refuse_all(record &mail, const QString &words)
-{
-    for (recipient &one : mail.left)
-        if (one.state == recipient_state::waiting)
-            one = {one.address, recipient_state::refused, words};
-}
-
-void postpone_all(record &mail, const QString &words)
-{
-    mail.reason.clear();
-    for (recipient &one : mail.left)
-        if (one.state == recipient_state::waiting)
-            one.words = words;
-    note_postponed(mail, seconds_now());
-}
 
 // Those that wait, in their order, are those of the outcome.
 void note_fates(record &mail, const smtp::outcome &outcome)
@@ -64,26 +31,30 @@ void note_fates(record &mail, const smtp::outcome &outcome)
 
 }
 
-delivery_round::delivery_round(outbox_shelf &mails, const sending_order &order, const net::patience &patience,
+delivery_round::delivery_round(outbox_shelf &from, const sending_order &order, const net::patience &patience,
                                round_listener listener)
-    : shelf(mails),
+    : shelf(from),
       orders(order),
       way(road_of(order, patience)),
       told(std::move(listener)),
-      rate(mails.folder(), order.settings.mailings_per_hour),
-      journal(mails.folder()),
-      clearing([&mails](const QString &id) { return mails.clear(id); })
+      rate(from.folder(), order.settings.mailings_per_hour),
+      journal(from.folder()),
+      mails(from, orders.settings, rate, journal, told.shall_end),
+      clearing([&from](const QString &id) { return from.clear(id); })
 {
 }
 
 round_result delivery_round::run()
 {
     try {
-        while (!told.shall_end() && send_next()) {
+        while (send_next() && !told.shall_end()) {
         }
     } catch (const run_time_error &error) { // of the way or of the disk: the round is over
         result.failure = error;
+        if (in_hand) // there is no way, or no room to note that it goes; it has not gone
+            shelf.put_back(*in_hand);
     }
+    put_back_ready();
     try {
         way->close();
         if (!clearing.finish()) // the journal stays, and says that they went
@@ -98,74 +69,63 @@ round_result delivery_round::run()
     return result;
 }
 
+// The one behind it is made ready first, so that the server can be asked for both in one breath.
 bool delivery_round::send_next()
 {
-    const QStringList next = shelf.next_due(seconds_now(), rate.allowed(seconds_now()), 1);
-    if (next.isEmpty())
+    if (!ready)
+        ready = mails.next(0);
+    if (!ready)
         return false;
-    const QString &id = next.first();
-    if (!journal.is_announced(id))
-        announce_some();
-    const auto mail = shelf.claim(id);
-    return !mail || send_one(*mail);
-}
-
-void delivery_round::announce_some()
-{
-    const bool quick = since_announced.isValid() && !since_announced.hasExpired(a_moment_ms);
-    announced_at_once = quick ? qMin(2 * announced_at_once, most_announced) : fewest_announced;
-    since_announced.start();
-    journal.announce(
-        shelf.next_due(seconds_now(), qMin(rate.allowed(seconds_now()), announced_at_once), announced_at_once));
+    const ready_mail present = *std::exchange(ready, std::nullopt);
+    in_hand = present.mail;
+    ready = mails.next(present.mail.Kind == mail_kind::mailing ? 1 : 0);
+    return send_one(present);
 }
 
 // False: the round is over.
-bool delivery_round::send_one(record mail)
+bool delivery_round::send_one(const ready_mail &present)
 {
-    const QString from = mail.SendingAccount.isEmpty() ? usual_sending_address(orders.settings) : mail.SendingAccount;
-    if (from.isEmpty() || !mail::why_not_writable(from).isEmpty()) {
-        refuse_all(mail, from.isEmpty() ? QStringLiteral("There is no address that it could go out as.")
-                                        : QStringLiteral("It cannot go out as \"%1\".").arg(from));
-        return keep(mail);
-    }
-    const file_content eml = shelf.eml(mail.id);
-    if (eml.failure != 0 || eml.bytes.isEmpty())
-        return keep_unread(mail, eml);
-    const record before = mail;
-    const smtp::outcome outcome = hand_out(mail, from, eml.bytes);
+    const smtp::outcome outcome = hand_out(present);
+    in_hand.reset();
+    if (outcome.line_is_broken)
+        put_back_ready(); // it keeps its place behind this one
+    record mail = present.mail;
     note_fates(mail, outcome);
     if (outcome.sender_refused)
         for (recipient &one : mail.left)
-            one.words = QStringLiteral("The server refuses to send as %1. %2").arg(from, one.words);
+            one.words = QStringLiteral("The server refuses to send as %1. %2").arg(present.parcel.from, one.words);
     if (mail.left.empty())
         return note_gone(mail.id);
     if (outcome.line_is_broken)
-        return keep_broken_off(before, mail, outcome.why_broken);
+        return keep_broken_off(present.mail, mail, outcome.why_broken);
     if (has_any(mail, recipient_state::waiting))
         note_postponed(mail, seconds_now());
     return keep(mail);
 }
 
-smtp::outcome delivery_round::hand_out(const record &mail, const QString &from, const QByteArray &eml)
+smtp::outcome delivery_round::hand_out(const ready_mail &present)
 {
-    try {
-        smtp::outcome outcome = way->send(from, waiting_of(mail), with_sender(eml, from), [&] {
-            if (mail.Kind == mail_kind::mailing)
-                rate.note_one(seconds_now());
-            journal.sending(mail.id);
-            told.at_its_end(true);
-        });
-        told.at_its_end(false);
-        return outcome;
-    } catch (const run_time_error &) { // there is no way, or no room to note that it goes; it has not gone
-        shelf.put_back(mail);
-        throw;
-    }
+    const auto last_moment = [&] {
+        if (present.mail.Kind == mail_kind::mailing)
+            rate.note_one(seconds_now());
+        journal.sending(present.mail.id);
+        told.at_its_end(true);
+    };
+    const smtp::outcome outcome = way->send(present.parcel, last_moment, ready ? &ready->parcel : nullptr);
+    told.at_its_end(false);
+    return outcome;
+}
+
+void delivery_round::put_back_ready()
+{
+    if (ready)
+        shelf.put_back(ready->mail);
+    ready.reset();
 }
 
 bool delivery_round::note_gone(const QString &id)
 {
-    journal.gone(id);
+    journal.gone(id, ready ? sending_journal::write_it::with_the_next : sending_journal::write_it::now);
     shelf.gone(id);
     clearing.add(id);
     ++result.sent;
@@ -178,20 +138,6 @@ bool delivery_round::keep(const record &mail)
     shelf.keep(mail);
     journal.kept(mail.id);
     return true;
-}
-
-// A disk may be well again tomorrow; what is not there does not come back.
-bool delivery_round::keep_unread(record mail, const file_content &eml)
-{
-    const QString why = eml.failure == ENOENT ? QStringLiteral("it is not there any more")
-                        : eml.failure == 0    ? QStringLiteral("it is empty")
-                                              : qt_error_string(eml.failure);
-    const QString words = QStringLiteral("The mail's file cannot be read: %1.").arg(why);
-    if (eml.failure == ENOENT || eml.failure == 0)
-        refuse_all(mail, words);
-    else
-        postpone_all(mail, words);
-    return keep(mail);
 }
 
 // Before its end: once more, at once, over a new connection; then later, so that it does not hold up the others.

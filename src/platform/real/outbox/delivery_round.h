@@ -2,10 +2,7 @@
 // the round is to end. What becomes of each recipient is kept before the next mail begins.
 #pragma once
 #include "platform/real/outbox/file_clearing.h"
-#include "platform/real/outbox/mailing_rate.h"
-#include "platform/real/outbox/outbox_shelf.h"
-#include "platform/real/outbox/road.h"
-#include <QElapsedTimer>
+#include "platform/real/outbox/mail_taking.h"
 #include <functional>
 
 namespace outbox {
@@ -25,20 +22,19 @@ struct round_listener {
 
 class delivery_round {
 public:
-    delivery_round(outbox_shelf &mails, const sending_order &order, const net::patience &patience,
+    delivery_round(outbox_shelf &from, const sending_order &order, const net::patience &patience,
                    round_listener listener);
     round_result run(); // between the shelf's delivery_begins and delivery_ends
 
 private:
     // Whether the round goes on.
     bool send_next();
-    void announce_some();
-    bool send_one(record mail);
+    bool send_one(const ready_mail &present);
     bool keep_broken_off(const record &before, record mail, const QString &why);
-    bool keep_unread(record mail, const file_content &eml);
     bool note_gone(const QString &id);
     bool keep(const record &mail);
-    smtp::outcome hand_out(const record &mail, const QString &from, const QByteArray &eml);
+    smtp::outcome hand_out(const ready_mail &present);
+    void put_back_ready();
 
     outbox_shelf &shelf;
     sending_order orders;
@@ -46,10 +42,11 @@ private:
     round_listener told;
     mailing_rate rate;
     sending_journal journal;
+    mail_taking mails;
     round_result result;
-    QString broke_the_line; // the mail that is tried once more
-    qsizetype announced_at_once = 0;
-    QElapsedTimer since_announced;
+    QString broke_the_line;          // the mail that is tried once more
+    std::optional<record> in_hand;   // nothing is known of its fate yet
+    std::optional<ready_mail> ready; // behind it
     file_clearing clearing;
 };
 

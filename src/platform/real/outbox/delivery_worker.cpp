@@ -60,6 +60,7 @@ delivery::report delivery_worker::present()
     facts.busy = busy;
     facts.keeps_all = order && keeps_all(order->settings);
     facts.failure = failure;
+    facts.of_disk = disk_fails;
     facts.limited = limited;
     if (!failure.isEmpty())
         facts.next_try = QDateTime::fromSecsSinceEpoch(next_look).toString(QStringLiteral("HH:mm"));
@@ -150,6 +151,7 @@ void delivery_worker::note_result(const round_result &result, int number)
     if (result.sent > 0)
         failures = 0;
     failure = result.failure->description;
+    disk_fails = !net::is_network_failure(*result.failure);
     next_look = seconds_now() + seconds_until_reconnecting(++failures);
 }
 

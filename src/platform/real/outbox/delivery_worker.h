@@ -43,8 +43,9 @@ private:
     bool something_came = false, busy = false, to_settle = true, limited = false;
     int sent = 0, failures = 0;
     QString failure;
-    qint64 next_look = 0; // a moment, seconds since 1970; 0: none
-    std::thread thread;   // last: it uses all the others
+    bool disk_fails = false; // is the failure
+    qint64 next_look = 0;    // a moment, seconds since 1970; 0: none
+    std::thread thread;      // last: it uses all the others
 };
 
 }

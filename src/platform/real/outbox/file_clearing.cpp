@@ -6,17 +6,17 @@ namespace outbox {
 namespace {
 
 constexpr size_t most_hands = 16;
+constexpr size_t enough_for_one = 4; // to call a hand costs about as much as a removal that waits for nothing
 
 }
 
 void file_clearing::add(const QString &id)
 {
     std::unique_lock lock(guard);
-    if (has_hands()) {
-        waiting.push_back(id);
-        woken.notify_one();
+    waiting.push_back(id);
+    if (has_hands())
         return;
-    }
+    waiting.pop_back();
     lock.unlock();
     const bool removed = remove(id);
     lock.lock();
@@ -25,8 +25,12 @@ void file_clearing::add(const QString &id)
 
 bool file_clearing::has_hands()
 {
+    if (waiting.size() <= enough_for_one * busy)
+        return true;
     try {
-        if (hands.size() < most_hands && waiting.size() >= hands.size())
+        if (busy < hands.size())
+            woken.notify_one();
+        else if (hands.size() < most_hands)
             hands.emplace_back([this] { run(); });
     } catch (const std::system_error &) { // no more threads: those that are there will do
     }
@@ -54,12 +58,16 @@ void file_clearing::run()
         woken.wait(lock, [this] { return ending || !waiting.empty(); });
         if (waiting.empty())
             return;
-        const QString id = waiting.front();
-        waiting.pop_front();
-        lock.unlock();
-        const bool removed = remove(id);
-        lock.lock();
-        all_removed = all_removed && removed;
+        ++busy;
+        while (!waiting.empty()) {
+            const QString id = waiting.front();
+            waiting.pop_front();
+            lock.unlock();
+            const bool removed = remove(id);
+            lock.lock();
+            all_removed = all_removed && removed;
+        }
+        --busy;
     }
 }
 

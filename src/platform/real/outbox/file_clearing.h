@@ -24,12 +24,13 @@ public:
 
 private:
     void run();
-    bool has_hands(); // one more, where that is of use
+    bool has_hands(); // and calls one more, where that is of use
 
     std::function<bool(const QString &)> remove;
     std::mutex guard; // of all below
     std::condition_variable woken;
     std::deque<QString> waiting;
+    size_t busy = 0; // hands
     bool ending = false, all_removed = true;
     std::vector<std::thread> hands;
 };

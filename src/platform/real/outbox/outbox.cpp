@@ -144,20 +144,30 @@ counts count()
 
 bool send_again(const QString &id)
 {
-    outbox_state &state = state_in_use();
-    const bool waits = state.shelf->send_again(id);
-    if (waits)
-        tell_change(state);
-    return waits;
+    return send_again(QStringList{id}) == 0;
 }
 
 bool discard(const QString &id)
 {
+    return discard(QStringList{id}) == 0;
+}
+
+qsizetype send_again(const QStringList &ids)
+{
     outbox_state &state = state_in_use();
-    const bool gone = state.shelf->discard(id);
-    if (gone)
+    const qsizetype left_alone = state.shelf->send_again(ids);
+    if (left_alone < ids.size())
         tell_change(state);
-    return gone;
+    return left_alone;
+}
+
+qsizetype discard(const QStringList &ids)
+{
+    outbox_state &state = state_in_use();
+    const qsizetype left_alone = state.shelf->discard(ids);
+    if (left_alone < ids.size())
+        tell_change(state);
+    return left_alone;
 }
 
 QByteArray bytes_of(const QString &id)

@@ -38,6 +38,22 @@ std::optional<QStringList> names_in(const QString &path)
     return errno == 0 ? std::optional(names) : std::nullopt;
 }
 
+file_mark mark_by(const struct stat &facts)
+{
+    constexpr qint64 nanoseconds = 1000000000;
+    return {facts.st_ino, facts.st_size, facts.st_mtim.tv_sec * nanoseconds + facts.st_mtim.tv_nsec};
+}
+
+QStringList ids_in(const QStringList &names)
+{
+    QStringList states;
+    for (const QString &name : names)
+        if (name.endsWith(state_kind))
+            states.append(name.chopped(state_kind.size()));
+    std::sort(states.begin(), states.end());
+    return states;
+}
+
 // As many bytes as the file is long, or a failure.
 file_content content_of(int file)
 {
@@ -56,7 +72,7 @@ file_content content_of(int file)
             return {{}, more < 0 ? errno : EIO};
         come += more;
     }
-    return {bytes, 0};
+    return {bytes, 0, mark_by(facts)};
 }
 
 // In three calls; there are as many files as mails.
@@ -80,23 +96,13 @@ bool is_gone(const QString &path)
 std::optional<QStringList> outbox_files::ids() const
 {
     const std::optional<QStringList> names = names_in(path);
-    if (!names)
-        return std::nullopt;
-    QStringList states;
-    for (const QString &name : *names)
-        if (name.endsWith(state_kind))
-            states.append(name.chopped(state_kind.size()));
-    std::sort(states.begin(), states.end());
-    return states;
+    return names ? std::optional(ids_in(*names)) : std::nullopt;
 }
 
 file_mark outbox_files::mark_of(const QString &id) const
 {
     struct stat facts {};
-    if (stat(QFile::encodeName(of(id, state_kind)).constData(), &facts) != 0)
-        return {};
-    constexpr qint64 nanoseconds = 1000000000;
-    return {facts.st_ino, facts.st_size, facts.st_mtim.tv_sec * nanoseconds + facts.st_mtim.tv_nsec};
+    return stat(QFile::encodeName(of(id, state_kind)).constData(), &facts) == 0 ? mark_by(facts) : file_mark();
 }
 
 state_reading outbox_files::read(const QString &id) const
@@ -105,11 +111,11 @@ state_reading outbox_files::read(const QString &id) const
     if (state.failure != 0)
         return {std::nullopt, state.failure == ENOENT};
     if (const auto known = read_state_bytes(id, state.bytes))
-        return {known};
+        return {known, true, state.mark};
     const file_content mail = eml(id);
     if (mail.failure != 0 && mail.failure != ENOENT)
         return {std::nullopt, false};
-    return {record_of_damaged(id, mail.bytes)};
+    return {record_of_damaged(id, mail.bytes), true, state.mark};
 }
 
 file_content outbox_files::eml(const QString &id) const
@@ -122,9 +128,12 @@ void outbox_files::write(const record &mail, const QByteArray &eml) const
     write_durable_pair(path, {mail.id + mail_kind_of_file, eml}, {mail.id + state_kind, state_bytes(mail)});
 }
 
-void outbox_files::replace_state(const record &mail) const
+void outbox_files::replace_states(const std::vector<record> &mails) const
 {
-    replace_durably(path, {mail.id + state_kind, state_bytes(mail)});
+    std::vector<named_bytes> states;
+    for (const record &mail : mails)
+        states.push_back({mail.id + state_kind, state_bytes(mail)});
+    replace_all_durably(path, states);
 }
 
 bool outbox_files::remove(const QString &id) const
@@ -133,16 +142,19 @@ bool outbox_files::remove(const QString &id) const
     return counts_no_more && (is_gone(of(id, mail_kind_of_file)), true);
 }
 
-void outbox_files::sweep() const
+std::optional<QStringList> outbox_files::sweep() const
 {
-    const QStringList names = names_in(path).value_or(QStringList());
-    const QSet<QString> all(names.begin(), names.end());
-    for (const QString &name : names) {
+    const std::optional<QStringList> names = names_in(path);
+    if (!names)
+        return std::nullopt;
+    const QSet<QString> all(names->begin(), names->end());
+    for (const QString &name : *names) {
         const bool is_left_alone =
             name.endsWith(mail_kind_of_file) && !all.contains(name.chopped(mail_kind_of_file.size()) + state_kind);
         if (name.endsWith(half_kind) || is_left_alone)
             unlink(QFile::encodeName(path + u'/' + name).constData());
     }
+    return ids_in(*names);
 }
 
 }

@@ -16,12 +16,14 @@ struct file_mark {
 struct file_content {
     QByteArray bytes;
     int failure = 0;
+    file_mark mark = {};
 };
 
 // A state that cannot be read now is no damaged one: nothing is known of its mail for the moment.
 struct state_reading {
     std::optional<record> mail; // nothing when it is gone, or cannot be read
     bool is_readable = true;
+    file_mark mark = {};
 };
 
 class outbox_files {
@@ -35,10 +37,11 @@ public:
     file_content eml(const QString &id) const;
 
     void write(const record &mail, const QByteArray &eml) const; // a new one, durable; throws 61 or 70
-    void replace_state(const record &mail) const;                // the same
+    void replace_states(const std::vector<record> &mails) const; // the same
     // The state first: what is left of a mail by a kill in between is nobody's, and swept. False: it still counts.
     bool remove(const QString &id) const;
-    void sweep() const; // what kills have left: halves of files, and mails without a state
+    // Away with what kills have left: halves of files, and mails without a state. Gives ids().
+    std::optional<QStringList> sweep() const;
 
 private:
     QString of(const QString &id, QLatin1String kind) const { return path + u'/' + id + kind; }

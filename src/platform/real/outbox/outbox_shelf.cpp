@@ -25,12 +25,23 @@ qint64 &counter_of(counts &number, mail_state state)
     return number.waiting;
 }
 
+record waiting_once_more(record mail)
+{
+    for (recipient &one : mail.left)
+        one = {one.address, recipient_state::waiting, {}};
+    mail.held = false;
+    mail.reason.clear();
+    mail.tries = 0;
+    mail.first_try = mail.next_try = 0;
+    return mail;
+}
+
 }
 
 std::vector<kept_mail> outbox_shelf::contents()
 {
     const std::lock_guard lock(guard);
-    look();
+    look(files.ids());
     std::vector<kept_mail> all;
     for (const auto &[id, one] : mails)
         all.push_back(as_kept(one.mail));
@@ -59,40 +70,40 @@ void outbox_shelf::add(const record &mail, const QByteArray &eml)
     put(mail, files.mark_of(mail.id));
 }
 
-bool outbox_shelf::send_again(const QString &id)
+qsizetype outbox_shelf::send_again(const QStringList &ids)
 {
     const std::scoped_lock lock(writing, guard);
     settle_now();
-    const auto at = mails.find(id);
-    if (at == mails.end() || at->second.claimed)
-        return false;
-    record mail = at->second.mail;
-    for (recipient &one : mail.left)
-        one = {one.address, recipient_state::waiting, {}};
-    mail.held = false;
-    mail.reason.clear();
-    mail.tries = 0;
-    mail.first_try = mail.next_try = 0;
-    rewrite(mail);
-    return true;
+    std::vector<record> again;
+    for (const QString &id : ids)
+        if (const auto at = mails.find(id); at != mails.end() && !at->second.claimed)
+            again.push_back(waiting_once_more(at->second.mail));
+    files.replace_states(again);
+    for (const record &mail : again)
+        put(mail, files.mark_of(mail.id));
+    return ids.size() - qsizetype(again.size());
 }
 
-bool outbox_shelf::discard(const QString &id)
+qsizetype outbox_shelf::discard(const QStringList &ids)
 {
     const std::scoped_lock lock(writing, guard);
     settle_now();
-    const auto at = mails.find(id);
-    if (at == mails.end() || at->second.claimed || !files.remove(id))
-        return false;
-    take(at);
-    sync_folder(files.folder()); // or a power cut would send it after all
-    return true;
+    qsizetype left_alone = 0;
+    for (const QString &id : ids) {
+        const auto at = mails.find(id);
+        if (at != mails.end() && !at->second.claimed && files.remove(id))
+            take(at);
+        else
+            ++left_alone;
+    }
+    if (left_alone < ids.size())
+        sync_folder(files.folder()); // or a power cut would send them after all
+    return left_alone;
 }
 
-// Reads what changed on disk since the last look.
-void outbox_shelf::look()
+// Reads what changed on disk since the last look. ids are those of the folder.
+void outbox_shelf::look(const std::optional<QStringList> &ids)
 {
-    const std::optional<QStringList> ids = files.ids();
     unread.clear();
     if (ids) {
         forget_all_but(*ids);
@@ -125,12 +136,11 @@ bool outbox_shelf::refresh(const QString &id)
     if (leaving.contains(id))
         return true;
     const auto at = mails.find(id);
-    const file_mark mark = files.mark_of(id);
-    if (at != mails.end() && (at->second.claimed || at->second.mark == mark))
+    if (at != mails.end() && (at->second.claimed || at->second.mark == files.mark_of(id)))
         return true;
     const state_reading found = files.read(id);
     if (found.mail)
-        put(*found.mail, mark);
+        put(*found.mail, found.mark);
     else if (at != mails.end()) // what was known of it is so no more
         take(at);
     return found.is_readable;
@@ -139,7 +149,7 @@ bool outbox_shelf::refresh(const QString &id)
 void outbox_shelf::load()
 {
     if (!loaded || (since_look.isValid() && since_look.hasExpired(until_next_look_ms)))
-        look();
+        look(files.ids());
 }
 
 bool outbox_shelf::tells_all(const journal_verdict &verdict) const
@@ -166,9 +176,9 @@ void outbox_shelf::settle_now()
 {
     if (delivering || settled)
         return load();
-    files.sweep();
+    const std::optional<QStringList> ids = files.sweep();
     const journal_verdict verdict = read_journal(files.folder());
-    look();
+    look(ids);
     for (const QString &id : verdict.gone) {
         if (!files.remove(id)) // without the journal's word it would go once more
             throw run_time_error{70, QStringLiteral("Permission denied: ") + files.folder()};
@@ -215,7 +225,7 @@ void outbox_shelf::queue(const record &mail, bool in)
 
 void outbox_shelf::rewrite(const record &mail)
 {
-    files.replace_state(mail);
+    files.replace_states({mail});
     put(mail, files.mark_of(mail.id));
 }
 

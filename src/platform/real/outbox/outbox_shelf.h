@@ -23,8 +23,8 @@ public:
     // whenever a journal may have been left.
     void settle();
     void add(const record &mail, const QByteArray &eml); // writes it; throws 61 or 70
-    bool send_again(const QString &id);                  // throws the same, and so does discard
-    bool discard(const QString &id);
+    qsizetype send_again(const QStringList &ids);        // throws the same, and so does discard; how many it left alone
+    qsizetype discard(const QStringList &ids);
     file_content eml(const QString &id) { return files.eml(id); }
 
     // For the delivery, which is one at a time. Moments are seconds since 1970.
@@ -48,7 +48,7 @@ private:
     };
     using shelf_map = std::map<QString, entry>;
 
-    void look();
+    void look(const std::optional<QStringList> &ids);
     void load();
     void forget_all_but(const QStringList &ids);
     bool refresh(const QString &id); // false: it is there and cannot be read

@@ -11,9 +11,9 @@ namespace outbox {
 class road {
 public:
     virtual ~road() = default;
-    // As smtp::session::send; throws a net::failure where the way itself cannot be gone.
-    virtual smtp::outcome send(const QString &from, const QStringList &to, const QByteArray &eml,
-                               const std::function<void()> &last_moment) = 0;
+    // As smtp::session::send; throws a net::failure where the way itself cannot be gone. next is of use to some ways.
+    virtual smtp::outcome send(const smtp::parcel &what, const std::function<void()> &last_moment,
+                               const smtp::parcel *next) = 0;
     virtual void close() {} // nothing more comes for now
 };
 

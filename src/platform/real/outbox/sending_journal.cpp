@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <fcntl.h>
 #include <unistd.h>
+#include <utility>
 
 namespace outbox {
 
@@ -107,6 +108,7 @@ void remove_journal(const QString &folder)
 
 sending_journal::~sending_journal()
 {
+    note({});
     if (file >= 0)
         close(file);
 }
@@ -133,9 +135,11 @@ void sending_journal::sending(const QString &id)
     open_ends.insert(id);
 }
 
-void sending_journal::gone(const QString &id)
+void sending_journal::gone(const QString &id, write_it when)
 {
-    note("gone " + id.toLatin1() + '\n');
+    unwritten += "gone " + id.toLatin1() + '\n';
+    if (when == write_it::now)
+        note({});
     announced.remove(id);
     open_ends.remove(id);
 }
@@ -151,6 +155,7 @@ void sending_journal::finish()
 {
     if (file < 0)
         return;
+    note({});
     close(file);
     file = -1;
     announced.clear();
@@ -161,7 +166,9 @@ void sending_journal::finish()
 // In one call: a kill cannot tear what is one write. A full disk can; then the next line begins on a line of its own.
 int sending_journal::append(const QByteArray &line)
 {
-    const QByteArray bytes = is_torn ? '\n' + line : line;
+    const QByteArray bytes = (is_torn ? "\n" : "") + std::exchange(unwritten, {}) + line;
+    if (bytes.isEmpty())
+        return 0;
     const ssize_t written = ::write(file, bytes.constData(), size_t(bytes.size()));
     if (written < 0)
         return errno;

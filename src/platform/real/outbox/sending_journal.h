@@ -30,8 +30,11 @@ public:
     bool is_announced(const QString &id) const { return announced.contains(id); }
     void announce(const QStringList &ids); // durable; throws 61 or 70, as sending does
     void sending(const QString &id);       // now its end goes out
-    void gone(const QString &id);          // a failure of these two leaves it in doubt for the next start only
-    void kept(const QString &id);          // its fate is in its state file, durably
+    // A failure of these two leaves it in doubt for the next start only. What is written with the next word of all
+    // leaves it in doubt for so long, as the only one.
+    enum class write_it { now, with_the_next };
+    void gone(const QString &id, write_it when = write_it::now);
+    void kept(const QString &id); // its fate is in its state file, durably
     // All that went is taken away durably, and so is the journal, unless a mail's fate is only told by it.
     void finish();
 
@@ -43,6 +46,7 @@ private:
     QString path;
     int file = -1;
     bool is_torn = false; // the last line is not whole
+    QByteArray unwritten; // lines
     QSet<QString> announced, open_ends;
 };
 

@@ -78,30 +78,31 @@ QString sendmail_program()
     return QStandardPaths::findExecutable(name, {QStringLiteral("/usr/sbin"), QStringLiteral("/usr/lib")});
 }
 
-smtp::outcome sendmail_road::send(const QString &from, const QStringList &to, const QByteArray &eml,
-                                  const std::function<void()> &last_moment)
+smtp::outcome sendmail_road::send(const smtp::parcel &what, const std::function<void()> &last_moment,
+                                  const smtp::parcel * /*next*/)
 {
     if (!QFileInfo(program).isExecutable())
         throw net::failure(net::trouble::not_configured,
                            QStringLiteral("There is no %1 on this machine.")
                                .arg(program.isEmpty() ? QStringLiteral("program sendmail") : program));
-    QStringList arguments{QStringLiteral("-i"), QStringLiteral("-f"), mail::wire_address(from), QStringLiteral("--")};
-    for (const QString &address : to)
+    QStringList arguments{QStringLiteral("-i"), QStringLiteral("-f"), mail::wire_address(what.from),
+                          QStringLiteral("--")};
+    for (const QString &address : what.to)
         arguments.append(mail::wire_address(address));
     QTemporaryFile file;
-    put_with_plain_line_ends(eml, file);
+    put_with_plain_line_ends(what.mail, file);
     QProcess process;
     process.setStandardInputFile(file.fileName());
     process.setStandardOutputFile(QProcess::nullDevice());
     last_moment();
     process.start(program, arguments);
     if (!process.waitForStarted())
-        return all_the_same(to, smtp::fate::later, QStringLiteral("%1 cannot be started.").arg(program));
+        return all_the_same(what.to, smtp::fate::later, QStringLiteral("%1 cannot be started.").arg(program));
     if (ends_in_time(process, patience))
-        return fate_of(to, process);
+        return fate_of(what.to, process);
     process.kill();
     process.waitForFinished();
-    return all_the_same(to, smtp::fate::unknown,
+    return all_the_same(what.to, smtp::fate::unknown,
                         QStringLiteral("sendmail did not end in time: the mail may or may not have gone."));
 }
 

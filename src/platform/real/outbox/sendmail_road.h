@@ -11,8 +11,8 @@ class sendmail_road : public road {
 public:
     sendmail_road(QString path, const net::patience &how_long) : program(std::move(path)), patience(how_long) {}
     // The last moment is before the program begins: from then on it goes on by itself, whatever becomes of us.
-    smtp::outcome send(const QString &from, const QStringList &to, const QByteArray &eml,
-                       const std::function<void()> &last_moment) override;
+    smtp::outcome send(const smtp::parcel &what, const std::function<void()> &last_moment,
+                       const smtp::parcel *next) override;
 
 private:
     QString program;

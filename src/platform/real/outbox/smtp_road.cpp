@@ -1,17 +1,31 @@
 #include "platform/real/outbox/smtp_road.h"
 #include "platform/real/mail/access_token.h"
 #include "platform/real/outbox/sendmail_road.h"
+#include <utility>
 
 namespace outbox {
 
-smtp::outcome smtp_road::send(const QString &from, const QStringList &to, const QByteArray &eml,
-                              const std::function<void()> &last_moment)
+smtp::outcome smtp_road::send(const smtp::parcel &what, const std::function<void()> &last_moment,
+                              const smtp::parcel *next)
+{
+    while (true) {
+        try {
+            return send_once(what, last_moment, next);
+        } catch (const run_time_error &error) { // a refused login is no fate of a mail: it has not gone
+            if (!net::is(error, net::trouble::login_refused) || !has_another_token())
+                throw;
+        }
+    }
+}
+
+smtp::outcome smtp_road::send_once(const smtp::parcel &what, const std::function<void()> &last_moment,
+                                   const smtp::parcel *next)
 {
     if (!session)
         connect();
     smtp::outcome outcome;
     try {
-        outcome = session->send(from, to, eml, last_moment);
+        outcome = session->send(what, last_moment, next);
     } catch (const run_time_error &) {
         session.reset(); // in the middle of a mail
         throw;
@@ -19,6 +33,16 @@ smtp::outcome smtp_road::send(const QString &from, const QStringList &to, const 
     if (outcome.line_is_broken)
         session.reset();
     return outcome;
+}
+
+// A token may grow old before its time; a command that goes on printing the same one has no other.
+bool smtp_road::has_another_token()
+{
+    const QString refused = token;
+    mail::access_token_refused(refused);
+    if (refused.isEmpty() || std::exchange(token_was_renewed, true))
+        return false;
+    return sending_place(orders, patience).token != refused;
 }
 
 void smtp_road::close()
@@ -31,13 +55,8 @@ void smtp_road::close()
 void smtp_road::connect()
 {
     const net::place where = sending_place(orders, patience);
-    try {
-        session = std::make_unique<smtp::session>(where, patience);
-    } catch (const run_time_error &error) {
-        if (net::is(error, net::trouble::login_refused))
-            mail::access_token_refused(where.token);
-        throw;
-    }
+    token = where.token;
+    session = std::make_unique<smtp::session>(where, patience);
 }
 
 net::place sending_place(const sending_order &order, const net::patience &patience)

@@ -31,13 +31,18 @@ void dialogue::fill()
 answer dialogue::hear()
 {
     while (true) {
-        const std::optional<answer> said = reader.next();
-        if (said && said->code == 0)
-            throw misfit(*said);
-        if (said)
+        if (const std::optional<answer> said = hear_what_is_there())
             return *said;
         fill();
     }
+}
+
+std::optional<answer> dialogue::hear_what_is_there()
+{
+    const std::optional<answer> said = reader.next();
+    if (said && said->code == 0)
+        throw misfit(*said);
+    return said;
 }
 
 answer dialogue::hear_last()

@@ -17,8 +17,10 @@ public:
     void hang_up() { line.reset(); }
 
     void say(QByteArrayView bytes) { line->send(bytes); }
-    answer hear();      // throws where what comes is no answer
-    answer hear_last(); // the word on a whole mail, which takes some servers a while
+    qint64 said() const { return line->sent(); } // bytes that have left
+    answer hear();                               // throws where what comes is no answer
+    answer hear_last();                          // the word on a whole mail, which takes some servers a while
+    std::optional<answer> hear_what_is_there();  // without waiting
     void quit();
 
     // Throws when the server has spoken without being asked: an answer that fits nothing would be taken for the next.

@@ -10,14 +10,27 @@ session::session(const net::place &where, const net::patience &patience)
 
 session::~session() = default;
 
-outcome session::send(const QString &from, const QStringList &to, QByteArrayView mail,
-                      const std::function<void()> &last_moment)
+outcome session::send(const parcel &what, const std::function<void()> &last_moment, const parcel *next)
 {
-    return mail_transfer(*self, mail, last_moment).carry_out(from, to);
+    std::unique_ptr<mail_transfer> present = std::move(ahead);
+    if (present && !present->is_of(what)) { // the server may wait for a mail that does not come
+        self->hang_up();
+        present.reset();
+    }
+    if (!present)
+        present = std::make_unique<mail_transfer>(*self, what);
+    auto following = next ? std::make_unique<mail_transfer>(*self, *next) : nullptr;
+    const outcome result = present->carry_out(last_moment, following.get());
+    if (following && following->is_asked_for() && !result.line_is_broken)
+        ahead = std::move(following);
+    return result;
 }
 
 void session::quit()
 {
+    if (ahead)
+        self->hang_up(); // a goodbye could be taken for the mail's first line
+    ahead.reset();
     self->quit();
 }
 

@@ -29,7 +29,15 @@ struct outcome {
     QString why_broken;
 };
 
+struct parcel {
+    QString from;
+    QStringList to;
+    QByteArray mail; // whole, with CR LF line ends, not stuffed
+    bool operator==(const parcel &) const = default;
+};
+
 class dialogue;
+class mail_transfer;
 
 class session {
 public:
@@ -37,19 +45,21 @@ public:
     session(const net::place &where, const net::patience &patience);
     ~session();
 
-    // mail: the whole mail with CR LF line ends, not stuffed. last_moment is called at most once, when the server waits
-    // for the mail and its end (at most 16 KiB, so all of a short one) is left to be sent: from its return on the
-    // outcome may be unknown. What it throws passes through; the mail has then not gone, and the session is broken.
-    // Throws login_refused when the server takes no mail without another login. Whatever else it says or does, the
-    // outcome tells it. For its word on a whole mail it waits four
+    // last_moment is called at most once, when the server waits for the mail and its end (at most 16 KiB, so all of a
+    // short one) is left to be sent: from its return on the outcome may be unknown. What it throws passes through; the
+    // mail has then not gone, and the session is broken. Throws login_refused when the server takes no mail without
+    // another login. Whatever else it says or does, the outcome tells it. For its word on a whole mail it waits four
     // times as long as for others, as many look into the mail first, and passes over patience.give_up for 3 s.
-    outcome send(const QString &from, const QStringList &to, QByteArrayView mail,
-                 const std::function<void()> &last_moment);
+    //
+    // next is what the following call will send: it is asked for in the same breath, where the server allows that.
+    // Nothing of it goes before that call. Another call than that one finds the session broken.
+    outcome send(const parcel &what, const std::function<void()> &last_moment, const parcel *next = nullptr);
 
     void quit(); // a polite end; waits a second at most
 
 private:
     std::unique_ptr<dialogue> self;
+    std::unique_ptr<mail_transfer> ahead; // the server was asked for it
 };
 
 }
