@@ -102,18 +102,18 @@ void parse_account(const account &each)
 
 }
 
-void parse_unprocessed_mails()
+bool parse_unprocessed_mails()
 {
-    guarded("mail_module.bas", "parse_unprocessed_mails", [] {
+    return guarded("mail_module.bas", "parse_unprocessed_mails", [] {
         load_accounts();
         for (int column = 1; column < account_upper_bound(); ++column)
             parse_account(session.account_ids[size_t(column)]);
     });
 }
 
-void remap_account_mails(const QString &account_table, const QString &map_table)
+bool remap_account_mails(const QString &account_table, const QString &map_table)
 {
-    guarded("mail_module.bas", "remap_account_mails", [&] {
+    return guarded("mail_module.bas", "remap_account_mails", [&] {
         auto &mails = *session.mail_rs;
         mails.Open("select * from " + account_table, *session.store_connection, ado::cursor_type::keyset,
                    ado::lock_type::optimistic);

@@ -50,7 +50,9 @@ struct map_wizard_state {
     std::vector<added_field> MapWHiddenA_frm;
     std::vector<code_value> MapWHiddenR_frm;
 
-    QString map_name; // the map that was saved last, for the final step
+    // For the final step: the map that was saved last, and why not all mails came into it, "" when they did.
+    QString map_name;
+    QString mails_left_behind;
 };
 
 extern map_wizard_state map_wizard;

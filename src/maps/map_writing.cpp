@@ -125,12 +125,13 @@ void write_map(const QString &name)
     map_wizard.map_name = name;
 }
 
-void bring_mails_over(const QString &name)
+bool bring_mails_over(const QString &name)
 {
     const QString account_table = value_of("select table_name from email_tbl where id=" + map_wizard.account_id);
     // In this order: what the new map takes is marked before the parser looks, and so gets no automatic answer.
-    intake::remap_account_mails(account_table, name);
-    intake::parse_unprocessed_mails();
+    const bool remapped = intake::remap_account_mails(account_table, name);
+    const bool parsed = intake::parse_unprocessed_mails();
+    return remapped && parsed;
 }
 
 }

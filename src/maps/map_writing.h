@@ -17,6 +17,7 @@ QString why_save_would_fail();
 void write_map(const QString &name);
 
 // The account's mails into the new map, taken before or not; then all that is still unprocessed. Tells its progress.
-void bring_mails_over(const QString &name);
+// False: one of the two passes failed, which is logged. Without its account it throws.
+bool bring_mails_over(const QString &name);
 
 }

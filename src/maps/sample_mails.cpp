@@ -1,4 +1,5 @@
 #include "maps/sample_mails.h"
+#include "frame/error_log.h"
 #include "frame/store.h"
 
 namespace maps {
@@ -29,9 +30,9 @@ void add_mails(const sample_mail &account, std::vector<sample_mail> &mails)
 
 }
 
-std::vector<sample_mail> all_sample_mails()
+sample_mails all_sample_mails()
 {
-    std::vector<sample_mail> mails;
+    sample_mails all;
     ado::Recordset accounts;
     accounts.Open("Select * from email_tbl", *session.store_connection);
     for (; !accounts.EOF_(); accounts.MoveNext()) {
@@ -39,10 +40,11 @@ std::vector<sample_mail> all_sample_mails()
         account.to = accounts["email"].text_or_empty();
         account.table_name = accounts["table_name"].text_or_empty();
         account.account_id = accounts["id"].to_text();
-        add_mails(account, mails);
+        if (!guarded("mapwizardstep3.frm", "form load", [&] { add_mails(account, all.mails); }))
+            ++all.accounts_left_out;
     }
     accounts.Close();
-    return mails;
+    return all;
 }
 
 std::vector<sample_mail> raw_mails(const QString &table_name)

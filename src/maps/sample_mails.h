@@ -17,8 +17,13 @@ struct sample_mail {
     QString account_id;
 };
 
-// Every mail of every account, processed or not, in the order of the accounts and their tables.
-std::vector<sample_mail> all_sample_mails();
+// Every mail of every account, processed or not, in the order of the accounts and their tables. An account whose table
+// cannot be read is logged and left out, as it is no fault of the others.
+struct sample_mails {
+    std::vector<sample_mail> mails;
+    int accounts_left_out = 0;
+};
+sample_mails all_sample_mails();
 // Of one account's table; to and account_id stay empty.
 std::vector<sample_mail> raw_mails(const QString &table_name);
 

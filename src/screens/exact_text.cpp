@@ -53,6 +53,7 @@ void exact_text::set_text(const QString &text)
     whole = text;
     quiet.clear();
     marked = {};
+    show_stretches(); // cursors left in the document would be moved at each of its lines
     qsizetype end = std::min(whole.size(), most_shown);
     if (is_inside_pair(whole, end))
         --end;
@@ -72,7 +73,6 @@ void exact_text::set_text(const QString &text)
     }
     places.push_back(end);
     setPlainText(shown);
-    show_stretches();
 }
 
 qsizetype exact_text::place_at(int position) const
@@ -126,7 +126,7 @@ void exact_text::show_quietly(const std::vector<text_stretch> &stretches)
 void exact_text::show_marked(const text_stretch &stretch)
 {
     marked = stretch;
-    show_stretches();
+    show_mark();
     if (stretch.length == 0 || textCursor().hasSelection()) // what is selected stays so, and in sight
         return;
     QTextCursor start(document());
@@ -139,14 +139,24 @@ void exact_text::show_stretches()
 {
     const QColor ground = palette().color(QPalette::Base);
     const QColor letters = palette().color(QPalette::Text);
-    QList<QTextEdit::ExtraSelection> all;
+    const QColor dimmed = between(letters, ground, 0.45);
+    quiet_marks.clear();
     for (const text_stretch &one : quiet) {
+        if (one.from >= places.back()) // behind what is shown, as are all others
+            break;
         QTextEdit::ExtraSelection selection;
         selection.cursor = cursor_over(one);
-        selection.format.setForeground(between(letters, ground, 0.45));
-        all += selection;
+        selection.format.setForeground(dimmed);
+        quiet_marks += selection;
     }
+    show_mark();
+}
+
+void exact_text::show_mark()
+{
+    QList<QTextEdit::ExtraSelection> all = quiet_marks;
     if (marked.length > 0) {
+        const QColor ground = palette().color(QPalette::Base);
         QTextEdit::ExtraSelection selection;
         selection.cursor = cursor_over(marked);
         selection.format.setBackground(between(ground, palette().color(QPalette::Highlight), 0.35));

@@ -3,6 +3,7 @@
 // Mouse and keyboard select. A very long text is shown up to a limit; text() is always whole.
 #pragma once
 #include <QPlainTextEdit>
+#include <QTextEdit>
 #include <vector>
 
 struct text_stretch { // places in the text as it was given
@@ -22,7 +23,7 @@ public:
     QString selected_text() const;  // "" without one; what Ctrl+C and dragging give too
     void select(const text_stretch &stretch);
 
-    void show_quietly(const std::vector<text_stretch> &stretches); // in a dimmer colour
+    void show_quietly(const std::vector<text_stretch> &stretches); // in a dimmer colour; in the order of the text
     void show_marked(const text_stretch &stretch);                 // on a coloured ground, and in sight; empty: none
 
 signals:
@@ -38,9 +39,11 @@ private:
     int position_at(qsizetype place) const;
     QTextCursor cursor_over(const text_stretch &stretch) const;
     void show_stretches();
+    void show_mark();
 
     QString whole;
     std::vector<qsizetype> places; // of each position in the document; the end is the last
     std::vector<text_stretch> quiet;
     text_stretch marked;
+    QList<QTextEdit::ExtraSelection> quiet_marks; // of quiet: made once, not at every move of the mark
 };

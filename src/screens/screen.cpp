@@ -44,17 +44,19 @@ QString caption_of(const QWidget &control)
     return {};
 }
 
-// A dialog around a modal screen; the screen decides whether Escape and the window's cross end it.
+// A dialog around a modal screen; the screen decides whether Escape and the window's cross end it, and what they do:
+// its Cancel may have more to do than to go.
 class modal_frame : public QDialog {
 public:
-    modal_frame(QWidget *over, bool may_close) : QDialog(over), closable(may_close) {}
+    modal_frame(QWidget *over, QWidget &inside, bool may_close) : QDialog(over), inner(inside), closable(may_close) {}
     void reject() override
     {
         if (closable)
-            QDialog::reject();
+            inner.close();
     }
 
 private:
+    QWidget &inner;
     bool closable;
 };
 
@@ -187,7 +189,7 @@ void screen::show_modal()
         return;
     QWidget *over = screens.area ? screens.area->window() : QApplication::activeWindow();
     const QPointer<screen> self(this);
-    modal_frame frame(over, closes_on_escape());
+    modal_frame frame(over, *this, closes_on_escape());
     dialog = &frame;
     frame.setWindowTitle(windowTitle());
     auto *layout = new QVBoxLayout(&frame);

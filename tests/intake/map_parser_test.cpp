@@ -46,6 +46,7 @@ private slots:
     void remapping_then_parsing_stores_a_mail_once_a_pass();
     void remapping_leaves_mails_that_do_not_fit();
     void a_mail_waits_until_a_map_fits_it();
+    void a_map_of_no_account_is_never_filled();
 };
 
 void map_parser_test::a_fitting_mail_becomes_a_row_and_is_marked()
@@ -304,6 +305,19 @@ void map_parser_test::a_mail_waits_until_a_map_fits_it()
     site.add_name_map("names");
     intake::parse_unprocessed_mails();
     QCOMPARE(site.column("select full_name from names"), QStringList{"Bob"});
+}
+
+// A merged table has query_id 0.
+void map_parser_test::a_map_of_no_account_is_never_filled()
+{
+    parser_site site;
+    site.add_name_map("names");
+    site.run("update table_list_tbl set query_id=0");
+    site.add_stored_mail("orders", "Order", good_body);
+    QVERIFY(intake::parse_unprocessed_mails());
+    QCOMPARE(site.column("select message_id from names"), QStringList());
+    QCOMPARE(site.column(unprocessed), QStringList{"1"});
+    QCOMPARE(site.log_text(), QString());
 }
 
 QTEST_GUILESS_MAIN(map_parser_test)

@@ -35,6 +35,7 @@ private slots:
     void a_value_of_256_characters_is_stored_with_250();
     void a_tab_map_takes_nothing_though_it_was_marked_by_hand();
     void a_mail_of_two_maps_is_marked_once_and_stands_in_both();
+    void a_pass_that_fails_is_told_of();
     void an_account_that_is_gone_is_a_failure();
     void a_renamed_account_keeps_its_table();
 };
@@ -164,6 +165,20 @@ void bringing_mails_over_test::a_mail_of_two_maps_is_marked_once_and_stands_in_b
     maps::bring_mails_over("second_map");
     QCOMPARE(site.column("select city from second_map"), (QStringList{"Rome", "Rome", "Oslo"}));
     QCOMPARE(site.column(unprocessed), QStringList());
+}
+
+void bringing_mails_over_test::a_pass_that_fails_is_told_of()
+{
+    wizard_site site;
+    site.add_account("shop", "shop@example.org");
+    site.add_stored_mail("orders", "Order", "Rome");
+    site.add_field("town", 1);
+    maps::write_map("newer");
+    QVERIFY(maps::bring_mails_over("newer"));
+    QVERIFY(!maps::bring_mails_over("nowhere")); // the first pass
+    site.run("drop table shop");
+    QVERIFY(!maps::bring_mails_over("newer")); // the second one
+    QCOMPARE(site.log_entries().size(), 2);
 }
 
 void bringing_mails_over_test::an_account_that_is_gone_is_a_failure()

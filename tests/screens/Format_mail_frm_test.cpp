@@ -4,6 +4,7 @@
 #include "platform/settings.h"
 #include "screens/exact_text.h"
 #include "screens/list_view.h"
+#include "screens/maps/MapWizardStep4_frm.h"
 #include "screens/maps/mapmail_frm.h"
 #include "screens/preferences/Format_mail_frm.h"
 #include "screens/screen.h"
@@ -198,6 +199,34 @@ private slots:
         control<QPushButton>(the<mapmail_frm>(), "Command2").click();
         QVERIFY(!is_loaded<mapmail_frm>());
         QVERIFY(is_visible<Format_mail_frm>());
+    }
+
+    void open_records_nothing_while_the_wizard_is_open()
+    {
+        screens_site site;
+        site.store.add_account("orders", "orders@shop.example");
+        site.store.add_account("other", "other@shop.example");
+        store_mail(site, "orders", "Order 1", "1/2/2026 3:04:05 PM", "City: Bath");
+        store_mail(site, "other", "Other", "1/2/2026 3:04:06 PM");
+        maps::map_wizard = {};
+        maps::map_wizard.mail_table = "orders";
+        maps::map_wizard.mail_id = "1";
+        maps::map_wizard.account_id = "1";
+        maps::map_wizard.map_subject = "Order 1";
+        the<MapWizardStep4_frm>().show();
+        control<QPushButton>(the<MapWizardStep4_frm>(), "next_b").click(); // to the fields
+        Format_mail_frm &page = page_shown("other");
+        select_rows(control<list_view>(page, "inbox_lv"), {0});
+        control<QPushButton>(page, "open_b").click();
+        QCOMPARE(site.boxes.shown, QStringList{"The Mail Mapping Wizard is open. Finish or quit it first."});
+        QCOMPARE(maps::map_wizard.mail_table, "orders");
+        QCOMPARE(maps::map_wizard.mail_id, "1");
+        QCOMPARE(maps::map_wizard.account_id, "1");
+        QCOMPARE(maps::map_wizard.map_subject, "Order 1");
+        QVERIFY(!is_loaded<mapmail_frm>());
+        QVERIFY(is_visible<Format_mail_frm>());
+        QVERIFY(is_visible<MapWizardStep4_frm>());
+        maps::map_wizard = {};
     }
 
     void a_table_that_cannot_be_read_is_logged_and_said()

@@ -93,6 +93,28 @@ private slots:
         QCOMPARE(control<QPushButton>(the<MapWizardStep2_frm>(), "change_b").text(), "&Save Changes");
     }
 
+    void next_waits_until_the_change_is_saved_or_cancelled()
+    {
+        editing_site site;
+        const auto next_works = [] { return control<QPushButton>(the<MapWizardStep2_frm>(), "next_b").isEnabled(); };
+        QVERIFY(!next_works());
+        press<MapWizardStep2_frm>("cancelc_b");
+        QVERIFY(next_works());
+        edit(0);
+        QVERIFY(!next_works());
+        change_to("sales", "sales@shop.example");
+        QVERIFY(next_works());
+    }
+
+    void accounts_that_cannot_be_read_are_said()
+    {
+        map_wizard_site site;
+        site.store.run("drop table email_tbl");
+        the<MapWizardStep2_frm>().show();
+        QCOMPARE(session.err_form, "mapwizardstep2.frm");
+        QVERIFY(site.status_lines.last().startsWith("The accounts cannot be shown: "));
+    }
+
     void the_first_fault_speaks_data()
     {
         QTest::addColumn<QString>("query");

@@ -232,18 +232,20 @@ private slots:
 
     void cancel_unsets_the_box_data()
     {
-        QTest::addColumn<bool>("by_escape");
-        QTest::newRow("Cancel") << false;
-        QTest::newRow("Escape") << true;
+        QTest::addColumn<QString>("way");
+        for (const char *way : {"Cancel", "Escape", "the cross"})
+            QTest::newRow(way) << way;
     }
 
     void cancel_unsets_the_box()
     {
-        QFETCH(bool, by_escape);
+        QFETCH(QString, way);
         marking_site site;
         with_codes(submit);
-        with_codes([by_escape](MapWRefcode_frm &screen) {
-            if (by_escape)
+        with_codes([way](MapWRefcode_frm &screen) {
+            if (way == "the cross")
+                screen.window()->close();
+            else if (way == "Escape")
                 QTest::keyClick(screen.focusWidget(), Qt::Key_Escape);
             else
                 control<QPushButton>(screen, "cancel_b").click();

@@ -6,6 +6,7 @@
 #include "support/screens_map_wizard.h"
 
 #include <QComboBox>
+#include <QElapsedTimer>
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -284,6 +285,39 @@ private slots:
         the<step4>().show();
         QCOMPARE(session.err_form, "mapwizardstep4.frm");
         QCOMPARE(body(), "");
+        QVERIFY(site.status_lines.last().startsWith("The mail cannot be read: "));
+    }
+
+    void the_mail_cannot_be_typed_into()
+    {
+        map_wizard_site site;
+        open_cutting(site, "orders", 1);
+        auto &mail = control<exact_text>(the<step4>(), "body_t");
+        const QString before = mail.toPlainText();
+        mail.setFocus();
+        QTest::keyClicks(&mail, "x");
+        QTest::keyClick(&mail, Qt::Key_Delete);
+        QTest::keyClick(&mail, Qt::Key_Backspace);
+        QCOMPARE(mail.toPlainText(), before);
+        QCOMPARE(body(), order_body);
+    }
+
+    void a_mail_of_a_million_line_ends_stays_usable()
+    {
+        map_wizard_site site;
+        open_mail(site, QString("\r\n").repeated(1000000)); // two million letters
+        QElapsedTimer clock;
+        clock.start();
+        cut_by_lines();
+        auto &positions = control<QComboBox>(the<step4>(), "Line_c");
+        QCOMPARE(positions.count(), 1000001);
+        const qsizetype marks = control<exact_text>(the<step4>(), "body_t").extraSelections().size();
+        QVERIFY(marks > 0 && marks < 20000); // none for a number that is not shown
+        for (int piece = 0; piece < 200; ++piece)
+            positions.setCurrentIndex(piece * 5000);
+        add_field("last", 1000001);
+        QCOMPARE(added_fields(), QStringList{"last|Line1000001||0|"});
+        QVERIFY2(clock.elapsed() < 60000, qPrintable(QString::number(clock.elapsed())));
     }
 };
 

@@ -10,6 +10,7 @@
 #include <QCheckBox>
 #include <QClipboard>
 #include <QComboBox>
+#include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -168,7 +169,8 @@ private slots:
         position().setCurrentIndex(1);
         in_modal<MapWStep4_Add_frm>([](MapWStep4_Add_frm &screen) {
             QCOMPARE(screen.windowTitle(), "Map mails wizard - Add this field");
-            QVERIFY(control<QLabel>(screen, "field_lb").text().startsWith("town"));
+            QCOMPARE(control<QLabel>(screen, "field_lb").text(), "town");
+            QCOMPARE(control<QLabel>(screen, "position_lb").text(), "Separator2");
             QCOMPARE(value_left(screen), "City: Bath");
             QCOMPARE(stored(screen), "City: Bath");
             QVERIFY(!control<QListWidget>(screen, "ignore_l").isVisible());
@@ -310,12 +312,14 @@ private slots:
         open_for_changing(0);
         QCOMPARE(field().text(), "person");
         QCOMPARE(position().currentText(), "Separator1");
+        QCOMPARE(control<QGroupBox>(the<step4>(), "Frame2").title(), "Changing person");
         in_modal<MapWStep4_Add_frm>([](MapWStep4_Add_frm &screen) { control<QPushButton>(screen, "save_b").click(); });
         press<step4>("next_b");
         QCOMPARE(site.boxes.shown, QStringList()); // its own name is no duplicate
         QCOMPARE(added_fields(), (QStringList{"town|Line2||0|City: Bath", "item|Line3||0|Item: Lavender, blue",
                                               "person|Line1||0|Name: Ann Moss"}));
         QCOMPARE(position().currentText(), "Separator2");
+        QCOMPARE(control<QGroupBox>(the<step4>(), "Frame2").title(), "The next field");
     }
 
     void a_changed_field_may_get_another_name_and_piece()
@@ -469,7 +473,58 @@ private slots:
         press<step4>("finish_b");
         QCOMPARE(session.err_form, "mapwizardstep45.frm");
         QCOMPARE(session.err_routine, "Command17");
+        QVERIFY(site.status_lines.last().startsWith("The fields cannot be shown: "));
         QVERIFY(!is_loaded<MapWizardPView_frm>());
+        press<step4>("pfields_b");
+        QCOMPARE(session.err_routine, "pfieldsb click");
+        QCOMPARE(site.status_lines.size(), 2);
+    }
+
+    void mails_that_cannot_be_counted_are_logged_and_said()
+    {
+        marking_site site;
+        add_field("town", 2);
+        site.store.run("drop table orders");
+        in_modal<MapWizardPView_frm>([](MapWizardPView_frm &preview) {
+            QCOMPARE(session.err_form, "mapwizardpview.frm");
+            QCOMPARE(session.err_routine, "formload");
+            QCOMPARE(control<QLabel>(preview, "fit_l").text(), "");
+            control<QPushButton>(preview, "cancel_b").click();
+        });
+        press<step4>("finish_b");
+        QVERIFY(site.status_lines.last().startsWith("How many mails fit cannot be told: "));
+    }
+
+    void a_failing_routine_is_logged_under_its_words()
+    {
+        struct failing_boxes : message_service {
+            failing_boxes() { set_message_service(this); }
+            std::optional<QString> show(const message_box &) override { throw run_time_error{5, "no box"}; }
+        };
+        marking_site site;
+        {
+            failing_boxes boxes;
+            press<step4>("next_b"); // without a name it speaks
+            QCOMPARE(session.err_form + "|" + session.err_routine, "mapwizardstep4.frm|nextb click");
+            in_modal<MapWizardPView_frm>([](MapWizardPView_frm &preview) {
+                control<QPushButton>(preview, "Open_b").click();
+                QCOMPARE(session.err_form + "|" + session.err_routine, "mapwizarpvuew|open b click");
+                control<QPushButton>(preview, "ok_b").click();
+            });
+            press<step4>("pfields_b");
+            set_message_service(&site.boxes);
+        }
+        QCOMPARE(added_fields(), QStringList());
+    }
+
+    void a_lone_carriage_return_is_no_part_of_a_value()
+    {
+        map_wizard_site site;
+        site.store_mail("orders", "Order", "City: Ba\rth\r\nend\r\n");
+        open_cutting(site, "orders", 5);
+        cut_by_lines();
+        add_field("town", 1, {"City: "});
+        QCOMPARE(added_fields(), QStringList{"town|Line1|City: |0|Bath"});
     }
 };
 

@@ -177,11 +177,54 @@ private slots:
     void an_account_without_its_table_is_logged()
     {
         map_wizard_site site;
+        site.store.add_account("contact", "hello@shop.example");
+        site.store_mail("contact", "Hello", "Text");
         site.store.run("drop table orders");
         the<step3>().show();
         QCOMPARE(session.err_form, "mapwizardstep3.frm");
         QCOMPARE(session.err_routine, "form load");
-        QVERIFY(control<QLabel>(the<step3>(), "Label4").isVisible());
+        QCOMPARE(column(1), QStringList{"Hello"});
+        QVERIFY(control<QFrame>(the<step3>(), "Frame2").isVisible());
+        QVERIFY(!control<QLabel>(the<step3>(), "Label4").isVisible());
+        QCOMPARE(site.status_lines.size(), 1);
+        QVERIFY(site.status_lines[0].startsWith("The mails of 1 account cannot be shown: "));
+    }
+
+    void where_nothing_can_be_read_the_inbox_is_not_blamed()
+    {
+        map_wizard_site site;
+        site.store.add_account("contact", "hello@shop.example");
+        site.store.run("drop table orders");
+        site.store.run("drop table contact");
+        the<step3>().show();
+        QVERIFY(control<QFrame>(the<step3>(), "Frame2").isVisible());
+        QVERIFY(!control<QLabel>(the<step3>(), "Label4").isVisible());
+        QVERIFY(site.status_lines[0].startsWith("The mails of 2 accounts cannot be shown: "));
+    }
+
+    void a_mail_that_cannot_be_read_is_said()
+    {
+        map_wizard_site site;
+        the<step3>().show();
+        site.store.run("drop table orders");
+        mails().setCurrentIndex(mails().model()->index(0, 0));
+        QCOMPARE(session.err_routine, "inboxlv itemclick");
+        QVERIFY(site.status_lines.last().startsWith("This mail cannot be shown: "));
+        press<step3>("Open_b");
+        QCOMPARE(site.boxes.shown, QStringList{"Please select a mail"});
+    }
+
+    void without_mail_back_is_the_default_button()
+    {
+        map_wizard_site site;
+        the<step3>().show();
+        QVERIFY(control<QPushButton>(the<step3>(), "Open_b").isDefault());
+        QVERIFY(!control<QPushButton>(the<step3>(), "back_b").isDefault());
+        the<step3>().unload();
+        site.store.run("delete from orders");
+        the<step3>().show();
+        QVERIFY(!control<QPushButton>(the<step3>(), "Open_b").isDefault());
+        QVERIFY(control<QPushButton>(the<step3>(), "back_b").isDefault());
     }
 
     void a_tag_in_a_subject_stays_text()

@@ -206,6 +206,7 @@ private slots:
         QVERIFY(!is_loaded<MapWizardFinalStep_frm>());
         QVERIFY(is_visible<MapWizardStep4_frm>());
         QVERIFY(site.status_lines.last().startsWith("The map Query was not saved whole: "));
+        QVERIFY(site.status_lines.last().endsWith(" Its name is taken now: finish again with another one."));
         QCOMPARE(added_fields().size(), 3);
         finish_as("shop"); // by another name it can still be had
         QVERIFY(is_visible<MapWizardFinalStep_frm>());
@@ -225,8 +226,69 @@ private slots:
         press<save>("save_b");
         QCOMPARE(site.rows_of("table_list_tbl"), 0);
         QCOMPARE(session.err_form, "mapwizardsave.frm");
+        QVERIFY(!site.status_lines.last().contains("taken")); // its name is as free as before
         QVERIFY(!is_visible<save>());
         QVERIFY(is_visible<MapWizardStep4_frm>());
+    }
+
+    void a_map_that_fits_no_stored_mail_promises_nothing()
+    {
+        map_wizard_site site;
+        site.store_mail("orders", "List", "Ann\tBath\t12");
+        open_cutting(site, "orders", 5);
+        cut_by("Tab"); // seen here, never taken by the parser
+        add_field("person", 1);
+        add_field("amount", 3);
+        finish_as("list");
+        QVERIFY(is_visible<MapWizardFinalStep_frm>());
+        QCOMPARE(site.rows_of("list"), 0);
+        QCOMPARE(label("done_l"),
+                 "The map list is saved. No stored mail fits it yet.\n\nThe Mail Auditor tells of each "
+                 "mail why it does not fit.");
+    }
+
+    void a_pass_that_fails_after_the_save_is_said()
+    {
+        finished_site site;
+        site.store.add_account("contact", "hello@shop.example");
+        site.store.run("drop table contact"); // so the parser fails behind the first account
+        finish_as("shop");
+        QVERIFY(is_visible<MapWizardFinalStep_frm>());
+        QCOMPARE(site.rows_of("shop"), 3);
+        QCOMPARE(session.err_routine, "parse_unprocessed_mails");
+        QVERIFY(site.status_lines.last().startsWith("Not all mails could be brought over: "));
+        QVERIFY(label("done_l").contains("Not all mails could be brought over: "));
+    }
+
+    void a_map_without_its_account_is_saved_all_the_same()
+    {
+        finished_site site;
+        in_modal<MapWizardPView_frm>([&site](MapWizardPView_frm &preview) {
+            site.store.run("delete from email_tbl");
+            in_modal<save>([](save &screen) {
+                type(screen, "mapname_t", "shop");
+                control<QPushButton>(screen, "save_b").click();
+            });
+            control<QPushButton>(preview, "save_b").click();
+        });
+        press<MapWizardStep4_frm>("finish_b");
+        QCOMPARE(session.err_form, "mapwizardsave.frm");
+        QCOMPARE(site.store.cell("select count(*) from format_tbl"), "3");
+        QVERIFY(site.status_lines.last().startsWith("The map shop is saved, but no mail could be brought over: "));
+        QVERIFY(!is_loaded<MapWizardFinalStep_frm>());
+    }
+
+    void maps_that_cannot_be_read_are_said()
+    {
+        finished_site site;
+        site.store.run("drop table table_list_tbl");
+        the<save>().show();
+        QCOMPARE(session.err_routine, "form load");
+        QVERIFY(site.status_lines.last().startsWith("The existing maps cannot be shown: "));
+        type(the<save>(), "mapname_t", "shop");
+        press<save>("save_b");
+        QCOMPARE(session.err_routine, "saveb click");
+        QVERIFY(site.status_lines.last().startsWith("The map was not saved: "));
     }
 
     void a_separator_map_is_saved_and_takes_its_mails()

@@ -1,4 +1,5 @@
 // Into the Mail Mapping Wizard and out of it: the console's command, the splash, the welcome, and Quit on every step.
+#include "frame/status.h"
 #include "screens/frame/frmSplash.h"
 #include "screens/frame/menuFrm.h"
 #include "screens/maps/MapWizardFinalStep_frm.h"
@@ -18,6 +19,9 @@ namespace {
 const QString quit_question =
     "If you exit the Wizard without setting-up the application, you would be reminded again the next time you launch "
     "the application.\r\n\r\nWould you like to quit the wizard?";
+
+const QString back_question =
+    "You have not saved the mapped format. You will be loosing all data , if you go back from here";
 
 void add_a_map(map_wizard_site &site)
 {
@@ -140,6 +144,51 @@ private slots:
         QVERIFY(!is_loaded<MapWizardStep2_frm>());
     }
 
+    void the_splash_brings_an_open_wizard_to_the_front_data()
+    {
+        QTest::addColumn<bool>("by_menu");
+        QTest::newRow("dismissed late") << false;
+        QTest::newRow("shown again by Show Tips") << true;
+    }
+    void the_splash_brings_an_open_wizard_to_the_front()
+    {
+        QFETCH(bool, by_menu);
+        map_wizard_site site;
+        menuFrm console;
+        console.show();
+        if (!by_menu)
+            the<frmSplash>().show();
+        open_cutting(site, "orders", 2);
+        cut_by_lines();
+        add_field("city", 2);
+        control<QAction>(console, "mauditor_mnu").trigger();
+        if (by_menu)
+            control<QAction>(console, "showtips").trigger();
+        QVERIFY(is_visible<frmSplash>());
+        QTest::keyClick(&the<frmSplash>(), Qt::Key_A);
+        QVERIFY(!is_loaded<frmSplash>());
+        QVERIFY(!is_loaded<MapWizardStep1_frm>());
+        QCOMPARE(control<QMdiArea>(console, "area").activeSubWindow()->widget(), &the<MapWizardStep4_frm>());
+        QCOMPARE(added_fields(), QStringList{"city|Line2||0|City: Cork"});
+        QCOMPARE(maps::map_wizard.mail_id, "2");
+    }
+
+    void a_command_that_cannot_read_the_maps_says_so()
+    {
+        map_wizard_site site;
+        menuFrm console;
+        console.show();
+        QStringList lines;
+        set_status_sink([&lines](const QString &line) { lines += line; }); // the console has one of its own
+        site.store.run("drop table table_list_tbl");
+        control<QAction>(console, "mmw").trigger();
+        QVERIFY(!is_loaded<MapWizardStep1_frm>());
+        QVERIFY(!is_loaded<MapWizardStep2_frm>());
+        QCOMPARE(session.err_form, "menuFrm.frm");
+        QCOMPARE(lines.size(), 1);
+        QVERIFY(lines[0].startsWith("The Mail Mapping Wizard cannot be opened: "));
+    }
+
     void next_leads_from_the_welcome_to_the_accounts()
     {
         map_wizard_site site;
@@ -209,6 +258,7 @@ private slots:
         map_wizard_site site;
         open_step(site, step);
         screen &opened = opened_step(step);
+        const bool has_fields = step.endsWith("(B)"); // there Escape asks as Back does
         site.boxes.will_say_no();
         QTest::keyClick(opened.focusWidget(), Qt::Key_Escape);
         QVERIFY(opened.shown());
@@ -218,7 +268,20 @@ private slots:
         site.boxes.will_say_yes();
         opened.close();
         QVERIFY(!opened_step(step).shown());
-        QCOMPARE(site.boxes.shown, (QStringList{quit_question, quit_question, quit_question}));
+        QCOMPARE(site.boxes.shown,
+                 (QStringList{has_fields ? back_question : quit_question, quit_question, quit_question}));
+    }
+
+    void escape_over_the_fields_drops_none_without_a_question()
+    {
+        map_wizard_site site;
+        add_a_map(site); // so Quit would ask nothing
+        open_step(site, "step 4 (B)");
+        site.boxes.will_say_no();
+        QTest::keyClick(the<MapWizardStep4_frm>().focusWidget(), Qt::Key_Escape);
+        QCOMPARE(site.boxes.shown, QStringList{back_question});
+        QVERIFY(is_visible<MapWizardStep4_frm>());
+        QCOMPARE(added_fields(), QStringList{"city|Line2||0|City: Bath"});
     }
 
     void the_cross_of_the_sub_window_is_quit()

@@ -285,19 +285,21 @@ private slots:
 
     void cancel_on_the_codes_also_unsets_the_box_data()
     {
-        QTest::addColumn<bool>("by_escape");
-        QTest::newRow("the button") << false;
-        QTest::newRow("Escape") << true;
+        QTest::addColumn<QString>("way");
+        for (const char *way : {"the button", "Escape", "the cross"})
+            QTest::newRow(way) << way;
     }
 
     void cancel_on_the_codes_also_unsets_the_box()
     {
-        QFETCH(bool, by_escape);
+        QFETCH(QString, way);
         classic_site site;
         mapmail_frm &screen = site.screen_with_map();
         control<QCheckBox>(screen, "code_ch").setChecked(true);
-        press_and_in<fcodes_frm>(screen, "values_b", [by_escape](fcodes_frm &codes) {
-            if (by_escape)
+        press_and_in<fcodes_frm>(screen, "values_b", [way](fcodes_frm &codes) {
+            if (way == "the cross")
+                codes.window()->close();
+            else if (way == "Escape")
                 QTest::keyClick(&codes, Qt::Key_Escape);
             else
                 press(codes, "cancel_b");

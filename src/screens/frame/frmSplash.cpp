@@ -5,7 +5,7 @@
 #include "platform/app_folder.h"
 #include "platform/clock.h"
 #include "screens/icons.h"
-#include "screens/maps/MapWizardStep1_frm.h"
+#include "screens/maps/map_wizard_doors.h"
 #include "ui_frmSplash.h"
 
 #include <QKeyEvent>
@@ -95,5 +95,5 @@ void frmSplash::dismiss()
 void frmSplash::Load_Wizard()
 {
     if (::Load_Wizard())
-        the<MapWizardStep1_frm>().show();
+        open_map_wizard_welcome();
 }

@@ -39,7 +39,8 @@ void MapWStep4_Add_frm::set_field(const QString &changed, bool wants_code)
 void MapWStep4_Add_frm::Load()
 {
     const auto &wizard = maps::map_wizard;
-    ui->field_lb->setText(wizard.add_name + "  (" + wizard.add_position + ")");
+    ui->field_lb->setText(wizard.add_name);
+    ui->position_lb->setText(wizard.add_position);
     QFont bold = font();
     bold.setBold(true);
     ui->field_lb->setFont(bold);

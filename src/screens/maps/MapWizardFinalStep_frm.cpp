@@ -2,17 +2,24 @@
 #include "frame/error_log.h"
 #include "frame/store.h"
 #include "maps/map_wizard.h"
-#include "screens/maps/MapWizardStep1_frm.h"
+#include "screens/maps/map_wizard_doors.h"
 #include "ui_MapWizardFinalStep_frm.h"
 
 namespace {
 
+// What became of the stored mails, and what will of those to come: a map that none fits promises nothing.
 QString mails_in(const QString &map)
 {
     ado::Recordset rows;
     rows.Open("select count(*) from " + map, *session.store_connection);
     const qint64 count = rows[0].to_number();
-    return count == 1 ? QString("1 mail is in its table.") : QString::number(count) + " mails are in its table.";
+    const QString &failure = maps::map_wizard.mails_left_behind;
+    if (!failure.isEmpty())
+        return "Not all mails could be brought over: " + failure;
+    if (count == 0)
+        return "No stored mail fits it yet.\n\nThe Mail Auditor tells of each mail why it does not fit.";
+    return (count == 1 ? QString("1 mail is in its table.") : QString::number(count) + " mails are in its table.") +
+           "\n\nEvery mail of this form that is fetched from now on goes into it by itself.";
 }
 
 }
@@ -34,18 +41,15 @@ void MapWizardFinalStep_frm::Load()
     const QString &map = maps::map_wizard.map_name;
     ui->autoresp_chk->setText("Select to configure autoresponder for the map »" + map.toUpper());
     ui->done_l->setText("The map " + map + " is saved.");
-    guarded("mapwizardfinalstep.frm", "form load", [&] {
-        ui->done_l->setText("The map " + map + " is saved. " + mails_in(map) +
-                            "\n\nEvery mail of this form that is fetched from now on goes into it by itself.");
-    });
+    guarded("mapwizardfinalstep.frm", "form load",
+            [&] { ui->done_l->setText("The map " + map + " is saved. " + mails_in(map)); });
     ui->Command1->setFocus();
 }
 
 void MapWizardFinalStep_frm::map_b_Click()
 {
     unload();
-    maps::map_wizard = {};
-    the<MapWizardStep1_frm>().show();
+    open_map_wizard_welcome();
 }
 
 void MapWizardFinalStep_frm::Command1_Click()

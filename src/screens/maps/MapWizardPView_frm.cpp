@@ -1,6 +1,7 @@
 #include "screens/maps/MapWizardPView_frm.h"
 #include "frame/error_log.h"
 #include "frame/messages.h"
+#include "frame/status.h"
 #include "maps/field_entry.h"
 #include "maps/fit_preview.h"
 #include "maps/mail_cutting.h"
@@ -77,12 +78,14 @@ void MapWizardPView_frm::show_fields()
 
 void MapWizardPView_frm::show_fit()
 {
-    guarded("mapwizardpview.frm", "formload", [this] {
+    const bool counted = guarded("mapwizardpview.frm", "formload", [this] {
         const wait_pointer waiting(*this);
         const maps::fit_count count = maps::count_fitting_mails();
         ui->fit_l->setText(
             QStringLiteral("fits %1 of the %2 stored mails of this account").arg(count.fits).arg(count.mails));
     });
+    if (!counted)
+        status_line("How many mails fit cannot be told: " + session.err_description);
 }
 
 void MapWizardPView_frm::Open_b_Click()

@@ -17,7 +17,8 @@
 namespace {
 
 const char *const wrong_address = "E-mail id not in a proper format";
-const char *const no_account = "No account is there yet.\nAn account says to which address a form of your site sends.";
+const char *const no_account = "No account is there yet. It says to which address a form of your site sends.\n"
+                               "Choose Preferences > Accounts to add one.";
 
 bool address_is_taken(const QString &email, const QString &old_query)
 {
@@ -55,10 +56,14 @@ MapWizardStep2_frm::~MapWizardStep2_frm() = default;
 
 void MapWizardStep2_frm::Load()
 {
-    guarded("mapwizardstep2.frm", "form load", [this] {
+    const bool read = guarded("mapwizardstep2.frm", "form load", [this] {
         open_store_if_closed();
         PopulateQuery();
     });
+    if (!read) {
+        ui->inbox_lv->set_empty_text("The accounts cannot be shown.");
+        status_line("The accounts cannot be shown: " + session.err_description);
+    }
     ui->next_b->setFocus();
 }
 
@@ -74,12 +79,15 @@ void MapWizardStep2_frm::PopulateQuery()
     accounts.Close();
 }
 
-// Enter means Save Changes as long as an account is being changed.
+// Enter means Save Changes as long as an account is being changed; Next would drop what is typed.
 void MapWizardStep2_frm::show_editing(bool edits)
 {
     ui->edit_fr->setVisible(edits);
     ui->change_b->setDefault(edits);
     ui->next_b->setDefault(!edits);
+    ui->next_b->setEnabled(!edits);
+    ui->next_b->setToolTip(edits ? "Save the changes of this account or cancel them first"
+                                 : "Fetches your mail and goes on");
 }
 
 void MapWizardStep2_frm::Edit_b_Click()

@@ -55,6 +55,12 @@ void MapWizardStep4_frm::Line_c_Click()
     ui->body_t->show_marked(shown);
 }
 
+// A field that is being changed is named above its boxes.
+void MapWizardStep4_frm::hidden_t_Change(const QString &changed)
+{
+    ui->Frame2->setTitle(changed.isEmpty() ? QStringLiteral("The next field") : "Changing " + changed);
+}
+
 void MapWizardStep4_frm::code_ch_Click()
 {
     ui->Values_b->setEnabled(ui->code_ch->isChecked());
@@ -140,13 +146,16 @@ void MapWizardStep4_frm::show_field_count()
 // False: it cannot be read.
 bool MapWizardStep4_frm::read_account_address(const char *form, const char *routine, QString &address)
 {
-    return guarded(form, routine, [&] {
+    const bool read = guarded(form, routine, [&] {
         open_store_if_closed();
         ado::Recordset account;
         account.Open("select email from email_tbl where table_name=" + quote_sql(maps::map_wizard.mail_table),
                      *session.store_connection);
         address = account.EOF_() ? QString() : account["email"].text_or_empty();
     });
+    if (!read)
+        status_line("The fields cannot be shown: " + session.err_description);
+    return read;
 }
 
 void MapWizardStep4_frm::pfields_b_Click()

@@ -1,6 +1,7 @@
 #include "screens/maps/MapWizardStep4_frm.h"
 #include "frame/error_log.h"
 #include "frame/messages.h"
+#include "frame/status.h"
 #include "frame/store.h"
 #include "maps/field_entry.h"
 #include "maps/mail_cutting.h"
@@ -11,14 +12,21 @@
 #include "screens/maps/textarea_frm.h"
 #include "ui_MapWizardStep4_frm.h"
 
+#include <QKeyEvent>
+#include <QListView>
+#include <QStringListModel>
+
 MapWizardStep4_frm::MapWizardStep4_frm(QWidget *parent)
-    : wizard_screen(parent), ui(std::make_unique<Ui::MapWizardStep4_frm>())
+    : wizard_screen(parent), ui(std::make_unique<Ui::MapWizardStep4_frm>()), positions(new QStringListModel(this))
 {
     ui->setupUi(this);
     ui->allval_c->addItem("Select separator");
     for (const maps::separator_choice &choice : maps::separator_choices())
         ui->allval_c->addItem(choice.caption);
     ui->seplines_op->setChecked(true);
+    ui->Line_c->setModel(positions);
+    if (auto *list = qobject_cast<QListView *>(ui->Line_c->view()))
+        list->setUniformItemSizes(true); // a hostile mail has a million pieces
 
     connect(ui->seplines_op, &QRadioButton::toggled, this, &MapWizardStep4_frm::seplines_op_Click);
     connect(ui->textarea_b, &QPushButton::clicked, this, &MapWizardStep4_frm::textarea_b_Click);
@@ -27,6 +35,7 @@ MapWizardStep4_frm::MapWizardStep4_frm(QWidget *parent)
     connect(ui->copy_b, &QPushButton::clicked, this, &MapWizardStep4_frm::copy_b_Click);
     connect(ui->paste_b, &QPushButton::clicked, this, &MapWizardStep4_frm::paste_b_Click);
     connect(ui->Line_c, &QComboBox::currentIndexChanged, this, &MapWizardStep4_frm::Line_c_Click);
+    connect(ui->hidden_t, &QLineEdit::textChanged, this, &MapWizardStep4_frm::hidden_t_Change);
     connect(ui->code_ch, &QCheckBox::toggled, this, &MapWizardStep4_frm::code_ch_Click);
     connect(ui->Values_b, &QPushButton::clicked, this, &MapWizardStep4_frm::Values_b_Click);
     connect(ui->pfields_b, &QPushButton::clicked, this, &MapWizardStep4_frm::pfields_b_Click);
@@ -42,10 +51,12 @@ MapWizardStep4_frm::~MapWizardStep4_frm() = default;
 void MapWizardStep4_frm::Load()
 {
     maps::forget_pending_code();
-    guarded("mapwizardstep4.frm", "form load", [this] {
+    const bool read = guarded("mapwizardstep4.frm", "form load", [this] {
         open_store_if_closed();
         stored_body = maps::stored_body(maps::map_wizard.mail_table, maps::map_wizard.mail_id);
     });
+    if (!read)
+        status_line("The mail cannot be read: " + session.err_description);
     return_to_cutting();
 }
 
@@ -122,11 +133,11 @@ void MapWizardStep4_frm::cut_mail()
     pieces = maps::cut_sample(stored_body, maps::map_wizard.map_separator);
     maps::forget_fields();
     show_numbered_pieces();
-    ui->Line_c->clear();
     QStringList entries;
     for (int piece = 1; piece <= pieces.size(); ++piece)
         entries += maps::separator_entry(piece);
-    ui->Line_c->addItems(entries);
+    positions->setStringList(entries);
+    ui->Line_c->setCurrentIndex(entries.isEmpty() ? -1 : 0);
     ui->paste_b->setEnabled(false);
     show_step("step3b");
     make_ready_for_next_field();
@@ -168,6 +179,15 @@ void MapWizardStep4_frm::cancel_b_Click()
 {
     if (quits_map_wizard("mapwizardstep4.frm"))
         unload();
+}
+
+// Escape is the key of a slip: over the fields it asks as Back does, where Quit would drop them without a word.
+void MapWizardStep4_frm::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_Escape && step == u"step3b")
+        back_b_Click();
+    else
+        wizard_screen::keyPressEvent(event);
 }
 
 QSize MapWizardStep4_frm::sizeHint() const

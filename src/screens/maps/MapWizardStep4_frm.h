@@ -13,6 +13,8 @@ namespace maps {
 struct added_field;
 }
 
+class QStringListModel;
+
 class MapWizardStep4_frm : public wizard_screen {
     Q_OBJECT
 public:
@@ -20,6 +22,9 @@ public:
     ~MapWizardStep4_frm() override;
     void Load() override;
     QSize sizeHint() const override;
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
 
 private:
     // Cutting.
@@ -37,6 +42,7 @@ private:
     void paste_b_Click();
     void word_chosen(const QString &word);
     void Line_c_Click();
+    void hidden_t_Change(const QString &changed);
     void code_ch_Click();
     void Values_b_Click();
     bool take_pending_field();
@@ -56,5 +62,6 @@ private:
     QString step;        // "step3a" or "step3b"
     QString stored_body; // as it came from the store
     QStringList pieces;
+    QStringListModel *positions;            // the entries of Line_c
     std::vector<text_stretch> piece_places; // where each one is shown
 };

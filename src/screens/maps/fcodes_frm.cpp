@@ -5,6 +5,7 @@
 #include "screens/maps/mapmail_frm.h"
 #include "ui_fcodes_frm.h"
 
+#include <QCloseEvent>
 #include <QKeyEvent>
 
 fcodes_frm::fcodes_frm(QWidget *parent) : screen(parent), ui(std::make_unique<Ui::fcodes_frm>())
@@ -52,6 +53,14 @@ void fcodes_frm::keyPressEvent(QKeyEvent *event)
     if (event->key() == Qt::Key_Escape)
         return cancel_b_Click();
     screen::keyPressEvent(event);
+}
+
+// The cross is Cancel, too.
+void fcodes_frm::closeEvent(QCloseEvent *event)
+{
+    if (shown())
+        cancel_b_Click();
+    event->accept();
 }
 
 QSize fcodes_frm::sizeHint() const

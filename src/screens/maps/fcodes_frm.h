@@ -16,6 +16,7 @@ public:
     QSize sizeHint() const override;
 
 protected:
+    void closeEvent(QCloseEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override; // Escape is Cancel
 
 private:

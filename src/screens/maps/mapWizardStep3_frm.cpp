@@ -26,6 +26,7 @@ mapWizardStep3_frm::mapWizardStep3_frm(QWidget *parent)
     ui->inbox_lv->setSelectionMode(QAbstractItemView::SingleSelection);
     for (const auto key : {message_id, table_name, account_id})
         ui->inbox_lv->setColumnHidden(int(key), true);
+    ui->inbox_lv->set_empty_text("No mail can be shown.");
     ui->inbox_lv->remember_columns("mapWizardStep3_frm.inbox_lv", {190, 220, 160, 180});
 
     connect(ui->inbox_lv->selectionModel(), &QItemSelectionModel::selectionChanged, this,
@@ -44,19 +45,31 @@ void mapWizardStep3_frm::Load()
 {
     map_wizard.mail_table.clear();
     map_wizard.mail_id.clear();
-    if (!guarded("mapwizardstep3.frm", "form load", [this] { show_mails(); }))
-        status_line("Not all mails can be shown: " + session.err_description);
-    const bool empty = rows->rowCount() == 0;
+    bool all_shown = false;
+    if (!guarded("mapwizardstep3.frm", "form load", [&] { all_shown = show_mails(); }))
+        status_line("The mails cannot be shown: " + session.err_description);
+    const bool empty = all_shown && rows->rowCount() == 0; // not for a failure: there is mail, maybe
     ui->Frame2->setVisible(!empty);
     ui->empty_fr->setVisible(empty);
+    ui->Open_b->setDefault(!empty);
+    ui->back_b->setDefault(empty);
     (empty ? static_cast<QWidget *>(ui->mail_client_b) : ui->inbox_lv)->setFocus();
 }
 
-void mapWizardStep3_frm::show_mails()
+// False: accounts had to be left out, and the user knows.
+bool mapWizardStep3_frm::show_mails()
 {
     const wait_pointer waiting(*this);
     open_store_if_closed();
-    rows->set_mails(maps::all_sample_mails());
+    maps::sample_mails all = maps::all_sample_mails();
+    rows->set_mails(std::move(all.mails));
+    if (all.accounts_left_out == 0)
+        return true;
+    const QString words = all.accounts_left_out == 1
+                              ? QStringLiteral("The mails of 1 account cannot be shown: ")
+                              : QStringLiteral("The mails of %1 accounts cannot be shown: ").arg(all.accounts_left_out);
+    status_line(words + session.err_description);
+    return false;
 }
 
 void mapWizardStep3_frm::inbox_lv_Click()
@@ -67,13 +80,15 @@ void mapWizardStep3_frm::inbox_lv_Click()
     if (chosen.isEmpty())
         return;
     const maps::sample_mail &mail = rows->mail(chosen.first().row());
-    guarded("mapwizardstep3.frm", "inboxlv itemclick", [&] {
+    const bool read = guarded("mapwizardstep3.frm", "inboxlv itemclick", [&] {
         open_store_if_closed();
         ui->body_t->set_text(maps::stored_body(mail.table_name, mail.message_id));
         map_wizard.mail_table = mail.table_name;
         map_wizard.mail_id = mail.message_id;
         map_wizard.account_id = mail.account_id;
     });
+    if (!read)
+        status_line("This mail cannot be shown: " + session.err_description);
 }
 
 void mapWizardStep3_frm::mail_client_b_Click()

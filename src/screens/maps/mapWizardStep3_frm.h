@@ -18,7 +18,7 @@ public:
     QSize sizeHint() const override;
 
 private:
-    void show_mails();
+    bool show_mails();
     void inbox_lv_Click();
     void mail_client_b_Click();
     void back_b_Click();

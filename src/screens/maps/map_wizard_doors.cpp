@@ -1,6 +1,7 @@
 #include "screens/maps/map_wizard_doors.h"
 #include "frame/error_log.h"
 #include "frame/messages.h"
+#include "frame/status.h"
 #include "frame/store.h"
 #include "maps/map_wizard.h"
 #include "screens/maps/MapWizardFinalStep_frm.h"
@@ -42,23 +43,41 @@ qint64 first_number(const char *statement)
     return row[0].to_number();
 }
 
+void begin_anew()
+{
+    if (is_loaded<MapWizardFinalStep_frm>()) // of the map before
+        the<MapWizardFinalStep_frm>().unload();
+    maps::map_wizard = {};
+}
+
+}
+
+bool bring_map_wizard_to_front()
+{
+    return brought_to_front<MapWizardStep4_frm>() || brought_to_front<mapWizardStep3_frm>() ||
+           brought_to_front<MapWizardStep2_frm>() || brought_to_front<MapWizardStep1_frm>();
 }
 
 void open_map_wizard()
 {
-    if (brought_to_front<MapWizardStep4_frm>() || brought_to_front<mapWizardStep3_frm>() ||
-        brought_to_front<MapWizardStep2_frm>() || brought_to_front<MapWizardStep1_frm>())
+    if (bring_map_wizard_to_front())
         return;
-    if (is_loaded<MapWizardFinalStep_frm>())
-        the<MapWizardFinalStep_frm>().unload();
     qint64 maps_there = 0;
     if (!guarded("menuFrm.frm", "mmw", [&] { maps_there = row_count("select * from table_list_tbl"); }))
-        return;
-    maps::map_wizard = {};
+        return status_line("The Mail Mapping Wizard cannot be opened: " + session.err_description);
+    begin_anew();
     if (maps_there > 0)
         the<MapWizardStep2_frm>().show();
     else
         the<MapWizardStep1_frm>().show();
+}
+
+void open_map_wizard_welcome()
+{
+    if (bring_map_wizard_to_front())
+        return;
+    begin_anew();
+    the<MapWizardStep1_frm>().show();
 }
 
 bool quits_map_wizard(const char *form)

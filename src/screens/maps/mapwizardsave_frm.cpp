@@ -5,6 +5,7 @@
 #include "frame/store.h"
 #include "intake/progress_page.h"
 #include "maps/field_entry.h"
+#include "maps/map_wizard.h"
 #include "maps/map_writing.h"
 #include "screens/intake/mapinprogress_frm.h"
 #include "ui_mapwizardsave_frm.h"
@@ -23,7 +24,7 @@ mapwizardsave_frm::~mapwizardsave_frm() = default;
 
 void mapwizardsave_frm::Load()
 {
-    guarded("mapwizardsave.frm", "form load", [this] {
+    const bool read = guarded("mapwizardsave.frm", "form load", [this] {
         open_store_if_closed();
         ado::Recordset maps_there;
         maps_there.Open("select  table_name from table_list_tbl", *session.store_connection);
@@ -32,6 +33,8 @@ void mapwizardsave_frm::Load()
         maps_there.Close();
         ui->warning_l->setText(maps::why_save_would_fail());
     });
+    if (!read)
+        status_line("The existing maps cannot be shown: " + session.err_description);
     ui->warning_l->setVisible(!ui->warning_l->text().isEmpty());
     ui->mapname_t->setFocus();
 }
@@ -41,7 +44,8 @@ void mapwizardsave_frm::save_b_Click()
     QString name = ui->mapname_t->text();
     bool name_is_good = false;
     const wait_pointer waiting(*this);
-    guarded("mapwizardsave.frm", "saveb click", [&] { name_is_good = may_save(name); });
+    if (!guarded("mapwizardsave.frm", "saveb click", [&] { name_is_good = may_save(name); }))
+        status_line("The map was not saved: " + session.err_description);
     if (name_is_good)
         save_map(name);
 }
@@ -67,15 +71,38 @@ void mapwizardsave_frm::save_map(const QString &name)
     guarded("mapwizardsave.frm", "saveb click", [this] { intake::write_mapping_animation(GetBkColor()); });
     auto &progress = the<mapinprogress_frm>();
     progress.set_work([this, name] {
-        was_saved = guarded("mapwizardsave.frm", "saveb click", [&name] {
-            maps::write_map(name);
-            maps::bring_mails_over(name);
-        });
+        if (guarded("mapwizardsave.frm", "saveb click", [&name] { maps::write_map(name); }))
+            bring_mails_over(name);
+        else
+            tell_failed_save(name);
     });
     progress.show_modal();
-    if (!was_saved)
-        status_line("The map " + name + " was not saved whole: " + session.err_description);
     unload();
+}
+
+// A pass that fails has ended, no more: the map is there, and the wizard goes on. Without the account it ends here.
+void mapwizardsave_frm::bring_mails_over(const QString &name)
+{
+    bool all_over = false;
+    was_saved = guarded("mapwizardsave.frm", "saveb click", [&] { all_over = maps::bring_mails_over(name); });
+    maps::map_wizard.mails_left_behind = all_over ? QString() : session.err_description;
+    if (all_over)
+        return;
+    if (was_saved)
+        status_line("Not all mails could be brought over: " + session.err_description);
+    else
+        status_line("The map " + name + " is saved, but no mail could be brought over: " + session.err_description);
+}
+
+void mapwizardsave_frm::tell_failed_save(const QString &name)
+{
+    QString words = "The map " + name + " was not saved whole: " + session.err_description;
+    guarded("mapwizardsave.frm", "saveb click", [&] {
+        QString again = name;
+        if (!maps::why_no_map_name(again).isEmpty())
+            words += " Its name is taken now: finish again with another one.";
+    });
+    status_line(words);
 }
 
 void mapwizardsave_frm::cancel_b_Click()

@@ -23,6 +23,8 @@ private:
     void cancel_b_Click() override;
     bool may_save(QString &name); // false: the user knows why not
     void save_map(const QString &name);
+    void bring_mails_over(const QString &name);
+    void tell_failed_save(const QString &name);
 
     std::unique_ptr<Ui::mapwizardsave_frm> ui;
     bool was_saved = false;

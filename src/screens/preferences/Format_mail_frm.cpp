@@ -6,6 +6,7 @@
 #include "maps/map_wizard.h"
 #include "maps/sample_mails.h"
 #include "screens/icons.h"
+#include "screens/maps/map_wizard_doors.h"
 #include "screens/maps/mapmail_frm.h"
 #include "screens/maps/sample_mail_list.h"
 #include "screens/preferences/page_list.h"
@@ -146,6 +147,8 @@ void Format_mail_frm::open_b_Click()
     const QModelIndexList chosen = ui->inbox_lv->selectionModel()->selectedRows();
     if (chosen.isEmpty())
         return say("Please select a mail");
+    if (bring_map_wizard_to_front()) // what is recorded here is its memory
+        return say("The Mail Mapping Wizard is open. Finish or quit it first.");
     const bool known = guarded(page_in_log, "open_b", [&] {
         open_store_if_closed();
         const maps::sample_mail &mail = rows->mail(chosen.first().row());
