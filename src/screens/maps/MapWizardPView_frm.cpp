@@ -1,6 +1,7 @@
 #include "screens/maps/MapWizardPView_frm.h"
 #include "frame/error_log.h"
 #include "frame/messages.h"
+#include "frame/session.h"
 #include "frame/status.h"
 #include "maps/field_entry.h"
 #include "maps/fit_preview.h"
