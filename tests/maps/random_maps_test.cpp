@@ -14,7 +14,7 @@ namespace {
 
 constexpr int rounds = 400; // two maps and eight mails each
 
-struct mail {
+struct form_mail {
     QString subject, sender, body;
 };
 
@@ -76,7 +76,7 @@ bool field_fits_by_rule(const field_rule &field, const QStringList &cut)
     return true;
 }
 
-bool fits_by_rule(const map_rule &map, const mail &tested)
+bool fits_by_rule(const map_rule &map, const form_mail &tested)
 {
     if (!same(without_outer_blanks(map.subject), without_outer_blanks(tested.subject)))
         return false;
@@ -106,7 +106,7 @@ QString value_by_rule(const field_rule &field, const QStringList &cut)
     return without_outer_blanks(value); // quoting trims once more
 }
 
-QString row_by_rule(const map_rule &map, const mail &taken, int id)
+QString row_by_rule(const map_rule &map, const form_mail &taken, int id)
 {
     QStringList values{QString::number(id), taken.subject, "(null)", taken.sender, "new"};
     const QStringList cut = pieces_by_rule(map, taken.body);
@@ -209,11 +209,12 @@ QStringList changed_parts(chance &dice, QStringList parts)
     return parts;
 }
 
-std::vector<mail> random_mails(chance &dice, const QStringList &form, const QString &separator, const QString &subject)
+std::vector<form_mail> random_mails(chance &dice, const QStringList &form, const QString &separator,
+                                    const QString &subject)
 {
-    std::vector<mail> mails;
+    std::vector<form_mail> mails;
     for (int count = 0; count < 8; ++count) {
-        mail made;
+        form_mail made;
         made.subject = dice.one_in(6) ? dice.one_of({"Other", "", subject + "!"})
                                       : dice.one_of({subject, subject.toUpper(), "  " + subject + " "});
         made.sender = dice.one_of({"bob@example.net", "o'neil@example.net"});
@@ -239,7 +240,7 @@ QStringList marked_texts(chance &dice, const QString &piece, const QString &sepa
     return marked;
 }
 
-map_rule random_map(chance &dice, const QString &name, const mail &sample, const QString &separator)
+map_rule random_map(chance &dice, const QString &name, const form_mail &sample, const QString &separator)
 {
     map_rule map{name, separator, sample.subject, {}};
     const QStringList cut = maps::cut_sample(sample.body, separator);
@@ -256,7 +257,7 @@ map_rule random_map(chance &dice, const QString &name, const mail &sample, const
     return map;
 }
 
-qint64 add_mail(const mail &each)
+qint64 add_mail(const form_mail &each)
 {
     ado::Recordset rows; // past quoting, which would trim the body
     rows.Open("select * from orders", *session.store_connection, ado::cursor_type::keyset, ado::lock_type::optimistic);
@@ -308,7 +309,7 @@ struct expected_store {
     QStringList rows_of[2];
     std::vector<bool> taken;
 
-    void take(const map_rule &map, int number, const mail &each, size_t at)
+    void take(const map_rule &map, int number, const form_mail &each, size_t at)
     {
         rows_of[number] += row_by_rule(map, each, int(rows_of[number].size()) + 1);
         taken[at] = true;
@@ -325,10 +326,10 @@ private slots:
 
 private:
     QString one_round(const wizard_site &site, chance &dice); // what went wrong, "" when all is well
-    QString save_two_maps(const wizard_site &site, const std::vector<mail> &mails, const std::vector<map_rule> &made,
-                          expected_store &expected);
-    QString parse_the_rest(const wizard_site &site, const std::vector<mail> &mails, const std::vector<map_rule> &made,
-                           size_t stored_before, expected_store &expected);
+    QString save_two_maps(const wizard_site &site, const std::vector<form_mail> &mails,
+                          const std::vector<map_rule> &made, expected_store &expected);
+    QString parse_the_rest(const wizard_site &site, const std::vector<form_mail> &mails,
+                           const std::vector<map_rule> &made, size_t stored_before, expected_store &expected);
     quint32 seed = 20261121;
     tally counted;
 };
@@ -340,7 +341,7 @@ void random_maps_test::initTestCase()
 }
 
 // Each map is saved over what is stored by then: it takes every mail that fits, taken before or not.
-QString random_maps_test::save_two_maps(const wizard_site &site, const std::vector<mail> &mails,
+QString random_maps_test::save_two_maps(const wizard_site &site, const std::vector<form_mail> &mails,
                                         const std::vector<map_rule> &made, expected_store &expected)
 {
     for (int number = 0; number < 2; ++number) {
@@ -349,7 +350,7 @@ QString random_maps_test::save_two_maps(const wizard_site &site, const std::vect
         for (field_rule &field : without_labels.fields)
             field.has_label = false;
         const auto fitting = std::count_if(mails.begin(), mails.end(),
-                                           [&](const mail &each) { return fits_by_rule(without_labels, each); });
+                                           [&](const form_mail &each) { return fits_by_rule(without_labels, each); });
         const maps::fit_count count = maps::count_fitting_mails();
         if (count.fits != fitting || count.mails != int(mails.size()))
             return "the count before the save is " + QString::number(count.fits);
@@ -364,7 +365,7 @@ QString random_maps_test::save_two_maps(const wizard_site &site, const std::vect
 }
 
 // What came later goes through the ordinary pass: into each map that it fits.
-QString random_maps_test::parse_the_rest(const wizard_site &site, const std::vector<mail> &mails,
+QString random_maps_test::parse_the_rest(const wizard_site &site, const std::vector<form_mail> &mails,
                                          const std::vector<map_rule> &made, size_t stored_before,
                                          expected_store &expected)
 {
@@ -392,7 +393,7 @@ QString random_maps_test::one_round(const wizard_site &site, chance &dice)
     QStringList form;
     for (int count = 1 + dice.below(6); count > 0; --count)
         form += random_piece(dice);
-    const std::vector<mail> mails = random_mails(dice, form, separator, subject);
+    const std::vector<form_mail> mails = random_mails(dice, form, separator, subject);
     const size_t stored_before = 5;
     const std::vector<map_rule> made{random_map(dice, "first_map", mails[0], separator),
                                      random_map(dice, "second_map", mails[size_t(dice.below(2))], separator)};
@@ -414,7 +415,7 @@ QString random_maps_test::one_round(const wizard_site &site, chance &dice)
         marked += each ? "True" : "False";
     if (wrong.isEmpty() && site.column("select tsl_processed from orders") != marked)
         wrong = "marked: " + site.column("select tsl_processed from orders").join(u' ');
-    for (const mail &each : mails) {
+    for (const form_mail &each : mails) {
         const bool first = fits_by_rule(made[0], each);
         const bool second = fits_by_rule(made[1], each);
         counted.fits += first + second;
