@@ -28,7 +28,7 @@ void type(const char *name, const QString &text)
     QTest::keyClicks(&field, text);
 }
 
-void press(const char *name)
+void press_on_mail_page(const char *name)
 {
     control<QPushButton>(the<mail_client_frm>(), name).click();
 }
@@ -60,7 +60,7 @@ void picture_test(const album &pictures, menuFrm &console, const QString &name, 
     outcome.receives = receives;
     outcome.sends = sends;
     the<mail_client_frm>().set_check(says(told, outcome));
-    press("test_b");
+    press_on_mail_page("test_b");
     const auto &result = control<QLabel>(the<mail_client_frm>(), "result_l");
     while (result.text() == "Testing ...")
         QTest::qWait(5);
@@ -73,10 +73,10 @@ void picture_running_test(const album &pictures, menuFrm &console)
                      {"Mail server", mail::check_state::good, "imap.rosecottage.example answers, encrypted."},
                      {"Signing in", mail::check_state::running, {}}};
     the<mail_client_frm>().set_check(says(told, {}, true));
-    press("test_b");
+    press_on_mail_page("test_b");
     QTest::qWait(50);
     pictures.keep(console, "mail_client_frm-testing");
-    press("stop_b");
+    press_on_mail_page("stop_b");
     const auto &result = control<QLabel>(the<mail_client_frm>(), "result_l");
     while (result.text() != "The test was stopped.")
         QTest::qWait(5);
