@@ -125,6 +125,7 @@ enum error : quint32 {
     value_too_long = 0x80040E57,
     unknown_column = 0x80040E10,
     column_exists = 0x80040E21,
+    duplicate_key = 0x80040E2F, // two rows of a table would have one key
     store_failure = 0x80004005, // cannot open, disk full, locked, read-only, anything else
     no_current_record = 0x800A0BCD,
     no_such_field = 0x800A0CC1,

@@ -16,6 +16,7 @@ bool is_known(quint32 number)
     case ado::value_too_long:
     case ado::unknown_column:
     case ado::column_exists:
+    case ado::duplicate_key:
         return true;
     default:
         return false;

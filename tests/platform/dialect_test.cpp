@@ -173,6 +173,8 @@ void dialect_test::refused_data()
     row("SQLite's own tables", "select * from sqlite_sequence", ado::unknown_table);
     row("SQLite's schema", "select * from sqlite_master", ado::unknown_table);
     row("a column there already", "alter table cust add column CITY text(255)", ado::column_exists);
+    row("one key for all rows", "update sales set message_id=1 or message_id=0", ado::duplicate_key);
+    row("a key of another row", "insert into sales(message_id) values(1)", ado::duplicate_key);
     row("a wider text than there is", "alter table cust add column x text(256)", ado::syntax_error);
     row("a reserved word", "select * into Query from model_tbl", ado::syntax_error);
     row("a reserved word in small letters", "select * into select from model_tbl", ado::syntax_error);
