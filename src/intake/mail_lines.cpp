@@ -71,15 +71,6 @@ mail_text stored_mail_text(const mail_line &line)
     return text;
 }
 
-mail_line sent_mail_line(ado::Recordset &row)
-{
-    return {{},
-            row["sentid"].to_number(),
-            row["tsl_to"].text_or_empty(),
-            row["tsl_subject"].text_or_empty(),
-            moment_of(row["tsl_sentdate"])};
-}
-
 std::vector<mail_line> sent_mail_lines()
 {
     std::vector<mail_line> lines;
@@ -91,6 +82,15 @@ std::vector<mail_line> sent_mail_lines()
     return lines;
 }
 
+mail_line sent_mail_line(ado::Recordset &sent_mails)
+{
+    return {{},
+            sent_mails["sentid"].to_number(),
+            sent_mails["tsl_to"].text_or_empty(),
+            sent_mails["tsl_subject"].text_or_empty(),
+            moment_of(sent_mails["tsl_sentdate"])};
+}
+
 mail_text sent_mail_text(const mail_line &line)
 {
     mail_text text;
@@ -100,6 +100,14 @@ mail_text sent_mail_text(const mail_line &line)
         text = text_in(row, "tsl_to", "tsl_sentdate");
     row.Close();
     return text;
+}
+
+QString text_to_show(const QString &body)
+{
+    constexpr qsizetype most_shown = 300000;
+    if (body.size() <= most_shown)
+        return body;
+    return left(body, most_shown) + "\n\n(The text is longer than what is shown here.)";
 }
 
 }

@@ -8,6 +8,8 @@
 
 namespace mapi {
 
+constexpr quint32 unknown_recipient = 32014;
+
 class MAPISession {
 public:
     virtual ~MAPISession() = default;
@@ -45,6 +47,9 @@ public:
     virtual void set_MsgNoteText(const QString &text) = 0;
     virtual void set_RecipDisplayName(const QString &name) = 0;
     virtual void set_RecipAddress(const QString &address) = 0;
+    // Fails with unknown_recipient when no mail can be addressed so. For a user who waits and can mend it; without it
+    // the Outbox keeps such a mail as refused.
+    virtual void ResolveName() = 0;
     virtual void Send() = 0; // hands it to the Outbox; durable when it returns
 };
 

@@ -58,6 +58,20 @@ void draw_sent(QPainter &painter)
     draw_arrow(painter, {8, 6.5}, {20, 2.5});
 }
 
+void draw_reply(QPainter &painter)
+{
+    draw_envelope(painter, {2.5, 8.5, 19, 12.5});
+    draw_arrow(painter, {16, 3}, {4, 3});
+}
+
+void draw_delete(QPainter &painter)
+{
+    draw_envelope(painter, {2.5, 3, 19, 12.5});
+    painter.setPen(QPen(alarm_red, 2.4, Qt::SolidLine, Qt::RoundCap));
+    painter.drawLine(QPointF(12.5, 12.5), QPointF(20.5, 20.5));
+    painter.drawLine(QPointF(20.5, 12.5), QPointF(12.5, 20.5));
+}
+
 void draw_sheet_with_magnifier(QPainter &painter)
 {
     draw_envelope(painter, {2, 4, 17, 12});
@@ -192,6 +206,9 @@ const std::map<QString, draw_routine> &pictures()
         {QStringLiteral("mauditor_mnu"), draw_sheet_with_magnifier},
         {QStringLiteral("inbox"), draw_inbox},
         {QStringLiteral("sent"), draw_sent},
+        {QStringLiteral("reply"), draw_reply},
+        {QStringLiteral("delete"), draw_delete},
+        {QStringLiteral("sendmail"), draw_sent},
         {QStringLiteral("help"), draw_help},
         {QStringLiteral("tips"), draw_tips},
         {QStringLiteral("tessaly"), draw_tessaly},
@@ -218,10 +235,12 @@ void draw_lit_ground(QPainter &painter)
     painter.drawRoundedRect(QRectF(0, 0, 24, 24), 5, 5);
 }
 
+enum class lighting { never, under_the_pointer, always };
+
 // Draws at the size that is asked for, when it is asked for: at the start nearly none is.
 class drawn_engine : public QIconEngine {
 public:
-    drawn_engine(draw_routine routine, bool lights_up) : draw(routine), lit_when_active(lights_up) {}
+    drawn_engine(draw_routine routine, lighting when) : draw(routine), lit(when) {}
 
     void paint(QPainter *painter, const QRect &rect, QIcon::Mode mode, QIcon::State) override
     {
@@ -232,7 +251,7 @@ public:
         painter->scale(size / 24.0, size / 24.0);
         if (mode == QIcon::Disabled)
             painter->setOpacity(0.4);
-        if (mode == QIcon::Active && lit_when_active)
+        if (lit == lighting::always || (mode == QIcon::Active && lit == lighting::under_the_pointer))
             draw_lit_ground(*painter);
         draw(*painter);
         painter->restore();
@@ -251,7 +270,7 @@ public:
 
 private:
     draw_routine draw;
-    bool lit_when_active;
+    lighting lit;
 };
 
 }
@@ -259,7 +278,14 @@ private:
 QIcon drawn_icon(const QString &name)
 {
     const auto found = pictures().find(name);
-    return found == pictures().end() ? QIcon() : QIcon(new drawn_engine(found->second, !name.startsWith(u"key")));
+    const lighting when = name.startsWith(u"key") ? lighting::never : lighting::under_the_pointer;
+    return found == pictures().end() ? QIcon() : QIcon(new drawn_engine(found->second, when));
+}
+
+QIcon lit_icon(const QString &name)
+{
+    const auto found = pictures().find(name);
+    return found == pictures().end() ? QIcon() : QIcon(new drawn_engine(found->second, lighting::always));
 }
 
 QPixmap drawn_picture(const QString &name, int size)
@@ -267,5 +293,5 @@ QPixmap drawn_picture(const QString &name, int size)
     const auto found = pictures().find(name);
     return found == pictures().end()
                ? QPixmap()
-               : drawn_engine(found->second, false).pixmap({size, size}, QIcon::Normal, QIcon::Off);
+               : drawn_engine(found->second, lighting::never).pixmap({size, size}, QIcon::Normal, QIcon::Off);
 }

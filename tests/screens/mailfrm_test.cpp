@@ -3,11 +3,7 @@
 #include "frame/status.h"
 #include "platform/settings.h"
 #include "screens/frame/closing.h"
-#include "screens/intake/mailfrm.h"
-#include "screens/list_view.h"
-#include "screens/screen.h"
-#include "support/screens_driver.h"
-#include "support/screens_site.h"
+#include "support/screens_auditor.h"
 
 #include <QFile>
 #include <QHeaderView>
@@ -25,41 +21,6 @@ void store_mail(screens_site &site, const QString &table, const QString &from, c
 {
     site.store.run("insert into " + table + " (tsl_subject,tsl_recdate,tsl_Email,tsl_status,tsl_body) values('" +
                    subject + "','" + date + "','" + from + "','new','" + body + "')");
-}
-
-QStringList column_texts(const list_view &list, int column)
-{
-    QStringList texts;
-    for (int row = 0; row < list.model()->rowCount(); ++row)
-        texts += list.model()->index(row, column).data().toString();
-    return texts;
-}
-
-QStringList head_marks(const list_view &list)
-{
-    QStringList marks;
-    for (int column = 0; column < list.model()->columnCount(); ++column)
-        marks += list.model()->headerData(column, Qt::Horizontal, Qt::WhatsThisRole).toString();
-    return marks;
-}
-
-void click_head(list_view &list, int column)
-{
-    QHeaderView &head = *list.header();
-    const QPoint middle(head.sectionViewportPosition(column) + head.sectionSize(column) / 2, head.height() / 2);
-    QTest::mouseClick(head.viewport(), Qt::LeftButton, {}, middle);
-}
-
-void click_row(list_view &list, int row)
-{
-    QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, list.visualRect(list.model()->index(row, 0)).center());
-}
-
-mailfrm &stored_mails_shown()
-{
-    session.no_fetch = true;
-    the<mailfrm>().show();
-    return the<mailfrm>();
 }
 
 }

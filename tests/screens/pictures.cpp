@@ -9,6 +9,7 @@
 #include "screens/frame/frmAbout.h"
 #include "screens/frame/frmSplash.h"
 #include "screens/frame/menuFrm.h"
+#include "screens/intake/Showdetails.h"
 #include "screens/intake/mailfrm.h"
 #include "screens/intake/mapinprogress_frm.h"
 #include "screens/intake/mfetchinprogress_frm.h"
@@ -80,9 +81,26 @@ void picture_auditor(const album &pictures, menuFrm &console)
     auto &list = control<list_view>(the<mailfrm>(), "LV_sub");
     list.setCurrentIndex(list.model()->index(3, 0));
     pictures.keep(console, "mailfrm");
+    list.selectionModel()->select(list.model()->index(5, 0), QItemSelectionModel::Select | QItemSelectionModel::Rows);
+    pictures.keep(console, "mailfrm-several");
+    auto &inbox_search = control<QLineEdit>(the<mailfrm>(), "Insearch_t");
+    inbox_search.setText("no such words");
+    pictures.keep(console, "mailfrm-nothing-found");
+    inbox_search.clear();
     control<QToolButton>(the<mailfrm>(), "sentitems_b").click();
     pictures.keep(console, "mailfrm-sent");
     the<mailfrm>().unload();
+}
+
+void picture_reply(const album &pictures)
+{
+    Showdetails reply;
+    reply.set_mails({{"orders", 1, {}, {}, {}}, {"orders", 2, {}, {}, {}}});
+    reply.load();
+    reply.resize(reply.sizeHint());
+    pictures.keep(reply, "Showdetails");
+    reply.resize(reply.minimumSize());
+    pictures.keep(reply, "Showdetails-smallest");
 }
 
 // The least that the console can be, and a mail whose subject does not want to end.
@@ -96,6 +114,10 @@ void picture_small_console(const album &pictures, menuFrm &console)
     auto &list = control<list_view>(the<mailfrm>(), "LV_sub");
     list.setCurrentIndex(list.model()->index(list.model()->rowCount() - 1, 0));
     pictures.keep(console, "mailfrm-smallest");
+    for (const QSize size : {QSize(640, 480), QSize(1280, 800)}) {
+        console.resize(size);
+        pictures.keep(console, QString("mailfrm-%1x%2").arg(size.width()).arg(size.height()));
+    }
     console.resize(usual);
     pictures.keep(console, "mailfrm-long-subject");
     the<mailfrm>().unload();
@@ -168,6 +190,7 @@ void take_pictures(const album &pictures)
     console.show();
     picture_console(pictures, console);
     picture_auditor(pictures, console);
+    picture_reply(pictures);
     picture_small_console(pictures, console);
     picture_map_wizard(pictures, console);
     picture_waits(pictures, console);

@@ -67,6 +67,7 @@ public:
     void set_MsgNoteText(const QString &text) override { composed.note = text; }
     void set_RecipDisplayName(const QString &) override {}
     void set_RecipAddress(const QString &address) override { composed.recipient = address; }
+    void ResolveName() override {}
     void Send() override { log.sent += composed.recipient + u'|' + composed.subject + u'|' + composed.note; }
 
 private:

@@ -27,8 +27,10 @@ listed_mails::listed_mails(const description &what, QObject *parent)
 
 void listed_mails::set_lines(std::vector<intake::mail_line> lines)
 {
+    const int row = view.currentIndex().row();
     rows->set_lines(std::move(lines));
     show_empty_text();
+    stand_on(row);
     emit selection_changed();
 }
 
@@ -38,10 +40,16 @@ void listed_mails::take_away(const std::vector<int> &shown_rows)
     const int first = shown_rows.empty() ? -1 : *std::min_element(shown_rows.begin(), shown_rows.end());
     rows->take_away(shown_rows);
     show_empty_text();
-    if (first >= 0 && rows->rowCount() > 0)
-        view.selectionModel()->setCurrentIndex(rows->index(std::min(first, rows->rowCount() - 1), 0),
-                                               QItemSelectionModel::NoUpdate);
+    stand_on(first);
     emit selection_changed();
+}
+
+// The keyboard's frame only.
+void listed_mails::stand_on(int row)
+{
+    if (row >= 0 && rows->rowCount() > 0)
+        view.selectionModel()->setCurrentIndex(rows->index(std::min(row, rows->rowCount() - 1), 0),
+                                               QItemSelectionModel::NoUpdate);
 }
 
 void listed_mails::search_Change(const QString &words)

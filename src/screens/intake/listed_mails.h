@@ -40,6 +40,7 @@ signals:
 private:
     void search_Change(const QString &words);
     void show_empty_text();
+    void stand_on(int row);
     // By the lines' numbers, as the rows change under them.
     std::vector<bool> selected_lines() const;
     void select_lines(const std::vector<bool> &wanted);

@@ -42,6 +42,7 @@ mailfrm::mailfrm(QWidget *parent) : screen(parent), ui(std::make_unique<Ui::mail
         {*ui->LV_sub, *ui->Insearch_t, {"From", "Subject", "Received"}, "mailfrm.LV_sub", empty_inbox}, this);
     sent = new listed_mails(
         {*ui->LV_sub_si, *ui->Ssearch_t, {"To", "Subject", "Sent"}, "mailfrm.LV_sub_si", empty_sent}, this);
+    set_up_commands();
 
     connect(inbox, &listed_mails::selection_changed, this, &mailfrm::LV_sub_Click);
     connect(sent, &listed_mails::selection_changed, this, &mailfrm::LV_sub_si_Click);
@@ -149,10 +150,12 @@ void mailfrm::populate_sentitems_tbl()
 {
     open_store_if_closed();
     show_sent_mails(intake::sent_mail_lines());
+    lists_all_sent = true;
 }
 
 void mailfrm::show_sent_mails(std::vector<intake::mail_line> lines)
 {
+    lists_all_sent = false;
     sent->set_lines(std::move(lines));
 }
 
@@ -167,6 +170,10 @@ void mailfrm::LV_sub_Click()
         return;
     ui->reading_fr->show_no_mail();
     const std::optional<int> row = inbox->row_to_read();
+    for (QToolButton *button : {ui->Inreply_b, ui->Indelete_b})
+        button->setEnabled(row.has_value());
+    for (QAction *command : {ui->replym, ui->deletem})
+        command->setEnabled(row.has_value());
     if (!row)
         return;
     guarded("Mailfrm.frm", "LV_sub", [&] {
@@ -184,6 +191,10 @@ void mailfrm::LV_sub_si_Click()
         return;
     ui->reading_fr->show_no_mail();
     const std::optional<int> row = sent->row_to_read();
+    for (QToolButton *button : {ui->SReply_b, ui->Sdelete_b})
+        button->setEnabled(row.has_value());
+    for (QAction *command : {ui->sreplym, ui->sdeletem})
+        command->setEnabled(row.has_value());
     if (!row)
         return;
     guarded("Mailfrm.frm", "LV_sub_si",
@@ -192,12 +203,14 @@ void mailfrm::LV_sub_si_Click()
 
 void mailfrm::inb_Click()
 {
+    ui->inbox_b->setChecked(true);
     ui->qt_views->setCurrentWidget(ui->inbox_fr);
     LV_sub_Click();
 }
 
 void mailfrm::sitm_Click()
 {
+    ui->sentitems_b->setChecked(true);
     guarded("Mailfrm.frm", "sentitems_b_click", [this] { populate_sentitems_tbl(); });
     ui->qt_views->setCurrentWidget(ui->sentitems_fr);
     LV_sub_si_Click();
@@ -206,8 +219,15 @@ void mailfrm::sitm_Click()
 // Escape leaves the search first, then the screen.
 void mailfrm::keyPressEvent(QKeyEvent *event)
 {
+    const bool in_list = (shows_sent_items() ? sent : inbox)->has_focus();
+    const bool is_enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    const bool is_control_r = event->key() == Qt::Key_R && event->modifiers() == Qt::ControlModifier;
     if (event->key() == Qt::Key_Escape && (shows_sent_items() ? sent : inbox)->leave_search())
         return;
+    if (event->key() == Qt::Key_Delete && in_list)
+        return (shows_sent_items() ? ui->Sdelete_b : ui->Indelete_b)->click();
+    if (is_control_r || (is_enter && in_list))
+        return (shows_sent_items() ? ui->SReply_b : ui->Inreply_b)->click();
     screen::keyPressEvent(event);
 }
 

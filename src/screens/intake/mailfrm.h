@@ -1,6 +1,6 @@
 // The Mail Auditor, "Tessaly - Inbox": the stored mails of all accounts and the sent ones, with their text. Loading it
 // fetches and parses, unless session.no_fetch is set; intake/fetch.h and intake/map_parser.h do the work.
-// Its two lists: listed_mails.h. Its lower part: reading_pane.h.
+// Its two lists: listed_mails.h. Its lower part: reading_pane.h. Deleting and answering: mailfrm_commands.cpp.
 #pragma once
 #include "screens/screen.h"
 #include <memory>
@@ -40,12 +40,22 @@ private:
     void tell_broken_fetch();
     void show_what_is_stored();
     bool shows_sent_items() const;
+    void set_up_commands();
+    void set_up_popups();
     void LV_sub_Click();
     void LV_sub_si_Click();
     void inb_Click();
     void sitm_Click();
+    void Indelete_b_Click();
+    void Sdelete_b_Click();
+    void Inreply_b_Click();
+    void SReply_b_Click();
+    bool delete_lines(listed_mails &mails, const char *routine, void (*deed)(const intake::mail_line &line));
+    void reply_to_selected(const listed_mails &mails);
+    void note_reply();
 
     std::unique_ptr<Ui::mailfrm> ui;
     listed_mails *inbox = nullptr; // children of this screen
     listed_mails *sent = nullptr;
+    bool lists_all_sent = true; // not what a report found
 };

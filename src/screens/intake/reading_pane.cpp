@@ -45,14 +45,6 @@ void fit_height(QPlainTextEdit &box)
 
 }
 
-QString text_to_show(const QString &body)
-{
-    constexpr qsizetype most_shown = 300000;
-    if (body.size() <= most_shown)
-        return body;
-    return left(body, most_shown) + "\n\n(The text is longer than what is shown here.)";
-}
-
 reading_pane::reading_pane(QWidget *parent) : QFrame(parent), ui(std::make_unique<Ui::reading_pane>())
 {
     ui->setupUi(this);
@@ -73,7 +65,7 @@ void reading_pane::show_mail(const intake::mail_text &mail, const QString &who_c
 {
     ui->lbl_from->setText(who_caption + shown_head(mail.who) + "\nSub:   " + shown_head(mail.subject) +
                           "\nDate:  " + mail.date);
-    ui->txt_body->setPlainText(text_to_show(mail.body));
+    ui->txt_body->setPlainText(intake::text_to_show(mail.body));
 }
 
 void reading_pane::show_why_not(const std::vector<intake::fit_reason> &reasons)

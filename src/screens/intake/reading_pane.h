@@ -29,6 +29,3 @@ protected:
 private:
     std::unique_ptr<Ui::reading_pane> ui;
 };
-
-// What a box shows of a mail's text: mail is hostile, and many megabytes would be laid out for minutes.
-QString text_to_show(const QString &body);

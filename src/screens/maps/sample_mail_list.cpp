@@ -1,8 +1,6 @@
 #include "screens/maps/sample_mail_list.h"
 #include "frame/text.h"
-#include "screens/icons.h"
 
-#include <algorithm>
 #include <numeric>
 
 namespace {
@@ -51,20 +49,18 @@ QString cell_text(const maps::sample_mail &mail, column which)
     return {};
 }
 
-// Dates in the order of their keys of digits; a mail without one comes first.
-int compare_mails(const maps::sample_mail &a, const maps::sample_mail &b, column which)
+QStringList head_texts(const std::vector<column> &columns)
 {
-    if (which != column::received)
-        return compare_case_blind(cell_text(a, which), cell_text(b, which));
-    if (a.received.isValid() && b.received.isValid())
-        return a.received < b.received ? -1 : b.received < a.received ? 1 : 0;
-    return int(a.received.isValid()) - int(b.received.isValid());
+    QStringList texts;
+    for (const column each : columns)
+        texts += head_text(each);
+    return texts;
 }
 
 }
 
 sample_mail_list::sample_mail_list(const std::vector<column> &shown, QObject *parent)
-    : QAbstractTableModel(parent), columns(shown)
+    : sorted_list(head_texts(shown), parent), columns(shown)
 {
 }
 
@@ -72,52 +68,22 @@ void sample_mail_list::set_mails(std::vector<maps::sample_mail> new_mails)
 {
     beginResetModel();
     mails = std::move(new_mails);
-    order.resize(mails.size());
-    std::iota(order.begin(), order.end(), 0);
-    sort_rows();
+    std::vector<int> all(mails.size());
+    std::iota(all.begin(), all.end(), 0);
+    show_lines(std::move(all));
     endResetModel();
 }
 
-void sample_mail_list::sort_rows()
+// Dates in the order of their keys of digits; a mail without one comes first.
+int sample_mail_list::compare(size_t a, size_t b, int head) const
 {
-    if (sorted_by < 0)
-        return;
-    const column which = columns[size_t(sorted_by)];
-    std::stable_sort(order.begin(), order.end(), [&](int a, int b) {
-        const int compared = compare_mails(mails[size_t(a)], mails[size_t(b)], which);
-        return sort_order == Qt::AscendingOrder ? compared < 0 : compared > 0;
-    });
-}
-
-void sample_mail_list::sort(int head, Qt::SortOrder new_order)
-{
-    emit layoutAboutToBeChanged();
-    const QModelIndexList kept = persistentIndexList(); // the selection follows its mails
-    std::vector<int> kept_mails;
-    for (const QModelIndex &index : kept)
-        kept_mails.push_back(order[size_t(index.row())]);
-    sorted_by = head;
-    sort_order = new_order;
-    sort_rows();
-    std::vector<int> row_of(mails.size());
-    for (size_t row = 0; row < order.size(); ++row)
-        row_of[size_t(order[row])] = int(row);
-    QModelIndexList moved;
-    for (qsizetype n = 0; n < kept.size(); ++n)
-        moved += index(row_of[size_t(kept_mails[size_t(n)])], kept[n].column());
-    changePersistentIndexList(kept, moved);
-    emit layoutChanged();
-    emit headerDataChanged(Qt::Horizontal, 0, columnCount() - 1);
-}
-
-int sample_mail_list::rowCount(const QModelIndex &parent) const
-{
-    return parent.isValid() ? 0 : int(order.size());
-}
-
-int sample_mail_list::columnCount(const QModelIndex &parent) const
-{
-    return parent.isValid() ? 0 : int(columns.size());
+    const column which = columns[size_t(head)];
+    if (which != column::received)
+        return compare_case_blind(cell_text(mails[a], which), cell_text(mails[b], which));
+    const QDateTime &one = mails[a].received, &other = mails[b].received;
+    if (one.isValid() && other.isValid())
+        return one < other ? -1 : other < one ? 1 : 0;
+    return int(one.isValid()) - int(other.isValid());
 }
 
 QVariant sample_mail_list::data(const QModelIndex &index, int role) const
@@ -130,23 +96,4 @@ QVariant sample_mail_list::data(const QModelIndex &index, int role) const
     if (which != column::subject) // long ones do not fit their column
         return {};
     return mail(index.row()).subject.toHtmlEscaped(); // never taken for HTML
-}
-
-QVariant sample_mail_list::headerData(int section, Qt::Orientation orientation, int role) const
-{
-    if (orientation != Qt::Horizontal || section >= int(columns.size()))
-        return {};
-    const QString mark = section != sorted_by               ? QStringLiteral("keynone")
-                         : sort_order == Qt::AscendingOrder ? QStringLiteral("key1")
-                                                            : QStringLiteral("key2");
-    switch (role) {
-    case Qt::DisplayRole:
-        return head_text(columns[size_t(section)]);
-    case Qt::DecorationRole:
-        return drawn_picture(mark, 12);
-    case Qt::WhatsThisRole:
-        return mark;
-    default:
-        return {};
-    }
 }

@@ -1,6 +1,7 @@
 #include "platform/real/mail_session/messages.h"
 #include "platform/outside_effects.h"
 #include "platform/real/mail/answer.h"
+#include "platform/real/mail/mail_address.h"
 
 namespace {
 
@@ -116,6 +117,18 @@ void messages_of_session::set_RecipAddress(const QString &address)
     for (QString &one : composed.To)
         while (one.startsWith(u' '))
             one.remove(0, 1);
+}
+
+void messages_of_session::ResolveName()
+{
+    expect_composing();
+    if (composed.To.isEmpty())
+        throw run_time_error{mapi::unknown_recipient, mail::why_not_writable({})};
+    for (const QString &address : composed.To) {
+        const QString reason = mail::why_not_writable(address);
+        if (!reason.isEmpty())
+            throw run_time_error{mapi::unknown_recipient, reason};
+    }
 }
 
 // The reason for the mail must be in the store before the mail can be on its way.

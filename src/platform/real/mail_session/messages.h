@@ -22,6 +22,7 @@ public:
     void set_MsgNoteText(const QString &text) override;
     void set_RecipDisplayName(const QString &) override {} // mails go out to bare addresses
     void set_RecipAddress(const QString &address) override;
+    void ResolveName() override;
     void Send() override;
 
 private:
