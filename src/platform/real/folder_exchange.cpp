@@ -14,8 +14,8 @@ bool is_there(const QString &path)
 }
 
 // Only for as long as the exchange lasts: whoever finds it later knows that it was broken off.
-const QString for_now = QStringLiteral(".put aside by Tessaly");
-const QString for_good = QStringLiteral(".former");
+const QString aside_for_now = QStringLiteral(".put aside by Tessaly");
+const QString aside_for_good = QStringLiteral(".former");
 
 QString free_name(const QString &path, const QString &ending)
 {
@@ -28,7 +28,7 @@ QString free_name(const QString &path, const QString &ending)
 QStringList left_aside(const QString &place)
 {
     const QFileInfo told(place);
-    const QString start = told.fileName() + for_now;
+    const QString start = told.fileName() + aside_for_now;
     QStringList found;
     for (const QString &name :
          QDir(told.path()).entryList({start + u'*'}, QDir::AllEntries | QDir::Hidden | QDir::System, QDir::Name))
@@ -64,7 +64,7 @@ void folder_exchange::put_aside(const QString &name)
     const QString place = path_of(name);
     if (!is_there(place))
         return;
-    const QString aside = free_name(place, for_now);
+    const QString aside = free_name(place, aside_for_now);
     Move(place, aside);
     former.push_back({place, aside});
 }
@@ -86,7 +86,7 @@ QStringList folder_exchange::finish()
         try {
             FolderExists(each.aside) ? DeleteFolder(each.aside) : DeleteFile(each.aside);
         } catch (const run_time_error &) {
-            const QString name = free_name(each.place, for_good); // the new folders stand, and are used
+            const QString name = free_name(each.place, aside_for_good); // the new folders stand, and are used
             left += QDir().rename(each.aside, name) ? name : each.aside;
         }
     }
