@@ -72,8 +72,14 @@ QString fold_case(QStringView text)
 
 int compare_case_blind(QStringView a, QStringView b)
 {
-    qsizetype at_a = 0;
-    qsizetype at_b = 0;
+    const qsizetype both = a.size() < b.size() ? a.size() : b.size();
+    qsizetype same = 0; // long lists are sorted by texts that mostly begin alike
+    while (same < both && a[same] == b[same])
+        ++same;
+    if (same > 0 && a[same - 1].isHighSurrogate()) // the rest of its letter differs
+        --same;
+    qsizetype at_a = same;
+    qsizetype at_b = same;
     while (at_a < a.size() && at_b < b.size()) {
         const char32_t letter_a = fold_letter(next_letter(a, at_a));
         const char32_t letter_b = fold_letter(next_letter(b, at_b));

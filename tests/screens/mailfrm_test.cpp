@@ -400,6 +400,26 @@ private slots:
         QCOMPARE(head.text().count('\n'), 2);
     }
 
+    void what_stands_above_the_text_is_seen_whole_when_its_lines_wrap()
+    {
+        screens_site site;
+        site.store.add_account("orders", "orders@shop.example");
+        store_mail(site, "orders", "ann@mail.example", QString("endless ").repeated(40), "8/6/2026 1:02:03 PM");
+        mailfrm &screen = stored_mails_shown();
+        click_row(control<list_view>(screen, "LV_sub"), 0);
+        const auto &why = control<QPlainTextEdit>(screen, "why_t");
+        const auto &head = control<QLabel>(screen, "lbl_from");
+        screen.resize(1400, 700);
+        QTRY_COMPARE(screen.width(), 1400);
+        const int one_line = why.height(), three_lines = head.height();
+        screen.resize(560, 420);
+        QTRY_VERIFY(why.width() < 560);
+        QVERIFY(why.height() >= one_line + why.fontMetrics().lineSpacing());
+        QTRY_COMPARE(why.verticalScrollBar()->maximum(), 0);
+        QVERIFY(head.height() >= head.heightForWidth(head.width()));
+        QVERIFY(head.height() > three_lines);
+    }
+
     void column_widths_are_remembered()
     {
         screens_site site;

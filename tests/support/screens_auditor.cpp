@@ -1,5 +1,5 @@
 #include "support/screens_auditor.h"
-#include "frame/session.h"
+#include "frame/store.h"
 
 #include <QHeaderView>
 #include <QTest>
@@ -14,8 +14,8 @@ auditor_site::auditor_site()
 void auditor_site::store_mail(const QString &table, const QString &from, const QString &subject, const QString &date,
                               const QString &body)
 {
-    store.run("insert into " + table + " (tsl_subject,tsl_recdate,tsl_Email,tsl_status,tsl_body) values('" + subject +
-              "','" + date + "','" + from + "','new','" + body + "')");
+    store.run("insert into " + table + " (tsl_subject,tsl_recdate,tsl_Email,tsl_status,tsl_body) values(" +
+              quote_sql(subject) + ",'" + date + "'," + quote_sql(from) + ",'new'," + quote_sql(body) + ")");
 }
 
 void auditor_site::store_mails(int count)
@@ -27,8 +27,9 @@ void auditor_site::store_mails(int count)
 void auditor_site::store_sent(const QString &to, const QString &subject, const QString &body)
 {
     store.run("insert into sentitems_tbl (tsl_to,tsl_subject,tsl_sentdate,tsl_body,tsl_sentaccount,tsl_sentmailid) "
-              "values('" +
-              to + "','" + subject + "','8/7/2026 10:00:00 AM','" + body + "','orders','orders@shop.example')");
+              "values(" +
+              quote_sql(to) + "," + quote_sql(subject) + ",'8/7/2026 10:00:00 AM'," + quote_sql(body) +
+              ",'orders','orders@shop.example')");
 }
 
 QStringList auditor_site::column(const QString &sql)

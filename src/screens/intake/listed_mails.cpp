@@ -127,8 +127,3 @@ void listed_mails::take_focus()
 {
     view.setFocus();
 }
-
-bool listed_mails::has_focus() const
-{
-    return view.hasFocus();
-}

@@ -32,7 +32,6 @@ public:
 
     bool leave_search(); // false: nothing was searched
     void take_focus();
-    bool has_focus() const;
 
 signals:
     void selection_changed();

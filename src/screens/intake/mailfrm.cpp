@@ -43,6 +43,7 @@ mailfrm::mailfrm(QWidget *parent) : screen(parent), ui(std::make_unique<Ui::mail
     sent = new listed_mails(
         {*ui->LV_sub_si, *ui->Ssearch_t, {"To", "Subject", "Sent"}, "mailfrm.LV_sub_si", empty_sent}, this);
     set_up_commands();
+    ui->Label3->hide(); // until there is something to tell
 
     connect(inbox, &listed_mails::selection_changed, this, &mailfrm::LV_sub_Click);
     connect(sent, &listed_mails::selection_changed, this, &mailfrm::LV_sub_si_Click);
@@ -128,6 +129,7 @@ void mailfrm::fetch_mail()
     inbox->set_lines({});
     intake::fetch_mail();
     ui->Label3->setText(intake::fetch_summary());
+    ui->Label3->show();
     if (intake::fetch_was_cancelled())
         status_line(cancelled_line);
 }
@@ -219,7 +221,7 @@ void mailfrm::sitm_Click()
 // Escape leaves the search first, then the screen.
 void mailfrm::keyPressEvent(QKeyEvent *event)
 {
-    const bool in_list = (shows_sent_items() ? sent : inbox)->has_focus();
+    const bool in_list = focusWidget() == (shows_sent_items() ? ui->LV_sub_si : ui->LV_sub);
     const bool is_enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     const bool is_control_r = event->key() == Qt::Key_R && event->modifiers() == Qt::ControlModifier;
     if (event->key() == Qt::Key_Escape && (shows_sent_items() ? sent : inbox)->leave_search())

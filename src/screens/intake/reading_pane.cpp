@@ -4,9 +4,9 @@
 #include "intake/mail_lines.h"
 #include "ui_reading_pane.h"
 
-#include <QAbstractTextDocumentLayout>
 #include <QEvent>
 #include <QTextBlock>
+#include <QTextLayout>
 
 namespace {
 
@@ -30,17 +30,38 @@ QString why_not_text(const std::vector<intake::fit_reason> &reasons)
     return lines.join(u'\n');
 }
 
-// As high as its lines, wrapped as they stand, up to five of them.
+int lines_of(const QString &paragraph, const QFont &font, double width)
+{
+    QTextLayout layout(paragraph, font);
+    QTextOption wrapping;
+    wrapping.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere); // as the box does it
+    layout.setTextOption(wrapping);
+    int lines = 0;
+    layout.beginLayout();
+    for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
+        line.setLineWidth(width);
+        ++lines;
+    }
+    layout.endLayout();
+    return qMax(1, lines);
+}
+
+// As high as its lines, wrapped as they stand, up to five of them. The box itself wraps them too late to be asked.
 void fit_height(QPlainTextEdit &box)
 {
     constexpr int most_lines = 5;
-    const int line = box.fontMetrics().lineSpacing();
-    double height = 0;
-    QTextBlock block = box.document()->firstBlock();
-    for (; block.isValid() && height < most_lines * line; block = block.next())
-        height += box.document()->documentLayout()->blockBoundingRect(block).height();
-    const int margins = int(2 * box.document()->documentMargin()) + 2 * box.frameWidth();
-    box.setFixedHeight(qBound(line, qRound(height), most_lines * line) + margins);
+    const double margin = box.document()->documentMargin();
+    int lines = 0;
+    for (QTextBlock block = box.document()->firstBlock(); block.isValid() && lines < most_lines; block = block.next())
+        lines += lines_of(block.text(), box.font(), box.contentsRect().width() - 2 * margin);
+    box.setFixedHeight(qMin(lines, most_lines) * box.fontMetrics().lineSpacing() + int(2 * margin) +
+                       2 * box.frameWidth());
+}
+
+// In a splitter a label's wrapped lines count for nothing unless it asks for them.
+void fit_height(QLabel &lines)
+{
+    lines.setMinimumHeight(lines.heightForWidth(lines.width()));
 }
 
 }
@@ -49,6 +70,7 @@ reading_pane::reading_pane(QWidget *parent) : QFrame(parent), ui(std::make_uniqu
 {
     ui->setupUi(this);
     ui->why_t->installEventFilter(this);
+    ui->lbl_from->installEventFilter(this);
     show_no_mail();
 }
 
@@ -57,6 +79,7 @@ reading_pane::~reading_pane() = default;
 void reading_pane::show_no_mail()
 {
     ui->lbl_from->clear();
+    ui->lbl_from->setMinimumHeight(0);
     ui->why_fr->hide();
     ui->txt_body->clear();
 }
@@ -65,6 +88,7 @@ void reading_pane::show_mail(const intake::mail_text &mail, const QString &who_c
 {
     ui->lbl_from->setText(who_caption + shown_head(mail.who) + "\nSub:   " + shown_head(mail.subject) +
                           "\nDate:  " + mail.date);
+    fit_height(*ui->lbl_from);
     ui->txt_body->setPlainText(intake::text_to_show(mail.body));
 }
 
@@ -80,5 +104,7 @@ bool reading_pane::eventFilter(QObject *watched, QEvent *event)
 {
     if (watched == ui->why_t && event->type() == QEvent::Resize)
         fit_height(*ui->why_t);
+    if (watched == ui->lbl_from && event->type() == QEvent::Resize && !ui->lbl_from->text().isEmpty())
+        fit_height(*ui->lbl_from);
     return QFrame::eventFilter(watched, event);
 }
