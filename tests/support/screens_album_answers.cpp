@@ -41,7 +41,11 @@ void picture_autoresponder(const album &pictures, menuFrm &console)
             control<QRadioButton>(the<autoresponder>(), kind).click();
             pictures.keep(console, QString("autoresponder-") + kind);
         }
+        the<autoresponder>().unload();
         console.resize(console.minimumSize());
+        the<autoresponder>().show();
+        fill_reply(the<autoresponder>());
+        control<QRadioButton>(the<autoresponder>(), "token_o").click();
         pictures.keep(console, "autoresponder-smallest");
     }
     the<autoresponder>().unload();
