@@ -183,13 +183,16 @@ private slots:
         fill_token_reply();
         press<autoresponder>("enable_b");
         QCOMPARE(enable_caption(), "Disable");
-        QCOMPARE(part<QLabel>("state_l").text(), "Replies go out.");
+        QCOMPARE(part<QLabel>("state_l").text(), "Replies go out after Update.");
         QCOMPARE(site.stored("shop"), QStringList());
         press<autoresponder>("enable_b");
         QCOMPARE(enable_caption(), "Enable");
         press<autoresponder>("enable_b");
         update();
         QCOMPARE(site.stored("shop").last(), "True");
+        QCOMPARE(part<QLabel>("state_l").text(), "Replies go out.");
+        press<autoresponder>("enable_b");
+        QCOMPARE(part<QLabel>("state_l").text(), "No replies go out after Update.");
     }
 
     void the_tests_speak_one_at_a_time()

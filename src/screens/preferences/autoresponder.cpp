@@ -139,9 +139,9 @@ void autoresponder::show_reply(const intake::auto_reply &reply)
     const bool is_token = reply.SubjectType == intake::support_token;
     (is_dynamic ? ui->dynamic_o : is_token ? ui->token_o : ui->standard_o)->setChecked(true);
     enabled = reply.enable;
-    show_enabled();
     show_what_applies();
     as_shown = typed();
+    show_enabled();
 }
 
 intake::auto_reply autoresponder::typed() const
@@ -172,9 +172,10 @@ void autoresponder::show_enabled()
 {
     ui->enable_b->setText(enabled ? "Disa&ble" : "Ena&ble");
     ui->enable_b->setAccessibleName(enabled ? "Disable" : "Enable");
-    ui->state_l->setText(chosen_map().isEmpty() ? QString()
-                         : enabled              ? QString("Replies go out.")
-                                                : QString("No replies go out."));
+    const bool stored = enabled == as_shown.enable;
+    const char *const state = enabled ? (stored ? "Replies go out." : "Replies go out after Update.")
+                                      : (stored ? "No replies go out." : "No replies go out after Update.");
+    ui->state_l->setText(chosen_map().isEmpty() ? "" : state);
 }
 
 void autoresponder::show_what_applies()
@@ -226,6 +227,7 @@ void autoresponder::save()
     open_store_if_closed();
     intake::save_auto_reply(map, reply);
     as_shown = reply;
+    show_enabled();
     status_line("The autoresponder of " + map +
                 (reply.enable ? " is saved: the mails of this map are answered from now on."
                               : " is saved, but not enabled: no replies go out."));
