@@ -55,6 +55,11 @@ void letter_case_test::comparing_data()
     QTest::newRow("accented behind plain") << "z"
                                            << "é" << -1;
     QTest::newRow("by letter, not by half of a pair") << QString(QChar(0xFF5E)) << "\U0001F600" << -1;
+    QTest::newRow("pairs that begin alike, in another case") << "a\U00010400"
+                                                             << "a\U00010428" << 0;
+    QTest::newRow("pairs that begin alike, another letter") << "a\U00010400z"
+                                                            << "a\U00010429" << -1;
+    QTest::newRow("a pair beside its first half") << QString("a\U00010400") << QString("a") + QChar(0xD801) << 1;
     QTest::newRow("two empty texts") << ""
                                      << "" << 0;
 }
