@@ -202,7 +202,9 @@ void take_pictures(const album &pictures)
     picture_console(pictures, console);
     picture_auditor(pictures, console);
     picture_small_console(pictures, console);
+    picture_autoresponder(pictures, console); // nothing to answer yet
     picture_map_wizard(pictures, console);
+    picture_autoresponder(pictures, console);
     picture_waits(pictures, console);
     picture_small_screens(pictures);
     picture_accounts(pictures, console);
