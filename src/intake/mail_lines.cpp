@@ -76,15 +76,19 @@ std::vector<mail_line> sent_mail_lines()
     std::vector<mail_line> lines;
     ado::Recordset sent;
     sent.Open("select * from sentitems_tbl", *session.store_connection);
-    for (; !sent.EOF_(); sent.MoveNext()) {
-        lines.push_back({{},
-                         sent["sentid"].to_number(),
-                         sent["tsl_to"].text_or_empty(),
-                         sent["tsl_subject"].text_or_empty(),
-                         moment_of(sent["tsl_sentdate"])});
-    }
+    for (; !sent.EOF_(); sent.MoveNext())
+        lines.push_back(sent_mail_line(sent));
     sent.Close();
     return lines;
+}
+
+mail_line sent_mail_line(ado::Recordset &sent_mails)
+{
+    return {{},
+            sent_mails["sentid"].to_number(),
+            sent_mails["tsl_to"].text_or_empty(),
+            sent_mails["tsl_subject"].text_or_empty(),
+            moment_of(sent_mails["tsl_sentdate"])};
 }
 
 mail_text sent_mail_text(const mail_line &line)
