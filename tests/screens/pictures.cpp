@@ -169,6 +169,7 @@ void take_pictures(const album &pictures)
     picture_console(pictures, console);
     picture_auditor(pictures, console);
     picture_small_console(pictures, console);
+    picture_report(pictures, console, site);
     picture_map_wizard(pictures, console);
     picture_waits(pictures, console);
     picture_small_screens(pictures);
