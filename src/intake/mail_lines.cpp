@@ -71,6 +71,15 @@ mail_text stored_mail_text(const mail_line &line)
     return text;
 }
 
+mail_line sent_mail_line(ado::Recordset &row)
+{
+    return {{},
+            row["sentid"].to_number(),
+            row["tsl_to"].text_or_empty(),
+            row["tsl_subject"].text_or_empty(),
+            moment_of(row["tsl_sentdate"])};
+}
+
 std::vector<mail_line> sent_mail_lines()
 {
     std::vector<mail_line> lines;
@@ -80,15 +89,6 @@ std::vector<mail_line> sent_mail_lines()
         lines.push_back(sent_mail_line(sent));
     sent.Close();
     return lines;
-}
-
-mail_line sent_mail_line(ado::Recordset &sent_mails)
-{
-    return {{},
-            sent_mails["sentid"].to_number(),
-            sent_mails["tsl_to"].text_or_empty(),
-            sent_mails["tsl_subject"].text_or_empty(),
-            moment_of(sent_mails["tsl_sentdate"])};
 }
 
 mail_text sent_mail_text(const mail_line &line)

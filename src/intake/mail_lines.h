@@ -29,8 +29,8 @@ struct mail_text {
 std::vector<mail_line> stored_mail_lines(int &left_out);
 mail_text stored_mail_text(const mail_line &line); // empty when the row is gone
 
-std::vector<mail_line> sent_mail_lines();             // of sentitems_tbl
-mail_line sent_mail_line(ado::Recordset &sent_mails); // of its current row
+std::vector<mail_line> sent_mail_lines();      // of sentitems_tbl
+mail_line sent_mail_line(ado::Recordset &row); // of the row at which it stands
 mail_text sent_mail_text(const mail_line &line);
 
 }

@@ -80,7 +80,7 @@ void picture_auditor(const album &pictures, menuFrm &console)
     auto &list = control<list_view>(the<mailfrm>(), "LV_sub");
     list.setCurrentIndex(list.model()->index(3, 0));
     pictures.keep(console, "mailfrm");
-    control<QToolButton>(the<mailfrm>(), "sitm").click();
+    control<QToolButton>(the<mailfrm>(), "sentitems_b").click();
     pictures.keep(console, "mailfrm-sent");
     the<mailfrm>().unload();
 }

@@ -8,9 +8,9 @@ namespace {
 
 // All in page units: 10 are one point.
 constexpr double side_margin = 540, top_margin = 540, bottom_margin = 640;
-constexpr double gap = 90;      // between two columns
-constexpr double row_air = 50;  // above and below a row's text, together
-constexpr double section = 140; // between title, head and table
+constexpr double gap = 90;          // between two columns
+constexpr double row_air = 50;      // above and below a row's text, together
+constexpr double section_gap = 140; // between title, head and table
 constexpr int most_row_lines = 3, most_head_lines = 6;
 constexpr qsizetype most_letters = 3000; // of one text; more than those lines can hold
 
@@ -136,13 +136,13 @@ double table_report::place_head()
     caption_width = 0;
     for (const head_line &line : text.head)
         caption_width = qMax(caption_width, QFontMetricsF(caption_font()).horizontalAdvance(line.caption));
-    double top = top_margin + line_height(title_font()) + section / 2;
+    double top = top_margin + line_height(title_font()) + section_gap / 2;
     const double width = paper.width() - 2 * side_margin - caption_width - gap;
     for (const head_line &line : text.head) {
         head.push_back({top, line.caption, wrapped(line.value, head_font(), width, most_head_lines)});
         top += double(head.back().lines.size()) * line_height(head_font());
     }
-    return top + section;
+    return top + section_gap;
 }
 
 void table_report::lay_out(const QSizeF &page)
