@@ -9,6 +9,7 @@
 #include "platform/widgets/report_output.h"
 #include "platform/widgets/report_viewer.h"
 
+#include <QApplication>
 #include <QFileInfo>
 #include <QVBoxLayout>
 
@@ -73,7 +74,10 @@ void report_screen::save_b_Click()
     const QString path = chosen->endsWith(u".pdf", Qt::CaseInsensitive) ? *chosen : *chosen + ".pdf";
     if (!may_be_written(path))
         return;
-    if (!guarded(log_name(), "save_b", [&] { save_as_pdf(*CRViewer->report(), path); }))
+    QApplication::setOverrideCursor(Qt::WaitCursor); // a thousand pages take some seconds
+    const bool all_went = guarded(log_name(), "save_b", [&] { save_as_pdf(*CRViewer->report(), path); });
+    QApplication::restoreOverrideCursor();
+    if (!all_went)
         return say_what_failed("The report could not be saved.");
     status_line("The report was saved as " + path);
 }

@@ -147,11 +147,14 @@ private slots:
 
     void a_text_without_blanks_is_broken_anywhere()
     {
-        const QString address = QString("a").repeated(60) + "@" + QString("b").repeated(60) + ".example";
-        QString page = saved_pages(report_of({{address, "Hello", "11/20/2026"}}))[0];
-        QVERIFY(!page.contains(address));
-        const qsizetype letters = page.count(u'a') + page.count(u'b');
-        QVERIFY2(letters >= 120, qPrintable(page));
+        const QString address = QString("a").repeated(35) + "@" + QString("b").repeated(35) + ".example";
+        const QString page = saved_pages(report_of({{address, "Hello", "11/20/2026"}}))[0];
+        const QStringList lines = page.mid(page.indexOf("Date")).split(u'\n', Qt::SkipEmptyParts);
+        QStringList pieces;
+        for (qsizetype line = 1; line + 1 < lines.size(); ++line) // between the heads and the foot
+            pieces += lines[line].simplified().section(u' ', 0, 0);
+        QVERIFY(pieces.size() > 1);
+        QCOMPARE(pieces.join(QString()), address);
     }
 
     void hostile_texts_make_no_lines_and_no_markup_of_their_own()
@@ -161,11 +164,9 @@ private slots:
         QVERIFY2(pages[0].simplified().contains("<b>one</b> two three four five 11/20/2026"), qPrintable(pages[0]));
     }
 
-    void a_text_of_a_million_letters_takes_no_longer()
+    void a_text_of_a_million_letters_takes_no_more_room()
     {
         const QString endless = QString("never ends ").repeated(100000);
-        QElapsedTimer time;
-        time.start();
         const QStringList pages = saved_pages(report_of(std::vector<QStringList>(100, {endless, endless, endless})));
         QCOMPARE(pages.size(),
                  saved_pages(report_of(std::vector<QStringList>(

@@ -41,6 +41,9 @@ public:
         resize(700, 500);
         ViewReport(pages > 0 ? std::make_shared<coloured_pages>(pages) : nullptr);
         show();
+        activateWindow(); // its short cuts need it
+        if (!QTest::qWaitForWindowActive(this))
+            qFatal("the viewer does not become active");
         take_focus();
     }
     // The number of the page that is really painted.

@@ -64,6 +64,17 @@ void picture_pages(const album &pictures, menuFrm &console)
     the<PrintRpt>().unload();
 }
 
+void picture_smallest(const album &pictures, menuFrm &console)
+{
+    const QSize usual = console.size();
+    console.resize(console.minimumSize());
+    the<mailfrm>().show();
+    control<QToolButton>(the<mailfrm>(), "sentitems_b").click();
+    pictures.keep(console, "mailfrm-sent-report-smallest");
+    the<mailfrm>().unload();
+    console.resize(usual);
+}
+
 }
 
 void picture_report(const album &pictures, menuFrm &console, screens_site &site)
@@ -78,15 +89,12 @@ void picture_report(const album &pictures, menuFrm &console, screens_site &site)
     pictures.keep(console, "mailfrm-sent-report");
     ask_for_march();
     pictures.keep(console, "mailfrm-sent-report-made");
-    const QSize usual = console.size();
-    console.resize(console.minimumSize());
-    pictures.keep(console, "mailfrm-sent-report-smallest");
-    console.resize(usual);
     picture_pages(pictures, console);
     control<QToolButton>(the<mailfrm>(), "report_b").click();
     pictures.keep(console, "mailfrm-sent-report-folded");
     control<QToolButton>(the<mailfrm>(), "report_b").click();
     the<mailfrm>().unload();
+    picture_smallest(pictures, console);
     genrepwait_frm waiting;
     waiting.Load();
     waiting.adjustSize();

@@ -3,6 +3,7 @@
 
 genrepwait_frm::genrepwait_frm(QWidget *parent) : wait_screen("genrepwait_frm", "Generating the report ...", parent)
 {
+    setMinimumWidth(400); // room for the counts
     offer_cancel();
 }
 
