@@ -19,6 +19,7 @@ namespace {
 void send_mailing(screens_site &site)
 {
     site.store.add_map("bookings", 1, "Booking", {{"first_name"}, {"city"}});
+    site.store.run("update table_list_tbl set lastformat=no");
     site.store.run("update table_list_tbl set lastformat=yes where table_name='bookings'");
     site.store.run("insert into match_tbl(ac_name,from_dt,to_dt,sub_contains,filter1,filter2,filter3,filter4,fval1,"
                    "fval2,fval3,fval4) values('orders','','','first_name','city','','','','Köln','','','')");
