@@ -1,6 +1,7 @@
 // The Mail Auditor, "Tessaly - Inbox": the stored mails of all accounts and the sent ones, with their text. Loading it
 // fetches and parses, unless session.no_fetch is set; intake/fetch.h and intake/map_parser.h do the work.
-// Its two lists: listed_mails.h. Its lower part: reading_pane.h. Deleting and answering: mailfrm_commands.cpp.
+// Its two lists: listed_mails.h. Its lower part: reading_pane.h. Deleting and answering: mailfrm_commands.cpp. The
+// report on sent mails: sent_report_bar.h.
 #pragma once
 #include "screens/screen.h"
 #include <memory>
@@ -25,7 +26,8 @@ public:
     void store_lvindex(); // forgets which mail stands on which line; the lists are filled anew
     void showmails_from_database();
     void populate_sentitems_tbl();                              // fills the sent list with all that was sent
-    void show_sent_mails(std::vector<intake::mail_line> lines); // or with what a report found
+    void show_sent_mails(std::vector<intake::mail_line> lines); // or with other ones
+    void sentitems_show(); // or with the report that is being made, whose rows it writes
     // Shows the session's last error in a box and ends the program: for what leaves nothing to go on with.
     void CriticalError();
 

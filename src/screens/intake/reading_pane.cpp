@@ -7,6 +7,7 @@
 #include <QEvent>
 #include <QTextBlock>
 #include <QTextLayout>
+#include <QtMath>
 
 namespace {
 
@@ -30,32 +31,30 @@ QString why_not_text(const std::vector<intake::fit_reason> &reasons)
     return lines.join(u'\n');
 }
 
-int lines_of(const QString &paragraph, const QFont &font, double width)
+double height_of(const QString &paragraph, const QFont &font, double width)
 {
     QTextLayout layout(paragraph, font);
     QTextOption wrapping;
     wrapping.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere); // as the box does it
     layout.setTextOption(wrapping);
-    int lines = 0;
+    double height = 0;
     layout.beginLayout();
     for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
         line.setLineWidth(width);
-        ++lines;
+        height += line.height();
     }
     layout.endLayout();
-    return qMax(1, lines);
+    return height;
 }
 
 // As high as its lines, wrapped as they stand, up to five of them. The box itself wraps them too late to be asked.
 void fit_height(QPlainTextEdit &box)
 {
-    constexpr int most_lines = 5;
-    const double margin = box.document()->documentMargin();
-    int lines = 0;
-    for (QTextBlock block = box.document()->firstBlock(); block.isValid() && lines < most_lines; block = block.next())
-        lines += lines_of(block.text(), box.font(), box.contentsRect().width() - 2 * margin);
-    box.setFixedHeight(qMin(lines, most_lines) * box.fontMetrics().lineSpacing() + int(2 * margin) +
-                       2 * box.frameWidth());
+    const double most = 5 * box.fontMetrics().lineSpacing(), margin = box.document()->documentMargin();
+    double height = 0;
+    for (QTextBlock block = box.document()->firstBlock(); block.isValid() && height < most; block = block.next())
+        height += height_of(block.text(), box.font(), box.contentsRect().width() - 2 * margin);
+    box.setFixedHeight(qCeil(qMin(height, most) + 2 * margin) + 2 * box.frameWidth());
 }
 
 // In a splitter a label's wrapped lines count for nothing unless it asks for them.
