@@ -54,7 +54,8 @@ void fit_height(QPlainTextEdit &box)
     double height = 0;
     for (QTextBlock block = box.document()->firstBlock(); block.isValid() && height < most; block = block.next())
         height += height_of(block.text(), box.font(), box.contentsRect().width() - 2 * margin);
-    box.setFixedHeight(qCeil(qMin(height, most) + 2 * margin) + 2 * box.frameWidth());
+    box.setFixedHeight(qCeil(qMin(height, most) + 3 * margin) +
+                       2 * box.frameWidth()); // below, it wants its margin twice
 }
 
 // In a splitter a label's wrapped lines count for nothing unless it asks for them.
