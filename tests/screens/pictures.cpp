@@ -169,6 +169,7 @@ void take_pictures(const album &pictures)
     picture_console(pictures, console);
     picture_auditor(pictures, console);
     picture_small_console(pictures, console);
+    picture_for_help(pictures, console);
     picture_map_wizard(pictures, console);
     picture_waits(pictures, console);
     picture_small_screens(pictures);
@@ -177,6 +178,7 @@ void take_pictures(const album &pictures)
     picture_outbox(pictures, console);
     picture_back_up(pictures, site);
     picture_question(pictures);
+    picture_help(pictures);
 }
 
 }

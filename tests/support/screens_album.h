@@ -20,3 +20,7 @@ void picture_map_wizard(const album &pictures, menuFrm &console); // screens_alb
 // screens_album_setup.cpp
 void picture_setup(const album &pictures);
 void picture_accounts(const album &pictures, menuFrm &console);
+
+// screens_album_help.cpp
+void picture_help(const album &pictures);
+void picture_for_help(const album &pictures, menuFrm &console); // of other screens, for its pages
