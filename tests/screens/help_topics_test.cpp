@@ -25,6 +25,7 @@
 #include "screens/maps/textarea_frm.h"
 #include "screens/preferences/Accounts.h"
 #include "screens/preferences/Format_mail_frm.h"
+#include "screens/preferences/autoresponder.h"
 #include "screens/preferences/mail_client_frm.h"
 #include "support/screens_help.h"
 
@@ -52,7 +53,7 @@ const std::vector<walked_screen> &all_screens()
                    mapinprogress_frm, mfetchinprogress_frm, Ignore, MapWRefcode_frm, MapWStep4_Add_frm,
                    MapWizardFinalStep_frm, MapWizardPView_frm, MapWizardStep1_frm, MapWizardStep2_frm,
                    MapWizardStep4_frm, fcodes_frm, mapWizardStep3_frm, mapmail_frm, mapwizardsave_frm, textarea_frm,
-                   Accounts, Format_mail_frm, mail_client_frm>();
+                   Accounts, Format_mail_frm, autoresponder, mail_client_frm>();
     return all;
 }
 
