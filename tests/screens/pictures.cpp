@@ -199,7 +199,6 @@ void take_pictures(const album &pictures)
     picture_console(pictures, console);
     picture_auditor(pictures, console);
     picture_small_console(pictures, console);
-    picture_for_help(pictures, console);
     picture_autoresponder(pictures, console); // nothing to answer yet
     picture_map_wizard(pictures, console);
     picture_autoresponder(pictures, console);
@@ -210,6 +209,7 @@ void take_pictures(const album &pictures)
     picture_outbox(pictures, console);
     picture_back_up(pictures, site);
     picture_boxes(pictures, site);
+    picture_for_help(pictures, console);
     picture_help(pictures);
 }
 

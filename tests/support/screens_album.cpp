@@ -217,8 +217,10 @@ void picture_outbox(const album &pictures, menuFrm &console)
     pictures.keep(console, "outbox_frm-mixed");
     const QSize usual = console.size();
     the<outbox_frm>().unload();
-    console.resize(680, 520);
+    console.resize(760, 540);
     the<outbox_frm>().show();
+    auto &shown = control<list_view>(the<outbox_frm>(), "LV_outbox");
+    shown.setCurrentIndex(shown.model()->index(2, 0));
     pictures.keep(console, "help-outbox_frm");
     console.resize(usual);
     for (int number = 15; number <= 400; ++number)

@@ -10,6 +10,7 @@
 #include "screens/list_view.h"
 #include "screens/preferences/Accounts.h"
 #include "screens/preferences/Format_mail_frm.h"
+#include "screens/preferences/autoresponder.h"
 #include "screens/preferences/mail_client_frm.h"
 #include "support/screens_album.h"
 #include "support/screens_driver.h"
@@ -18,6 +19,7 @@
 #include <QFile>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QPlainTextEdit>
 #include <QTest>
 #include <QToolButton>
 
@@ -43,6 +45,16 @@ void picture_finding(const album &pictures)
     QTest::keyClicks(&control<QLineEdit>(the<help_frm>(), "find_t"), "s without end");
     pictures.keep(the<help_frm>(), "help_frm-not-found");
     the<help_frm>().unload();
+}
+
+void picture_answer(const album &pictures, menuFrm &console)
+{
+    the<autoresponder>().show();
+    control<QComboBox>(the<autoresponder>(), "mapname_c").setCurrentIndex(1);
+    control<QLineEdit>(the<autoresponder>(), "subject_t").setText("Thank you for your order");
+    control<QPlainTextEdit>(the<autoresponder>(), "autocontent_t").setPlainText("We pack it within two days.");
+    pictures.keep(console, "help-autoresponder");
+    the<autoresponder>().unload();
 }
 
 void picture_mail_page(const album &pictures, menuFrm &console)
@@ -108,5 +120,6 @@ void picture_for_help(const album &pictures, menuFrm &console)
     pictures.keep(console, "help-Format_mail_frm");
     the<Format_mail_frm>().unload();
     picture_mail_page(pictures, console);
+    picture_answer(pictures, console);
     console.resize(usual);
 }

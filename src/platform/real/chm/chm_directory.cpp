@@ -19,8 +19,8 @@ constexpr qsizetype chunk_header_length = 0x14;
 
 const QString packed_name = QStringLiteral("::DataSpace/Storage/MSCompressed/Content");
 const QString control_name = QStringLiteral("::DataSpace/Storage/MSCompressed/ControlData");
-const QString table_name = QStringLiteral("::DataSpace/Storage/MSCompressed/Transform/"
-                                          "{7FC28940-9D31-11D0-9B27-00A0C91E9C7C}/InstanceData/ResetTable");
+const QString reset_table_name = QStringLiteral("::DataSpace/Storage/MSCompressed/Transform/"
+                                                "{7FC28940-9D31-11D0-9B27-00A0C91E9C7C}/InstanceData/ResetTable");
 
 void read_chunk(QByteArrayView chunk, chm::directory &found)
 {
@@ -85,7 +85,7 @@ chm::packed_part::packed_part(const QByteArray &file, const directory &where)
         return plain_bytes(file, where, where.entries.value(name)).value_or(QByteArrayView());
     };
     const QByteArrayView control = part(control_name);
-    const QByteArrayView table = part(table_name);
+    const QByteArrayView table = part(reset_table_name);
     if (control.size() < 0x14 || !control.sliced(4).startsWith("LZXC") || table.size() < 0x28)
         return;
     const qint64 unit = number32(control, 8) == 2 ? lzx_frame : 1;
