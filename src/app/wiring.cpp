@@ -12,6 +12,7 @@ wiring::wiring()
 {
     set_message_service(&boxes);
     services.dialogs = &dialogs;
+    services.printing = &printing;
     services.mail_client = &mail;
     services.mail_session = &mail_session;
     set_help_viewer([](const QString &file, const QString &topic) { the<help_frm>().open_help(file, topic); });

@@ -7,6 +7,8 @@
 #include "screens/frame/frmSplash.h"
 #include "screens/frame/outbox_frm.h"
 #include "screens/frame/stage5b.h"
+#include "screens/intake/PrintRpt.h"
+#include "screens/intake/genrepwait_frm.h"
 #include "screens/intake/mailfrm.h"
 #include "screens/intake/mapinprogress_frm.h"
 #include "screens/intake/mfetchinprogress_frm.h"
@@ -50,10 +52,10 @@ const std::vector<walked_screen> &all_screens()
 {
     static const auto all =
         screens_of<Exit_frm, Stage1, Stage3, backup_frm, frmAbout, frmSplash, help_frm, outbox_frm, stage5b, mailfrm,
-                   mapinprogress_frm, mfetchinprogress_frm, Ignore, MapWRefcode_frm, MapWStep4_Add_frm,
-                   MapWizardFinalStep_frm, MapWizardPView_frm, MapWizardStep1_frm, MapWizardStep2_frm,
-                   MapWizardStep4_frm, fcodes_frm, mapWizardStep3_frm, mapmail_frm, mapwizardsave_frm, textarea_frm,
-                   Accounts, Format_mail_frm, autoresponder, mail_client_frm>();
+                   PrintRpt, genrepwait_frm, mapinprogress_frm, mfetchinprogress_frm, Ignore, MapWRefcode_frm,
+                   MapWStep4_Add_frm, MapWizardFinalStep_frm, MapWizardPView_frm, MapWizardStep1_frm,
+                   MapWizardStep2_frm, MapWizardStep4_frm, fcodes_frm, mapWizardStep3_frm, mapmail_frm,
+                   mapwizardsave_frm, textarea_frm, Accounts, Format_mail_frm, autoresponder, mail_client_frm>();
     return all;
 }
 

@@ -5,6 +5,7 @@
 #include <QWidget>
 
 class menuFrm;
+class screens_site;
 
 struct album {
     QString folder;
@@ -25,3 +26,5 @@ void picture_accounts(const album &pictures, menuFrm &console);
 // screens_album_help.cpp
 void picture_help(const album &pictures);
 void picture_for_help(const album &pictures, menuFrm &console); // of other screens, for its pages
+
+void picture_report(const album &pictures, menuFrm &console, screens_site &site); // screens_album_report.cpp
