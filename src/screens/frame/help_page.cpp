@@ -48,7 +48,8 @@ QColor readable_link(const QPalette &colours)
 help_page::help_page(QWidget *parent) : QTextBrowser(parent)
 {
     setOpenLinks(false);
-    setTabChangesFocus(false); // Tab walks through the links first
+    setTabChangesFocus(false);                         // Tab walks through the links first
+    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn); // so that a picture is measured for the room it will have
     set_colours();
     connect(this, &QTextBrowser::anchorClicked, this, &help_page::link_clicked);
     connect(this, &QTextBrowser::sourceChanged, this, [this](const QUrl &now) {
