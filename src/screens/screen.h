@@ -24,6 +24,7 @@ public:
     bool shown() const; // also while it is an icon in the area, or the console is one
 
     virtual void Load() {}
+    virtual void Activate() {} // each time it comes to the front of the console's area again
 
 protected:
     void show_own_help(); // what F1 does; says so where there is no help file
