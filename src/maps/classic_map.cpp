@@ -1,6 +1,6 @@
 #include "maps/classic_map.h"
+#include "frame/checks.h"
 #include "frame/text.h"
-#include "maps/field_entry.h"
 
 namespace maps {
 

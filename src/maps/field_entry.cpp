@@ -65,12 +65,6 @@ void keep_code_values(const QString &name)
 
 }
 
-bool name_passes(QString &name)
-{
-    name = trim(name);
-    return valid_name(name);
-}
-
 std::optional<field_fault> why_not_addable(QString &name, const QString &entry, const QString &changed, bool wants_code)
 {
     if (auto fault = name_fault(name))

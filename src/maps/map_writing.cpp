@@ -1,8 +1,9 @@
 #include "maps/map_writing.h"
+#include "frame/checks.h"
 #include "frame/store.h"
 #include "frame/text.h"
 #include "intake/map_parser.h"
-#include "maps/field_entry.h"
+#include "maps/map_wizard.h"
 
 #include <algorithm>
 

@@ -1,4 +1,5 @@
 #include "screens/maps/mapwizardsave_frm.h"
+#include "frame/checks.h"
 #include "frame/error_log.h"
 #include "frame/messages.h"
 #include "frame/status.h"
@@ -57,7 +58,7 @@ bool mapwizardsave_frm::may_save(QString &name)
     ui->mapname_t->setText(name);
     if (message.isEmpty())
         return true;
-    const bool known = maps::name_passes(name);
+    const bool known = name_passes(name);
     say(message, "Tessaly", known ? message_icon::exclamation : message_icon::critical);
     ui->mapname_t->setFocus();
     ui->mapname_t->selectAll();
