@@ -50,6 +50,11 @@ std::optional<entry> find(const QString &query)
     return entry{rows["query"].text_or_empty(), rows["email"].text_or_empty()};
 }
 
+QString not_there(const QString &query)
+{
+    return "The account " + query + " is not there any more. The list is filled anew.";
+}
+
 void add(const QString &query, const QString &email)
 {
     add_account_row(query, email);
@@ -59,9 +64,14 @@ void add(const QString &query, const QString &email)
 
 void change(const QString &former, const QString &query, const QString &email)
 {
+    rename(former, query, email);
+    make_table(query);
+}
+
+void rename(const QString &former, const QString &query, const QString &email)
+{
     run_sql("update email_tbl set query=" + quote_sql(query) + ", email=" + quote_sql(email) +
             " where query=" + quote_sql(former));
-    make_table(query);
 }
 
 bool remove(const QString &query)
