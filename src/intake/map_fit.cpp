@@ -90,14 +90,19 @@ bool pieces_fit(const mail_map &map, const QStringList &mail_pieces)
     return !pieces_misfit(map, mail_pieces);
 }
 
-QString field_value(const map_field &field, const QStringList &mail_pieces)
+QString whole_value(const map_field &field, const QStringList &mail_pieces)
 {
     QString value = trim(mail_pieces[field.piece - 1]);
     if (!field.label_left_out)
         value = remove_first(value, field.name);
     for (const QString &text : field.supporting_texts)
         value = remove_all(value, text);
-    value = trim(without_line_ends(value));
+    return trim(without_line_ends(value));
+}
+
+QString field_value(const map_field &field, const QStringList &mail_pieces)
+{
+    const QString value = whole_value(field, mail_pieces);
     return value.size() > longest_value ? left(value, cut_value) : value;
 }
 

@@ -38,6 +38,7 @@ std::optional<misfit> pieces_misfit(const mail_map &map, const QStringList &mail
 
 bool subject_fits(const mail_map &map, const QString &subject);
 bool pieces_fit(const mail_map &map, const QStringList &mail_pieces);
-QString field_value(const map_field &field, const QStringList &mail_pieces); // cut to 250 when longer than 255
+QString whole_value(const map_field &field, const QStringList &mail_pieces);
+QString field_value(const map_field &field, const QStringList &mail_pieces); // that, cut to 250 when longer than 255
 
 }
