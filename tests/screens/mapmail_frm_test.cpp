@@ -16,6 +16,7 @@
 #include <QCheckBox>
 #include <QClipboard>
 #include <QComboBox>
+#include <QElapsedTimer>
 #include <QGuiApplication>
 #include <QLineEdit>
 #include <QListWidget>
@@ -397,6 +398,47 @@ private slots:
                  "Line3       ticket           Yes                No:              Yes\r\n");
         QCOMPARE(site.screens.store.column("select fname from format_tbl"), rows);
         QCOMPARE(site.screens.rows_of("table_list_tbl"), 1);
+    }
+
+    void yes_to_saving_says_who_saves_maps()
+    {
+        classic_site site;
+        mapmail_frm &screen = site.screen_with_map();
+        site.screens.boxes.will_say_yes();
+        press(screen, "save_b");
+        QCOMPARE(site.screens.status_lines.last(),
+                 "No map was changed: the Mail Mapping Wizard alone saves maps. The summary is in " +
+                     site.screens.file("map.txt") + ".");
+    }
+
+    void the_test_of_the_name_trims_it_in_its_box()
+    {
+        classic_site site;
+        mapmail_frm &screen = site.screen_with_map();
+        control<QLineEdit>(screen, "field_t").setText("  city ");
+        press(screen, "next_b");
+        QCOMPARE(site.screens.boxes.shown, QStringList{"This field has been added earlier."});
+        QCOMPARE(text_of(screen, "field_t"), "city");
+    }
+
+    void a_mail_of_a_million_line_ends_stays_usable()
+    {
+        classic_site site;
+        site.screens.store.run("update orders set tsl_body='" + QString("\r\n").repeated(1000000) + "'");
+        QElapsedTimer clock;
+        clock.start();
+        mapmail_frm &screen = site.screen_with_map();
+        auto &positions = control<QComboBox>(screen, "Line_c");
+        QCOMPARE(positions.count(), 1000001);
+        for (int walk = 0; walk < 10; ++walk) {
+            press(screen, "next_b");
+            press(screen, "Prev_b");
+        }
+        positions.setCurrentIndex(1000000);
+        positions.showPopup();
+        positions.hidePopup();
+        QCOMPARE(positions.currentText(), "Line1000001");
+        QVERIFY2(clock.elapsed() < 30000, qPrintable(QString::number(clock.elapsed())));
     }
 
     void a_map_of_another_separator_is_shown_though_the_list_lacks_it()

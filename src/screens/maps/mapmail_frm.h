@@ -9,6 +9,7 @@
 namespace Ui {
 class mapmail_frm;
 }
+class QStringListModel;
 
 class mapmail_frm : public screen {
     Q_OBJECT
@@ -51,6 +52,7 @@ private:
     maps::stored_field field_on_screen() const;
 
     std::unique_ptr<Ui::mapmail_frm> ui;
+    QStringListModel *positions; // of Line_c; a child of this screen
     QString mail_table; // whose mail is shown
     QString body;
     QStringList body_pieces;
