@@ -170,6 +170,7 @@ void take_pictures(const album &pictures)
     picture_auditor(pictures, console);
     picture_small_console(pictures, console);
     picture_map_wizard(pictures, console);
+    picture_classic_maps(pictures, console);
     picture_waits(pictures, console);
     picture_small_screens(pictures);
     picture_accounts(pictures, console);
