@@ -10,20 +10,6 @@ namespace {
 
 using enum typed_field;
 
-qint64 count(const QString &sql)
-{
-    ado::Recordset rows;
-    rows.Open(sql, *session.store_connection);
-    return rows[0].to_number();
-}
-
-bool finds_row(const QString &sql)
-{
-    ado::Recordset rows;
-    rows.Open(sql, *session.store_connection);
-    return !rows.EOF_();
-}
-
 fault invalid_name()
 {
     return {"Invalid query name. Special characters, keywords not allowed", query_t};
@@ -51,9 +37,8 @@ std::optional<fault> why_not_well_formed(const QString &query, const QString &em
 
 std::optional<fault> why_address_is_taken(const QString &email, const QString &of_others = {})
 {
-    if (count("select count(*) from email_tbl where email=" + quote_sql(email) + of_others) != 0)
-        return fault{"This e-mail id has already been configured for a query, please enter another e-mail id",
-                     email_t};
+    if (first_value("select count(*) from email_tbl where email=" + quote_sql(email) + of_others).to_number() != 0)
+        return fault{"This e-mail id has already been configured for a query, please enter another e-mail id", email_t};
     return std::nullopt;
 }
 
@@ -89,7 +74,7 @@ std::optional<fault> why_not_changeable(const QString &former, const QString &qu
     if (const auto taken = why_address_is_taken(email, but_for(former)))
         return taken;
     const qint64 own = same_text(query, former) ? 1 : 0; // other capitals are no other name
-    if (count("select count(*) from email_tbl where query=" + quote_sql(query)) > own)
+    if (first_value("select count(*) from email_tbl where query=" + quote_sql(query)).to_number() > own)
         return fault{"This query has already been configured, please enter another query name", query_t};
     return why_no_table_of_that_name(query);
 }

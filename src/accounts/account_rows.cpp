@@ -22,13 +22,6 @@ void make_table(const QString &query)
     run_sql(sql); // whatever else it was goes up to the handler from here
 }
 
-qint64 count()
-{
-    ado::Recordset rows;
-    rows.Open("select * from email_tbl", *session.store_connection);
-    return rows.RecordCount();
-}
-
 }
 
 QStringList query_list()
@@ -76,7 +69,7 @@ void rename(const QString &former, const QString &query, const QString &email)
 
 bool remove(const QString &query)
 {
-    if (count() <= 1) {
+    if (row_count("select * from email_tbl") <= 1) {
         say("This query cannot be deleted. Atleast one query must exist.", "Tessaly", message_icon::critical);
         return false;
     }
