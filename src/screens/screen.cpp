@@ -249,7 +249,6 @@ void screen::show_own_help()
         status_line("There is no help file beside the program.");
 }
 
-// Enter presses the button that has the keyboard, else the default one.
 bool screen::press_button_for_enter()
 {
     auto *button = qobject_cast<QPushButton *>(focusWidget());

@@ -21,7 +21,7 @@ MapWStep4_Add_frm::MapWStep4_Add_frm(QWidget *parent)
 
     connect(ui->fieldval_t, &QPlainTextEdit::selectionChanged, this, &MapWStep4_Add_frm::fieldval_t_SelChange);
     connect(ui->ignore_b, &QPushButton::clicked, this, &MapWStep4_Add_frm::ignore_b_Click);
-    connect(ui->help_b, &QPushButton::clicked, this, &MapWStep4_Add_frm::help_b_Click);
+    connect(ui->help_b, &QPushButton::clicked, this, &MapWStep4_Add_frm::show_own_help);
     connect(ui->save_b, &QPushButton::clicked, this, &MapWStep4_Add_frm::save_b_Click);
     connect(ui->cancel_b, &QPushButton::clicked, this, &MapWStep4_Add_frm::cancel_b_Click);
 }

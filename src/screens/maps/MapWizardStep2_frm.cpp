@@ -36,7 +36,7 @@ MapWizardStep2_frm::MapWizardStep2_frm(QWidget *parent)
     connect(ui->inbox_lv, &QAbstractItemView::doubleClicked, this, &MapWizardStep2_frm::Edit_b_Click);
     connect(ui->change_b, &QPushButton::clicked, this, &MapWizardStep2_frm::change_b_Click);
     connect(ui->cancelc_b, &QPushButton::clicked, this, &MapWizardStep2_frm::cancelc_b_Click);
-    connect(ui->help_b, &QPushButton::clicked, this, &MapWizardStep2_frm::help_b_Click);
+    connect(ui->help_b, &QPushButton::clicked, this, &MapWizardStep2_frm::show_own_help);
     connect(ui->back_b, &QPushButton::clicked, this, &MapWizardStep2_frm::back_b_Click);
     connect(ui->next_b, &QPushButton::clicked, this, &MapWizardStep2_frm::next_b_Click);
     connect(ui->cancel_b, &QPushButton::clicked, this, &MapWizardStep2_frm::cancel_b_Click);
