@@ -5,6 +5,7 @@ namespace intake {
 
 namespace {
 
+constexpr auto between_texts = "@@@";
 constexpr int longest_value = 255;
 constexpr int cut_value = 250; // not 255: two numbers, on purpose
 
@@ -59,7 +60,12 @@ int piece_number(const QString &fposition)
 
 QStringList supporting_texts(const QString &fignore)
 {
-    return pieces(fignore, "@@@");
+    return pieces(fignore, between_texts);
+}
+
+QString joined_texts(const QStringList &texts)
+{
+    return texts.join(between_texts);
 }
 
 std::optional<misfit> subject_misfit(const mail_map &map, const QString &subject)

@@ -25,6 +25,7 @@ struct mail_map {
 QString cutting_separator(const QString &seperator);  // the stored word to the text that cuts
 int piece_number(const QString &fposition);           // "Line3" is 3; 0 without a number
 QStringList supporting_texts(const QString &fignore); // split on "@@@"
+QString joined_texts(const QStringList &texts);       // the way back
 
 // The one fit test, of the parser and of whoever asks why: the first condition that fails, in the parser's order.
 struct misfit {

@@ -61,6 +61,13 @@ code_choice choice_in(const classic_code &code)
     return {same_text(code.type, u"dynamic") ? int(generated_dynamically) : int(no_code), {}, {}};
 }
 
+QString why_no_classic_code(bool fixed, bool dynamic, bool has_values)
+{
+    if (!fixed && !dynamic)
+        return QStringLiteral("Please select any one of the type");
+    return fixed && !has_values ? QStringLiteral("Please enter values") : QString();
+}
+
 QString why_not_next(QString &name, const QString &position, bool wants_code, const classic_code &code,
                      const std::vector<stored_field> &fields, int shown)
 {

@@ -133,7 +133,7 @@ void field_entry_test::three_rules_for_names()
     QString with_blanks = " city ";
     QVERIFY(!valid_name(with_blanks));       // trims only to see emptiness
     QVERIFY(!valid_query_name(with_blanks)); // the same
-    QVERIFY(name_passes(with_blanks)); // trims in place
+    QVERIFY(name_passes(with_blanks));       // trims in place
     QString shop = "my-shop";
     QVERIFY(valid_query_name(shop));
     QVERIFY(!name_passes(shop));

@@ -20,8 +20,8 @@ private slots:
         QTest::newRow("an outer blank of the first text, too") << "x y xz" << QStringList{" x", "q"} << "y z" << false;
         QTest::newRow("an inner one stays") << "a-b- c" << QStringList{"a", "- ", "b"} << "-c" << false;
         QTest::newRow("a text with @@@ is cut in two") << "one two" << QStringList{"one@@@two"} << "" << false;
-        QTest::newRow("255 letters stay") << QString("x").repeated(255) << QStringList() << QString("x").repeated(255)
-                                         << false;
+        QTest::newRow("255 letters stay")
+            << QString("x").repeated(255) << QStringList() << QString("x").repeated(255) << false;
         QTest::newRow("256 are cut to 250")
             << QString("x").repeated(256) << QStringList() << QString("x").repeated(250) << true;
         QTest::newRow("nothing is left") << "City" << QStringList{"City"} << "" << false;

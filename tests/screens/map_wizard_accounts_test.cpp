@@ -233,8 +233,7 @@ private slots:
         editing_site site;
         site.store.run("update email_tbl set query='shop' where query='orders'");
         change_to("sales", "sales@shop.example");
-        QCOMPARE(site.boxes.shown,
-                 QStringList{"The account orders is not there any more. The list is filled anew."});
+        QCOMPARE(site.boxes.shown, QStringList{"The account orders is not there any more. The list is filled anew."});
         QCOMPARE(listed(), (QStringList{"shop orders@shop.example", "contact hello@shop.example"}));
         QVERIFY(!editing());
     }

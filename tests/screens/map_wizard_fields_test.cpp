@@ -249,8 +249,8 @@ private slots:
         QTest::addColumn<bool>("is_cut");
         QTest::newRow("a single blank is no text in the store, so 257 letters stay")
             << QString("x ").repeated(128) + "x" << QString("x ").repeated(125) << true;
-        QTest::newRow("the store ignores the other capitals too")
-            << "b" + QString("A").repeated(300) + "a" << "b" << false;
+        QTest::newRow("the store ignores the other capitals too") << "b" + QString("A").repeated(300) + "a"
+                                                                  << "b" << false;
     }
 
     void whether_it_is_cut_is_said_of_what_will_be_stored()

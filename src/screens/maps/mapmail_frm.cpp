@@ -25,7 +25,6 @@
 namespace {
 
 const char *const screen_in_log = "Mapmail_frm.frm";
-const char *const between_texts = "@@@";
 
 }
 
@@ -143,7 +142,7 @@ void mapmail_frm::show_field()
     else
         show_position(field.fposition);
     ui->dont_ch->setChecked(!is_new && field.finclude);
-    set_ignored_texts(pieces(field.fignore, between_texts));
+    set_ignored_texts(intake::supporting_texts(field.fignore));
     shown_code = maps::code_of(field);
     ui->code_ch->setChecked(!shown_code.type.isEmpty());
     code_ch_Click();
@@ -176,12 +175,12 @@ maps::stored_field mapmail_frm::field_on_screen() const
 
 QStringList mapmail_frm::ignored_texts() const
 {
-    return pieces(fignore, between_texts);
+    return intake::supporting_texts(fignore);
 }
 
 void mapmail_frm::set_ignored_texts(const QStringList &texts)
 {
-    fignore = texts.join(between_texts);
+    fignore = intake::joined_texts(texts);
     ui->ignored_l->setText(texts.isEmpty() ? "none" : texts.join(u'\n'));
 }
 

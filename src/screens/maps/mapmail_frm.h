@@ -53,7 +53,7 @@ private:
 
     std::unique_ptr<Ui::mapmail_frm> ui;
     QStringListModel *positions; // of Line_c; a child of this screen
-    QString mail_table; // whose mail is shown
+    QString mail_table;          // whose mail is shown
     QString body;
     QStringList body_pieces;
     QString separator; // that cut them, "" before
