@@ -11,7 +11,7 @@ void setup_screen::leave_setup()
     if (busy())
         return;
     if (any_unsaved() && !yes_no("What is typed here is not kept yet. Leave it?\n\n"
-                                   "The setup goes on at the next start of Tessaly."))
+                                 "The setup goes on at the next start of Tessaly."))
         return;
     const bool stood_alone = !live_widget(typeid(menuFrm));
     unload_with_later_steps();
