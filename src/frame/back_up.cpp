@@ -91,6 +91,8 @@ void copy_forms(const QString &html)
 QString run_backup()
 {
     const QString folder = GetSetting("main", "backup");
+    if (!folder.isEmpty())
+        bring_back_what_a_kill_left(folder);
     const QString configured = configured_target(folder);
     if (configured.isEmpty() && !folder.isEmpty()) // the disk may not be plugged in
         report_progress("The folder for back-ups is not there (" + folder + "). Please choose a file", 0, 0);

@@ -92,10 +92,21 @@ bool keep_back_up_folder(const QString &path, bool in_setup)
         return say("Invalid path"), false;
     if (!(FolderExists(real) || yes_no("Do you want to create a new folder called " + path + " ?")))
         return false;
+    bring_back_what_a_kill_left(real);
     if ((in_setup && !former_back_up_may_go(real)) || !strangers_may_go(real))
         return false;
     make_ready_and_keep(path, real);
     return true;
+}
+
+void bring_back_what_a_kill_left(const QString &folder)
+{
+    const QStringList left = folder_exchange::bring_back(folder, {"data", "html"});
+    if (!left.isEmpty())
+        say("Making the folder for back-ups ready was broken off once. What was there before is now here, and nothing "
+            "else knows of it:\n\n" +
+                left.join(u'\n'),
+            "Tessaly", message_icon::exclamation);
 }
 
 QString former_back_up(const QString &path)

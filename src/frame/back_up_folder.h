@@ -17,5 +17,9 @@ bool touches_the_program(const QString &folder);
 // was told, or said No; nothing is changed then. Throws run_time_error.
 bool keep_back_up_folder(const QString &path, bool in_setup);
 
+// A kill while a folder was made ready leaves what was there before under another name. It comes back; where something
+// else has its place by now, the user is told where it is.
+void bring_back_what_a_kill_left(const QString &folder);
+
 // What keep_back_up_folder would remove of a former back-up: its day and time, or "" when there is none.
 QString former_back_up(const QString &path);

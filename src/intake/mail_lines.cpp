@@ -71,18 +71,22 @@ mail_text stored_mail_text(const mail_line &line)
     return text;
 }
 
+mail_line sent_mail_line(ado::Recordset &row)
+{
+    return {{},
+            row["sentid"].to_number(),
+            row["tsl_to"].text_or_empty(),
+            row["tsl_subject"].text_or_empty(),
+            moment_of(row["tsl_sentdate"])};
+}
+
 std::vector<mail_line> sent_mail_lines()
 {
     std::vector<mail_line> lines;
     ado::Recordset sent;
     sent.Open("select * from sentitems_tbl", *session.store_connection);
-    for (; !sent.EOF_(); sent.MoveNext()) {
-        lines.push_back({{},
-                         sent["sentid"].to_number(),
-                         sent["tsl_to"].text_or_empty(),
-                         sent["tsl_subject"].text_or_empty(),
-                         moment_of(sent["tsl_sentdate"])});
-    }
+    for (; !sent.EOF_(); sent.MoveNext())
+        lines.push_back(sent_mail_line(sent));
     sent.Close();
     return lines;
 }

@@ -5,6 +5,10 @@
 #include <QString>
 #include <vector>
 
+namespace ado {
+class Recordset;
+}
+
 namespace intake {
 
 struct mail_line { // no body: fifty thousand lines stay small
@@ -25,7 +29,8 @@ struct mail_text {
 std::vector<mail_line> stored_mail_lines(int &left_out);
 mail_text stored_mail_text(const mail_line &line); // empty when the row is gone
 
-std::vector<mail_line> sent_mail_lines(); // of sentitems_tbl
+std::vector<mail_line> sent_mail_lines();      // of sentitems_tbl
+mail_line sent_mail_line(ado::Recordset &row); // of the row at which it stands
 mail_text sent_mail_text(const mail_line &line);
 
 }

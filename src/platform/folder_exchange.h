@@ -13,8 +13,12 @@ public:
 
     // Puts what has the names aside first, then makes the folders.
     void exchange(const QStringList &names);
-    // Deletes what stands aside; what could not be deleted stays there and is given back.
+    // Deletes what stands aside; what could not be deleted stays there, under a last name, and is given back.
     QStringList finish();
+
+    // What an exchange that was killed left aside in the folder comes back where its place is free or an empty folder.
+    // What has to stay aside is given back.
+    static QStringList bring_back(const QString &folder, const QStringList &names);
 
 private:
     struct moved {

@@ -5,6 +5,8 @@
 #include "platform/ado.h"
 #include "platform/settings.h"
 #include "support/intake_site.h"
+#include "support/plain_files.h"
+#include "support/raw_store.h"
 #include "support/scripted_dialogs.h"
 #include "support/test_store.h"
 
@@ -13,32 +15,6 @@
 #include <QtTest/QTest>
 
 namespace {
-
-QStringList accounts_in(const QString &store)
-{
-    ado::Connection copy;
-    copy.Provider = "microsoft.jet.oledb.4.0";
-    copy.ConnectionString = store;
-    copy.Open();
-    ado::Recordset rows;
-    QStringList names;
-    for (rows.Open("select query from email_tbl", copy); !rows.EOF_(); rows.MoveNext())
-        names += rows[0].to_text();
-    return names;
-}
-
-void write_file(const QString &path, const QByteArray &text)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size())
-        qFatal("cannot write %s", qPrintable(path));
-}
-
-QByteArray read_file(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(none)");
-}
 
 QString not_there(const QString &html)
 {
@@ -63,7 +39,7 @@ struct back_up_site : intake_site {
     void add_form(const QString &name, const QByteArray &page)
     {
         QDir().mkpath(folder.filePath("forms/" + name));
-        write_file(folder.filePath("forms/" + name + "/page.htm"), page);
+        put_file(folder.filePath("forms/" + name + "/page.htm"), page);
     }
 };
 
@@ -74,7 +50,7 @@ struct site_without_setting : intake_site {
     void add_form(const QString &name, const QByteArray &page) const
     {
         QDir().mkpath(folder.filePath("forms/" + name));
-        write_file(folder.filePath("forms/" + name + "/page.htm"), page);
+        put_file(folder.filePath("forms/" + name + "/page.htm"), page);
     }
     QTemporaryDir stick;
 };
@@ -96,6 +72,7 @@ private slots:
     void no_configured_folder_falls_back_to_the_dialog();
     void a_configured_folder_without_data_falls_back_to_the_dialog();
     void cancel_ends_without_a_copy_and_without_a_question();
+    void a_folder_that_a_kill_put_aside_comes_back_first();
     void an_existing_file_asks_and_no_opens_the_dialog_again();
     void what_was_written_just_before_is_in_the_copy();
     void a_copy_that_cannot_be_made_is_the_callers_failure();
@@ -128,7 +105,7 @@ void back_up_test::the_configured_folder_takes_the_copy()
     back_up_site site;
     site.add_account("orders", "orders@example.org");
     QCOMPARE(run_backup(), site.safe("data/Tessaly.mdb"));
-    QCOMPARE(accounts_in(site.safe("data/Tessaly.mdb")), QStringList{"orders"});
+    QCOMPARE(accounts_in(site.safe("data/Tessaly.mdb")), QString("orders"));
     QCOMPARE(site.boxes.shown, QStringList());
     QCOMPARE(session.store_connection->State(), 1);
 }
@@ -139,7 +116,7 @@ void back_up_test::an_older_copy_there_is_replaced_without_a_question()
     run_backup();
     site.add_account("orders", "orders@example.org");
     run_backup();
-    QCOMPARE(accounts_in(site.safe("data/Tessaly.mdb")), QStringList{"orders"});
+    QCOMPARE(accounts_in(site.safe("data/Tessaly.mdb")), QString("orders"));
     QCOMPARE(site.boxes.shown, QStringList());
 }
 
@@ -152,7 +129,7 @@ void back_up_test::no_configured_folder_falls_back_to_the_dialog()
     site.boxes.will_say_no();
     QCOMPARE(run_backup(), site.on_stick("chosen.mdb"));
     QCOMPARE(dialogs.asked, QStringList{"Tessaly.mdb|*.mdb"});
-    QCOMPARE(accounts_in(site.on_stick("chosen.mdb")), QStringList{"orders"});
+    QCOMPARE(accounts_in(site.on_stick("chosen.mdb")), QString("orders"));
 }
 
 void back_up_test::a_configured_folder_without_data_falls_back_to_the_dialog()
@@ -174,12 +151,25 @@ void back_up_test::cancel_ends_without_a_copy_and_without_a_question()
     QCOMPARE(QDir(site.folder.path()).entryList({"*.mdb", "html"}), QStringList{"mailapp.mdb"});
 }
 
+void back_up_test::a_folder_that_a_kill_put_aside_comes_back_first()
+{
+    back_up_site site(QStringList{"data.put aside by Tessaly", "html.put aside by Tessaly/contact"});
+    put_file(site.safe("data.put aside by Tessaly/Tessaly.mdb"), "the last copy");
+    put_file(site.safe("html.put aside by Tessaly/contact/page.htm"), "the page");
+    site.add_account("orders", "orders@example.org");
+    QCOMPARE(run_backup(), site.safe("data/Tessaly.mdb"));
+    QCOMPARE(accounts_in(site.safe("data/Tessaly.mdb")), QString("orders"));
+    QCOMPARE(bytes_in(site.safe("html/contact/page.htm")), QByteArray("the page"));
+    QCOMPARE(site.boxes.shown, QStringList());
+    QCOMPARE(QDir(site.safe("")).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), (QStringList{"data", "html"}));
+}
+
 void back_up_test::an_existing_file_asks_and_no_opens_the_dialog_again()
 {
     site_without_setting site;
     scripted_dialogs dialogs;
     const QString old = site.on_stick("old.mdb");
-    write_file(old, "former");
+    put_file(old, "former");
     QDir().mkpath(site.on_stick("html"));
     dialogs.choices = {old, old};
     site.boxes.will_say_no();
@@ -187,7 +177,7 @@ void back_up_test::an_existing_file_asks_and_no_opens_the_dialog_again()
     QCOMPARE(run_backup(), old);
     QCOMPARE(site.boxes.shown, (QStringList{"File already exists! Overwrite?", "File already exists! Overwrite?"}));
     QVERIFY(site.boxes.boxes[0].kind == message_kind::yes_no);
-    QCOMPARE(accounts_in(old), QStringList());
+    QCOMPARE(accounts_in(old), QString());
 }
 
 void back_up_test::what_was_written_just_before_is_in_the_copy()
@@ -195,7 +185,7 @@ void back_up_test::what_was_written_just_before_is_in_the_copy()
     back_up_site site;
     site.run("insert into email_tbl(query,email,table_name) values('late','l@example.org','late')");
     run_backup();
-    QCOMPARE(accounts_in(site.safe("data/Tessaly.mdb")), QStringList{"late"});
+    QCOMPARE(accounts_in(site.safe("data/Tessaly.mdb")), QString("late"));
 }
 
 void back_up_test::a_copy_that_cannot_be_made_is_the_callers_failure()
@@ -214,12 +204,12 @@ void back_up_test::a_store_that_is_damaged_does_not_replace_the_last_copy()
     run_backup();
     session.store_connection->Close();
     const QString path = site.folder.filePath("mailapp.mdb");
-    QByteArray bytes = read_file(path);
+    QByteArray bytes = bytes_in(path);
     for (qsizetype at = bytes.size() / 2 / 4096 * 4096; at < bytes.size() / 2 / 4096 * 4096 + 4096; ++at)
         bytes[at] = 'x';
-    write_file(path, bytes);
+    put_file(path, bytes);
     QVERIFY_EXCEPTION_THROWN(run_backup(), run_time_error);
-    QCOMPARE(accounts_in(site.safe("data/Tessaly.mdb")), QStringList{"orders"});
+    QCOMPARE(accounts_in(site.safe("data/Tessaly.mdb")), QString("orders"));
     QCOMPARE(QDir(site.safe("data")).entryList(QDir::Files), QStringList{"Tessaly.mdb"});
 }
 
@@ -228,13 +218,13 @@ void back_up_test::only_sub_folders_of_forms_are_copied()
     back_up_site site;
     site.add_form("contact", "first page");
     site.add_form("order/pictures", "second page");
-    write_file(site.folder.filePath("forms/beside.htm"), "no sub-folder");
+    put_file(site.folder.filePath("forms/beside.htm"), "no sub-folder");
     QVERIFY(QFile::link("contact", site.folder.filePath("forms/link")));
     run_backup();
     QCOMPARE(QDir(site.safe("html")).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
              (QStringList{"contact", "order"}));
-    QCOMPARE(read_file(site.safe("html/contact/page.htm")), QByteArray("first page"));
-    QCOMPARE(read_file(site.safe("html/order/pictures/page.htm")), QByteArray("second page"));
+    QCOMPARE(bytes_in(site.safe("html/contact/page.htm")), QByteArray("first page"));
+    QCOMPARE(bytes_in(site.safe("html/order/pictures/page.htm")), QByteArray("second page"));
     QCOMPARE(site.boxes.shown, QStringList());
 }
 
@@ -246,7 +236,7 @@ void back_up_test::an_older_form_in_the_back_up_is_overwritten_and_others_stay()
     site.add_form("contact", "new");
     QDir().mkpath(site.safe("html/gone"));
     run_backup();
-    QCOMPARE(read_file(site.safe("html/contact/page.htm")), QByteArray("new"));
+    QCOMPARE(bytes_in(site.safe("html/contact/page.htm")), QByteArray("new"));
     QVERIFY(QDir(site.safe("html/gone")).exists());
 }
 
@@ -259,7 +249,7 @@ void back_up_test::no_to_the_html_folder_still_leaves_the_stores_copy()
     QCOMPARE(site.boxes.shown, (QStringList{not_there(site.safe("html")), make_it(site.safe("html"))}));
     QVERIFY(site.boxes.boxes[0].kind == message_kind::say);
     QVERIFY(site.boxes.boxes[1].kind == message_kind::yes_no);
-    QCOMPARE(accounts_in(site.safe("data/Tessaly.mdb")), QStringList());
+    QCOMPARE(accounts_in(site.safe("data/Tessaly.mdb")), QString());
     QVERIFY(!QDir(site.safe("html")).exists());
 }
 
@@ -290,7 +280,7 @@ void back_up_test::yes_makes_the_html_folder()
     site.add_form("contact", "page");
     site.boxes.will_say_yes();
     run_backup();
-    QCOMPARE(read_file(site.safe("html/contact/page.htm")), QByteArray("page"));
+    QCOMPARE(bytes_in(site.safe("html/contact/page.htm")), QByteArray("page"));
 }
 
 void back_up_test::yes_makes_each_missing_folder()
@@ -305,7 +295,7 @@ void back_up_test::yes_makes_each_missing_folder()
     site.boxes.will_say_yes();
     QCOMPARE(run_backup(), stick.filePath("chosen.mdb"));
     QCOMPARE(site.boxes.shown, (QStringList{not_there(deep + "/html"), make_it(deep + "/html")}));
-    QCOMPARE(read_file(deep + "/html/contact/page.htm"), QByteArray("page"));
+    QCOMPARE(bytes_in(deep + "/html/contact/page.htm"), QByteArray("page"));
 }
 
 void back_up_test::with_no_folder_set_the_forms_go_beside_the_chosen_file()
@@ -318,7 +308,7 @@ void back_up_test::with_no_folder_set_the_forms_go_beside_the_chosen_file()
     run_backup();
     const QString html = site.on_stick("html");
     QCOMPARE(site.boxes.shown, (QStringList{not_there(html), make_it(html)}));
-    QCOMPARE(read_file(html + "/contact/page.htm"), QByteArray("page"));
+    QCOMPARE(bytes_in(html + "/contact/page.htm"), QByteArray("page"));
 }
 
 void back_up_test::with_no_folder_set_what_html_holds_is_named_and_no_leaves_it()
@@ -328,17 +318,17 @@ void back_up_test::with_no_folder_set_what_html_holds_is_named_and_no_leaves_it(
     site.add_form("contact", "page");
     site.add_form("order", "page");
     QDir().mkpath(site.on_stick("html/contact"));
-    write_file(site.on_stick("html/contact/page.htm"), "my own page");
-    write_file(site.on_stick("html/index.html"), "my site");
+    put_file(site.on_stick("html/contact/page.htm"), "my own page");
+    put_file(site.on_stick("html/index.html"), "my site");
     dialogs.choices = {site.on_stick("mine.mdb")};
     site.boxes.will_say_no();
     QCOMPARE(run_backup(), site.on_stick("mine.mdb"));
     QCOMPARE(site.boxes.shown, QStringList{holds_something(site.on_stick("html"), "html/contact\nhtml/index.html")});
     QVERIFY(site.boxes.boxes[0].no_is_default);
-    QCOMPARE(read_file(site.on_stick("html/contact/page.htm")), QByteArray("my own page"));
+    QCOMPARE(bytes_in(site.on_stick("html/contact/page.htm")), QByteArray("my own page"));
     QCOMPARE(QDir(site.on_stick("html")).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
              (QStringList{"contact", "index.html"}));
-    QCOMPARE(accounts_in(site.on_stick("mine.mdb")), QStringList());
+    QCOMPARE(accounts_in(site.on_stick("mine.mdb")), QString());
 }
 
 void back_up_test::with_no_folder_set_yes_copies_into_html()
@@ -347,14 +337,14 @@ void back_up_test::with_no_folder_set_yes_copies_into_html()
     scripted_dialogs dialogs;
     site.add_form("contact", "page");
     QDir().mkpath(site.on_stick("html/contact"));
-    write_file(site.on_stick("html/contact/page.htm"), "an older page");
-    write_file(site.on_stick("html/index.html"), "my site");
+    put_file(site.on_stick("html/contact/page.htm"), "an older page");
+    put_file(site.on_stick("html/index.html"), "my site");
     dialogs.choices = {site.on_stick("mine.mdb")};
     site.boxes.will_say_yes();
     run_backup();
     QCOMPARE(site.boxes.shown.size(), 1);
-    QCOMPARE(read_file(site.on_stick("html/contact/page.htm")), QByteArray("page"));
-    QCOMPARE(read_file(site.on_stick("html/index.html")), QByteArray("my site"));
+    QCOMPARE(bytes_in(site.on_stick("html/contact/page.htm")), QByteArray("page"));
+    QCOMPARE(bytes_in(site.on_stick("html/index.html")), QByteArray("my site"));
 }
 
 void back_up_test::with_no_folder_set_nothing_is_asked_where_nothing_can_be_lost()
@@ -362,14 +352,14 @@ void back_up_test::with_no_folder_set_nothing_is_asked_where_nothing_can_be_lost
     site_without_setting site;
     scripted_dialogs dialogs;
     QDir().mkpath(site.on_stick("html"));
-    write_file(site.on_stick("html/index.html"), "my site");
+    put_file(site.on_stick("html/index.html"), "my site");
     dialogs.choices = {site.on_stick("mine.mdb"), site.on_stick("more.mdb")};
     run_backup(); // no forms
     QFile::remove(site.on_stick("html/index.html"));
     site.add_form("contact", "page");
     run_backup(); // an empty folder
     QCOMPARE(site.boxes.shown, QStringList());
-    QCOMPARE(read_file(site.on_stick("html/contact/page.htm")), QByteArray("page"));
+    QCOMPARE(bytes_in(site.on_stick("html/contact/page.htm")), QByteArray("page"));
 }
 
 void back_up_test::a_folder_of_the_program_is_refused_for_the_chosen_file_data()
@@ -400,7 +390,7 @@ void back_up_test::a_journal_of_the_older_copy_is_not_left_beside_the_new_one()
     back_up_site site;
     run_backup();
     for (const char *side : {"-journal", "-wal", "-shm", ".former-journal"})
-        write_file(site.safe("data/Tessaly.mdb") + side, "of the older copy");
+        put_file(site.safe("data/Tessaly.mdb") + side, "of the older copy");
     run_backup();
     QCOMPARE(QDir(site.safe("data")).entryList(QDir::Files), QStringList{"Tessaly.mdb"});
 }
@@ -410,10 +400,10 @@ void back_up_test::a_copy_that_fails_leaves_the_older_one_its_journal()
     site_without_setting site;
     scripted_dialogs dialogs;
     QDir().mkpath(site.on_stick("old.mdb/in the way")); // a file cannot take the place of a folder
-    write_file(site.on_stick("old.mdb-journal"), "of the older one");
+    put_file(site.on_stick("old.mdb-journal"), "of the older one");
     dialogs.choices = {site.on_stick("old.mdb")};
     QVERIFY_EXCEPTION_THROWN(run_backup(), run_time_error);
-    QCOMPARE(read_file(site.on_stick("old.mdb-journal")), QByteArray("of the older one"));
+    QCOMPARE(bytes_in(site.on_stick("old.mdb-journal")), QByteArray("of the older one"));
     QCOMPARE(QDir(site.stick.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
              (QStringList{"old.mdb", "old.mdb-journal"}));
 }
@@ -468,16 +458,16 @@ void back_up_test::a_link_called_html_is_not_followed()
     site.boxes.will_say_yes();
     QCOMPARE(error_number_of([] { run_backup(); }), 58u);
     QCOMPARE(QDir(site.folder.filePath("precious")).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList());
-    QCOMPARE(accounts_in(site.safe("data/Tessaly.mdb")), QStringList());
+    QCOMPARE(accounts_in(site.safe("data/Tessaly.mdb")), QString());
 }
 
 void back_up_test::a_failing_form_ends_it_and_the_stores_copy_stays()
 {
     back_up_site site;
     site.add_form("contact", "page");
-    write_file(site.safe("html/contact"), "a file where the folder should be");
+    put_file(site.safe("html/contact"), "a file where the folder should be");
     QCOMPARE(error_number_of([] { run_backup(); }), 58u);
-    QCOMPARE(accounts_in(site.safe("data/Tessaly.mdb")), QStringList());
+    QCOMPARE(accounts_in(site.safe("data/Tessaly.mdb")), QString());
 }
 
 void back_up_test::how_far_it_is_is_told()

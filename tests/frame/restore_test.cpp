@@ -8,6 +8,8 @@
 #include "platform/outside_effects.h"
 #include "platform/settings.h"
 #include "support/intake_site.h"
+#include "support/plain_files.h"
+#include "support/raw_store.h"
 #include "support/scripted_dialogs.h"
 #include "support/store_spoiler.h"
 #include "support/test_store.h"
@@ -15,79 +17,12 @@
 #include <QDir>
 #include <QFile>
 #include <QtTest/QTest>
-#include <sqlite3.h>
 
 namespace {
 
 const QString restored =
     "Database will be restored once you restart the application. Click here to close the application.";
 const QString question = "Are you sure to restore this database?";
-
-void write_file(const QString &path, const QByteArray &text)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size())
-        qFatal("cannot write %s", qPrintable(path));
-}
-
-QByteArray read_file(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(none)");
-}
-
-// Another program's view of a store.
-class raw_store {
-public:
-    explicit raw_store(const QString &path)
-    {
-        if (sqlite3_open(QFile::encodeName(path).constData(), &db) != SQLITE_OK)
-            qFatal("cannot open %s", qPrintable(path));
-    }
-    ~raw_store() { sqlite3_close(db); }
-    raw_store(const raw_store &) = delete;
-    raw_store &operator=(const raw_store &) = delete;
-
-    void run(const char *sql) const
-    {
-        if (sqlite3_exec(db, sql, nullptr, nullptr, nullptr) != SQLITE_OK)
-            qFatal("%s: %s", sql, sqlite3_errmsg(db));
-    }
-    QString text(const char *sql) const
-    {
-        QString all;
-        const auto add = [](void *into, int, char **texts, char **) {
-            *static_cast<QString *>(into) += QString::fromUtf8(texts[0]) + ' ';
-            return 0;
-        };
-        sqlite3_exec(db, sql, add, &all, nullptr);
-        return all.trimmed();
-    }
-
-private:
-    sqlite3 *db = nullptr;
-};
-
-QString accounts_in(const QString &path)
-{
-    return raw_store(path).text("select query from email_tbl");
-}
-
-// The moment of a crash, as that file with its journal: the change is half in the file, and what was there before in
-// the journal.
-void leave_crashed(const QString &copy, const QString &crashed, const char *change)
-{
-    const raw_store writing(copy);
-    writing.run("create table filler(t text)");
-    writing.run("with recursive n(i) as (select 1 union all select i+1 from n where i<3000) "
-                "insert into filler select 'before' || i from n");
-    writing.run("pragma cache_size=1; pragma cache_spill=1; begin");
-    writing.run(change);
-    if (!QFile::copy(copy, crashed) || !QFile::copy(copy + "-journal", crashed + "-journal"))
-        qFatal("cannot copy %s", qPrintable(copy));
-}
-
-constexpr auto half_done = "update filler set t='after' || t; update email_tbl set query='after'";
 
 // The present store has the account "present", the file copy.mdb the account "former".
 struct restore_site : intake_site {
@@ -178,11 +113,11 @@ void restore_test::without_a_data_folder_the_proposal_is_a_bare_name()
 void restore_test::cancel_ends_it_without_a_word()
 {
     restore_site site;
-    const QByteArray before = read_file(site.store);
+    const QByteArray before = bytes_in(site.store);
     site.dialogs.choices = {std::nullopt};
     QVERIFY(!restore_backup());
     QCOMPARE(site.boxes.shown, QStringList());
-    QCOMPARE(read_file(site.store), before);
+    QCOMPARE(bytes_in(site.store), before);
     QCOMPARE(session.store_connection->State(), 1);
 }
 
@@ -197,21 +132,21 @@ void restore_test::a_file_that_is_not_there_is_told_before_the_question()
 void restore_test::no_changes_nothing()
 {
     restore_site site;
-    const QByteArray before = read_file(site.store);
+    const QByteArray before = bytes_in(site.store);
     const QStringList names = site.names();
     site.boxes.will_say_no();
     QVERIFY(!restore_backup());
     QCOMPARE(site.boxes.shown, QStringList{question});
     QCOMPARE(site.boxes.boxes[0].title, QString("Confirm Restore"));
     QVERIFY(site.boxes.boxes[0].kind == message_kind::yes_no);
-    QCOMPARE(read_file(site.store), before);
+    QCOMPARE(bytes_in(site.store), before);
     QCOMPARE(site.names(), names);
 }
 
 void restore_test::yes_puts_the_file_in_the_stores_place()
 {
     restore_site site;
-    const QByteArray chosen = read_file(site.copy);
+    const QByteArray chosen = bytes_in(site.copy);
     const QFileDevice::Permissions modes = QFile::permissions(site.store);
     site.boxes.will_say_yes();
     QVERIFY(restore_backup());
@@ -219,7 +154,7 @@ void restore_test::yes_puts_the_file_in_the_stores_place()
     QVERIFY(site.boxes.boxes[1].kind == message_kind::say);
     QCOMPARE(accounts_in(site.store), QString("former"));
     QCOMPARE(QFile::permissions(site.store), modes);
-    QCOMPARE(read_file(site.copy), chosen);
+    QCOMPARE(bytes_in(site.copy), chosen);
     QStringList names = site.names();
     names.removeOne("tessaly.lock");
     QCOMPARE(names, (QStringList{"copy.mdb", "mailapp 2026-11-21 15-30-12.mdb", "mailapp.mdb"}));
@@ -285,12 +220,12 @@ void restore_test::side_files_of_the_present_store_do_not_meet_the_new_one()
     restore_site site;
     session.store_connection->Close(); // it would take its journal away itself
     for (const char *side : {"-journal", "-wal", "-shm"})
-        write_file(site.store + side, "of the present store");
+        put_file(site.store + side, "of the present store");
     site.boxes.will_say_yes();
     QVERIFY(restore_backup());
     for (const char *side : {"-journal", "-wal", "-shm"}) {
         QVERIFY(!QFile::exists(site.store + side));
-        QCOMPARE(read_file(site.kept + side), QByteArray("of the present store"));
+        QCOMPARE(bytes_in(site.kept + side), QByteArray("of the present store"));
     }
     QCOMPARE(accounts_in(site.store), QString("former"));
 }
@@ -300,16 +235,16 @@ void restore_test::what_another_program_left_unfinished_is_brought_to_its_end()
     restore_site site;
     const QString crashed = site.folder.filePath("crashed.mdb");
     leave_crashed(site.copy, crashed, half_done);
-    const QByteArray chosen = read_file(crashed);
+    const QByteArray chosen = bytes_in(crashed);
     QVERIFY(chosen.contains("after"));
-    const QByteArray journal = read_file(crashed + "-journal");
+    const QByteArray journal = bytes_in(crashed + "-journal");
     site.dialogs.choices = {crashed};
     site.boxes.will_say_yes();
     QVERIFY(restore_backup());
     QCOMPARE(accounts_in(site.store), QString("former"));
     QCOMPARE(raw_store(site.store).text("select count(*) from filler where t like 'before%'"), QString("3000"));
-    QCOMPARE(read_file(crashed), chosen);
-    QCOMPARE(read_file(crashed + "-journal"), journal);
+    QCOMPARE(bytes_in(crashed), chosen);
+    QCOMPARE(bytes_in(crashed + "-journal"), journal);
     QVERIFY(!QFile::exists(site.store + "-journal"));
 }
 
@@ -365,13 +300,13 @@ void restore_test::a_journal_of_another_file_of_that_name_is_not_applied()
         session.store_connection->barrier();
     }
     session.store_connection->copy_store(newer);
-    const QByteArray bytes = read_file(newer);
-    write_file(crashed, bytes); // as a user copies a file over another one
+    const QByteArray bytes = bytes_in(newer);
+    put_file(crashed, bytes); // as a user copies a file over another one
     site.dialogs.choices = {crashed};
     site.boxes.will_say_yes();
     QVERIFY(restore_backup());
     QCOMPARE(accounts_in(site.store), QString("present"));
-    QCOMPARE(read_file(site.store), bytes);
+    QCOMPARE(bytes_in(site.store), bytes);
 }
 
 void restore_test::a_log_beside_a_file_that_keeps_none_is_not_applied()
@@ -407,13 +342,13 @@ void restore_test::what_a_broken_off_restore_left_is_refused_and_stays()
     restore_site site;
     const QString left = site.store + ".new";
     QVERIFY(QFile::rename(site.copy, left));
-    const QByteArray bytes = read_file(left);
+    const QByteArray bytes = bytes_in(left);
     site.dialogs.choices = {left};
     site.boxes.will_say_yes();
     QVERIFY(!restore_backup());
     QCOMPARE(site.boxes.shown.last(), QString("This file cannot be restored: a restore that was broken off left it "
                                               "behind; give it another name first. Your data is as it was."));
-    QCOMPARE(read_file(left), bytes);
+    QCOMPARE(bytes_in(left), bytes);
 }
 
 // What was turned or copied in a place that no check looks at is restored as it is.
@@ -425,25 +360,25 @@ void restore_test::a_spoiled_file_is_refused_or_sound()
                  "','a@example.org','t')");
     session.store_connection->copy_store(site.copy);
     session.store_connection->Close();
-    const QByteArray sound = read_file(site.copy);
-    const QByteArray present = read_file(site.store);
+    const QByteArray sound = bytes_in(site.copy);
+    const QByteArray present = bytes_in(site.store);
     store_spoiler spoil{QRandomGenerator(20261121)};
     int refused = 0, accepted = 0;
     for (int round = 0; round < 30; ++round) {
         QByteArray bytes = sound;
         const QString told = spoil.spoil(bytes, round % 5);
-        write_file(site.copy, bytes);
+        put_file(site.copy, bytes);
         site.dialogs.choices = {site.copy};
         site.boxes.will_say_yes();
         if (restore_backup()) {
             ++accepted;
             QVERIFY2(raw_store(site.store).text("pragma quick_check") == "ok", qPrintable(told));
-            write_file(site.store, present);
+            put_file(site.store, present);
         } else {
             ++refused;
-            QVERIFY2(read_file(site.store) == present, qPrintable(told));
+            QVERIFY2(bytes_in(site.store) == present, qPrintable(told));
         }
-        QVERIFY2(read_file(site.copy) == bytes, qPrintable(told));
+        QVERIFY2(bytes_in(site.copy) == bytes, qPrintable(told));
         QVERIFY(!QFile::exists(site.store + ".new"));
     }
     QVERIFY2(refused > 10, qPrintable(QString("%1 refused, %2 accepted").arg(refused).arg(accepted)));
@@ -490,17 +425,17 @@ void restore_test::a_refused_file_is_told_and_nothing_is_touched()
     QFETCH(QString, spoil);
     QFETCH(QString, fault);
     restore_site site;
-    QByteArray bytes = read_file(site.copy);
+    QByteArray bytes = bytes_in(site.copy);
     if (spoil == "text")
-        write_file(site.copy, QByteArray("Dear reader, ").repeated(1000));
+        put_file(site.copy, QByteArray("Dear reader, ").repeated(1000));
     else if (spoil == "empty")
-        write_file(site.copy, {});
+        put_file(site.copy, {});
     else if (spoil == "jet")
-        write_file(site.copy, QByteArray("\0\1\0\0Standard Jet DB\0", 20) + QByteArray(4096, 0));
+        put_file(site.copy, QByteArray("\0\1\0\0Standard Jet DB\0", 20) + QByteArray(4096, 0));
     else if (spoil == "cut")
-        write_file(site.copy, bytes.left(bytes.size() / 2));
+        put_file(site.copy, bytes.left(bytes.size() / 2));
     else if (spoil == "zeroed")
-        write_file(site.copy, bytes.replace(bytes.size() / 2 / 4096 * 4096, 4096, QByteArray(4096, 0)));
+        put_file(site.copy, bytes.replace(bytes.size() / 2 / 4096 * 4096, 4096, QByteArray(4096, 0)));
     else if (spoil == "foreign")
         raw_store(site.copy).run("pragma application_id=7");
     else if (spoil == "table")
@@ -509,15 +444,15 @@ void restore_test::a_refused_file_is_told_and_nothing_is_touched()
         raw_store(site.copy).run("drop table sign; create view sign as select 1 as signtitle");
     else
         raw_store(site.copy).run("create trigger t after insert on email_tbl begin delete from sign; end");
-    bytes = read_file(site.copy);
-    const QByteArray before = read_file(site.store);
+    bytes = bytes_in(site.copy);
+    const QByteArray before = bytes_in(site.store);
     const QStringList names = site.names();
     site.boxes.will_say_yes();
     QVERIFY(!restore_backup());
     QCOMPARE(site.boxes.shown,
              (QStringList{question, "This file cannot be restored: " + fault + ". Your data is as it was."}));
-    QCOMPARE(read_file(site.store), before);
-    QCOMPARE(read_file(site.copy), bytes);
+    QCOMPARE(bytes_in(site.store), before);
+    QCOMPARE(bytes_in(site.copy), bytes);
     QCOMPARE(site.names(), names);
     QCOMPARE(session.store_connection->State(), 1);
     QCOMPARE(site.column("select query from email_tbl"), QStringList{"present"});
@@ -542,11 +477,11 @@ void restore_test::a_failure_leaves_the_store_as_it_was()
 {
     restore_site site;
     QVERIFY(QDir().mkpath(site.store + ".new/in/the/way"));
-    const QByteArray before = read_file(site.store);
+    const QByteArray before = bytes_in(site.store);
     site.boxes.will_say_yes();
     QCOMPARE(error_number_of([] { restore_backup(); }), 70u);
     QCOMPARE(site.boxes.shown, QStringList{question});
-    QCOMPARE(read_file(site.store), before);
+    QCOMPARE(bytes_in(site.store), before);
     QVERIFY(!QFile::exists(site.kept));
     open_store_if_closed();
     QCOMPARE(site.column("select query from email_tbl"), QStringList{"present"});

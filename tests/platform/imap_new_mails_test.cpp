@@ -1,7 +1,6 @@
 // Many new mails come whole, heads and bodies at once, as long as most of them are small and wanted. Nothing of what is
 // walked depends on it. The walk: imap_test.cpp. What goes over the line otherwise: imap_traffic_test.cpp.
-#include "support/imap_box.h"
-#include "support/wire_proxy.h"
+#include "support/watched_imap_box.h"
 #include <QFile>
 #include <QTest>
 
@@ -9,13 +8,8 @@ namespace {
 
 constexpr int many = 700;
 
-struct watched_box : imap_box {
-    explicit watched_box(const dovecot_options &options = {})
-        : imap_box(options), proxy(server.imap_port, {.record = true})
-    {
-        port = proxy.port;
-    }
-    qsizetype said(const QByteArray &command) const { return proxy.recorded(wire::to_server).count(command); }
+struct watched_box : watched_imap_box {
+    using watched_imap_box::watched_imap_box;
     void put_big(int number, qsizetype size)
     {
         const QString line = QString(70, u'x') + u'\n';
@@ -24,7 +18,6 @@ struct watched_box : imap_box {
                                    line.repeated(size / line.size()) + "end\n"},
                        noon + number);
     }
-    wire_proxy proxy;
 };
 
 QStringList numbers(int from, int to)
@@ -42,15 +35,13 @@ outlook::wanted_mails each(int nth)
             [nth](const QString &, const QString &subject) { return subject.toInt() % nth == 0; }};
 }
 
-const outlook::wanted_mails none{"none", [](const QString &, const QString &) { return false; }};
-
 }
 
 class imap_new_mails_test : public QObject {
     Q_OBJECT
 private slots:
 
-    void small_ones_come_without_asking_for_heads_data() { rows(); }
+    void small_ones_come_without_asking_for_heads_data() { rows_of_hidden_capabilities(); }
     void small_ones_come_without_asking_for_heads()
     {
         QFETCH(QStringList, hidden);
@@ -147,7 +138,7 @@ private slots:
         watched_box box;
         for (int number = 0; number < 120; ++number)
             box.put_big(number, 40 << 10);
-        QCOMPARE(box.subjects(none), QStringList());
+        QCOMPARE(box.subjects(no_mails()), QStringList());
         QVERIFY(box.proxy.counts().to_client < 120 * (20 << 10));
         QCOMPARE(box.subjects(), numbers(0, 120));
     }
@@ -165,7 +156,7 @@ private slots:
     }
 
     // What is known is then a part, and as many mails are gone as are not known.
-    void a_walk_that_ended_early_goes_on_data() { rows(); }
+    void a_walk_that_ended_early_goes_on_data() { rows_of_hidden_capabilities(); }
     void a_walk_that_ended_early_goes_on()
     {
         QFETCH(QStringList, hidden);
@@ -214,15 +205,6 @@ private slots:
         box.items->finish_moves();
         QCOMPARE(box.failures(), QStringList());
         QCOMPARE(box.items->Count(), 0);
-    }
-
-private:
-    void rows()
-    {
-        QTest::addColumn<QStringList>("hidden");
-        QTest::newRow("QRESYNC") << QStringList();
-        QTest::newRow("no QRESYNC") << QStringList{"QRESYNC"};
-        QTest::newRow("nothing of all that") << QStringList{"QRESYNC", "CONDSTORE", "ESEARCH", "ENABLE"};
     }
 };
 

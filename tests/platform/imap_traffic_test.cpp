@@ -1,29 +1,7 @@
 // What goes over the line, and what does not go a second time; the cache on disk. The walk: imap_test.cpp.
-#include "support/imap_box.h"
-#include "support/wire_proxy.h"
+#include "support/watched_imap_box.h"
 #include <QFile>
 #include <QTest>
-
-namespace {
-
-struct watched_box : imap_box {
-    explicit watched_box(const dovecot_options &options = {}) : imap_box(options), proxy(server.imap_port, recording())
-    {
-        port = proxy.port;
-    }
-    static wire_options recording()
-    {
-        wire_options options;
-        options.record = true;
-        return options;
-    }
-    qsizetype said(const QByteArray &command) const { return proxy.recorded(wire::to_server).count(command); }
-    wire_proxy proxy;
-};
-
-const outlook::wanted_mails none{"none", [](const QString &, const QString &) { return false; }};
-
-}
 
 class imap_traffic_test : public QObject {
     Q_OBJECT
@@ -31,9 +9,9 @@ private slots:
 
     void an_unchanged_inbox_costs_one_round_trip()
     {
-        watched_box box;
+        watched_imap_box box;
         box.put_many(50);
-        QCOMPARE(box.subjects(none), QStringList());
+        QCOMPARE(box.subjects(no_mails()), QStringList());
         box.proxy.forget();
         box.open();
         QCOMPARE(box.inbox->Folders().size(), 0u);
@@ -41,14 +19,14 @@ private slots:
         box.open();
         QCOMPARE(box.inbox->Folders().size(), 0u);
         QCOMPARE(box.items->Count(), 50);
-        QCOMPARE(box.subjects(none), QStringList());
+        QCOMPARE(box.subjects(no_mails()), QStringList());
         QCOMPARE(box.proxy.counts().round_trips, 1);
         QCOMPARE(box.proxy.counts().connections, 0);
     }
 
     void five_hundred_new_mails_cost_few_round_trips()
     {
-        watched_box box;
+        watched_imap_box box;
         box.put_many(1500);
         box.open();
         box.inbox->Folders();
@@ -58,13 +36,13 @@ private slots:
         QVERIFY2(box.proxy.counts().round_trips <= 28, qPrintable(QString::number(box.proxy.counts().round_trips)));
     }
 
-    void a_new_process_asks_for_no_head_again_data() { rows(); }
+    void a_new_process_asks_for_no_head_again_data() { rows_of_hidden_capabilities(); }
     void a_new_process_asks_for_no_head_again()
     {
         QFETCH(QStringList, hidden);
         dovecot_options options;
         options.hidden_capabilities = hidden;
-        watched_box box(options);
+        watched_imap_box box(options);
         box.put_many(30);
         QCOMPARE(box.subjects().size(), 30);
         box.start_anew();
@@ -74,7 +52,7 @@ private slots:
         QCOMPARE(box.said("SEARCH"), 0);
     }
 
-    void what_changed_while_nobody_looked_is_seen_data() { rows(); }
+    void what_changed_while_nobody_looked_is_seen_data() { rows_of_hidden_capabilities(); }
     void what_changed_while_nobody_looked_is_seen()
     {
         QFETCH(QStringList, hidden);
@@ -144,7 +122,7 @@ private slots:
 
     void a_cut_ends_the_walk_as_one_failure_and_the_next_goes_on()
     {
-        watched_box box;
+        watched_imap_box box;
         box.put_many(600);
         box.open();
         const auto target = box.inbox->add("Tessaly_Inbox");
@@ -170,7 +148,7 @@ private slots:
     void a_cut_while_moving_is_no_failure_of_what_moved()
     {
         for (const qint64 at : {900, 1000, 1050, 1100, 1150, 1200, 1300}) {
-            watched_box box;
+            watched_imap_box box;
             box.put_many(3);
             wire_options options;
             wire_fault cut;
@@ -198,7 +176,7 @@ private slots:
     void a_server_that_stalls_is_left_in_time()
     {
         for (const qint64 at : {0, 300, 1500}) {
-            watched_box box;
+            watched_imap_box box;
             box.put_many(3);
             wire_options options;
             wire_fault stall;
@@ -222,15 +200,6 @@ private slots:
             QCOMPARE(told.size(), 1);
             QVERIFY(since.elapsed() < 5000);
         }
-    }
-
-private:
-    void rows()
-    {
-        QTest::addColumn<QStringList>("hidden");
-        QTest::newRow("QRESYNC") << QStringList();
-        QTest::newRow("no QRESYNC") << QStringList{"QRESYNC"};
-        QTest::newRow("nothing of all that") << QStringList{"QRESYNC", "CONDSTORE", "ESEARCH", "ENABLE"};
     }
 };
 

@@ -85,6 +85,29 @@ int mode_of(const QString &path)
     return ::stat(QFile::encodeName(path).constData(), &found) == 0 ? int(found.st_mode & 07777) : 0;
 }
 
+mail::server server_at(int port, const QString &host = "mail.example.org")
+{
+    mail::server server;
+    server.host = host;
+    server.port = port;
+    server.user = "ann";
+    return server;
+}
+
+void remember(const QString &path, const QByteArray &mailbox, const QByteArray &key, const QString &subject)
+{
+    pop3::mail_memory memory(path, mailbox);
+    memory.keep(
+        key, {QString(), subject, QString(), QDateTime(QDate(2026, 3, 4), QTime(5, 6), Qt::UTC), QString(), QString()});
+    memory.commit();
+}
+
+QString subject_of(pop3::mail_memory &memory, const QByteArray &key)
+{
+    const auto facts = memory.facts(key);
+    return facts ? facts->subject : QString("(unknown)");
+}
+
 }
 
 Q_DECLARE_METATYPE(kind)
@@ -104,6 +127,12 @@ private slots:
     void only_the_owner_reads_it();
     void an_open_one_is_closed_to_others_data() { kinds(); }
     void an_open_one_is_closed_to_others();
+
+    void another_usual_port_leads_to_the_same_mails();
+    void another_port_leads_to_another_mailbox_data();
+    void another_port_leads_to_another_mailbox();
+    void what_was_remembered_with_the_port_is_taken_over();
+    void what_a_mailbox_knows_itself_is_not_taken_over();
 
 private:
     static void kinds()
@@ -245,6 +274,63 @@ void mail_memories_test::an_open_one_is_closed_to_others()
     QCOMPARE(mode_of(site.path() + "-wal"), 0600);
     QCOMPARE(mode_of(site.path() + "-shm"), 0600);
     ::umask(before);
+}
+
+void mail_memories_test::another_usual_port_leads_to_the_same_mails()
+{
+    const QByteArray plain = pop3::name_of_mailbox(server_at(110));
+    QCOMPARE(pop3::name_of_mailbox(server_at(995)), plain);
+    QCOMPARE(pop3::name_of_mailbox(server_at(0)), plain);
+    QCOMPARE(pop3::name_of_mailbox(server_at(995, " Mail.Example.ORG ")), plain);
+}
+
+void mail_memories_test::another_port_leads_to_another_mailbox_data()
+{
+    QTest::addColumn<int>("port");
+    QTest::addColumn<QString>("host");
+    QTest::newRow("the end of a tunnel") << 1110 << "mail.example.org";
+    QTest::newRow("the end of another tunnel") << 2110 << "mail.example.org";
+    QTest::newRow("another host") << 995 << "pop.example.org";
+}
+
+void mail_memories_test::another_port_leads_to_another_mailbox()
+{
+    QFETCH(int, port);
+    QFETCH(QString, host);
+    const QByteArray name = pop3::name_of_mailbox(server_at(port, host));
+    QVERIFY(name != pop3::name_of_mailbox(server_at(995)));
+    QVERIFY(name != pop3::name_of_mailbox(server_at(3110)));
+    if (host == "mail.example.org")
+        QCOMPARE(pop3::former_names_of_mailbox(server_at(port, host)), QByteArrayList());
+}
+
+void mail_memories_test::what_was_remembered_with_the_port_is_taken_over()
+{
+    const remembering site(kind::pop3);
+    remember(site.path(), "mail.example.org\n110\nann", "one", "of 110");
+    remember(site.path(), "mail.example.org\n995\nann", "two", "of 995");
+    remember(site.path(), "mail.example.org\n995\nbob", "three", "of another user");
+    for (int time = 1; time <= 2; ++time) { // the second time there is nothing left to take over
+        pop3::mail_memory memory(site.path(), pop3::name_of_mailbox(server_at(995)));
+        for (const QByteArray &former : pop3::former_names_of_mailbox(server_at(995)))
+            memory.take_over(former);
+        QCOMPARE(memory.keys(), (QSet<QByteArray>{"one", "two"}));
+        QCOMPARE(subject_of(memory, "one"), QString("of 110"));
+        QCOMPARE(subject_of(memory, "two"), QString("of 995"));
+        memory.commit();
+    }
+    pop3::mail_memory another(site.path(), "mail.example.org\n995\nbob");
+    QCOMPARE(subject_of(another, "three"), QString("of another user"));
+}
+
+void mail_memories_test::what_a_mailbox_knows_itself_is_not_taken_over()
+{
+    const remembering site(kind::pop3);
+    remember(site.path(), pop3::name_of_mailbox(server_at(110)), "one", "its own");
+    remember(site.path(), "mail.example.org\n110\nann", "one", "the former");
+    pop3::mail_memory memory(site.path(), pop3::name_of_mailbox(server_at(110)));
+    memory.take_over("mail.example.org\n110\nann");
+    QCOMPARE(subject_of(memory, "one"), QString("its own"));
 }
 
 QTEST_GUILESS_MAIN(mail_memories_test)

@@ -2,7 +2,7 @@
 #include "platform/network.h"
 #include "platform/passwords.h"
 #include "platform/settings.h"
-#include "support/open_keyring.h"
+#include "support/keyring_site.h"
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QFile>
@@ -13,15 +13,6 @@
 using passwords::of;
 using passwords::place;
 
-namespace {
-
-constexpr int usual_wait_ms = 5000;
-constexpr int short_wait_ms = 300; // where the keyring does not answer at all
-const QString old_word = "the old wording";
-const QString new_word = "a new wording";
-
-}
-
 class passwords_waiting_test : public QObject {
     Q_OBJECT
 private slots:
@@ -29,14 +20,7 @@ private slots:
     void initTestCase() { QVERIFY2(keyring_process() > 0, "gnome-keyring-daemon did not start"); }
     void cleanupTestCase() { kill(keyring_process(), SIGTERM); }
 
-    void init()
-    {
-        passwords::set_longest_wait(usual_wait_ms);
-        passwords::forget_remembered();
-        QFile::remove(QSettings("brenmoorbiz").fileName());
-        passwords::save(of::mailbox, "");
-        passwords::save(of::sending, "");
-    }
+    void init() { begin_without_passwords(); }
 
     void a_keyring_that_does_not_answer()
     {

@@ -1,5 +1,6 @@
 // A store's file takes the place of another one, or leaves everything as it was.
 #include "platform/store_file.h"
+#include "support/plain_files.h"
 #include "support/test_store.h"
 
 #include <QDir>
@@ -12,19 +13,6 @@
 #include <unistd.h>
 
 namespace {
-
-void write_file(const QString &path, const QByteArray &text)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size())
-        qFatal("cannot write %s", qPrintable(path));
-}
-
-QByteArray read_file(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(none)");
-}
 
 struct place {
     QTemporaryDir folder;
@@ -52,8 +40,8 @@ void store_file_test::the_first_bytes_tell_a_store_of_ours()
     test_store store;
     const place here;
     QVERIFY(store_file::is_of_ours(store.path()));
-    write_file(here.path("text"), QByteArray(4096, 'x'));
-    write_file(here.path("short"), "SQLite format 3");
+    put_file(here.path("text"), QByteArray(4096, 'x'));
+    put_file(here.path("short"), "SQLite format 3");
     QVERIFY(!store_file::is_of_ours(here.path("text")));
     QVERIFY(!store_file::is_of_ours(here.path("short")));
     QVERIFY(!store_file::is_of_ours(here.path("nothing")));
@@ -63,48 +51,48 @@ void store_file_test::the_first_bytes_tell_a_store_of_ours()
 void store_file_test::the_copy_becomes_the_store_and_the_store_is_kept()
 {
     const place here;
-    write_file(here.path("a.mdb"), "present");
-    write_file(here.path("a.mdb.new"), "chosen");
-    write_file(here.path("a.mdb-journal"), "its journal");
+    put_file(here.path("a.mdb"), "present");
+    put_file(here.path("a.mdb.new"), "chosen");
+    put_file(here.path("a.mdb-journal"), "its journal");
     store_file::take_place(here.path("a.mdb"), here.path("kept.mdb"));
-    QCOMPARE(read_file(here.path("a.mdb")), QByteArray("chosen"));
-    QCOMPARE(read_file(here.path("kept.mdb")), QByteArray("present"));
-    QCOMPARE(read_file(here.path("kept.mdb-journal")), QByteArray("its journal"));
+    QCOMPARE(bytes_in(here.path("a.mdb")), QByteArray("chosen"));
+    QCOMPARE(bytes_in(here.path("kept.mdb")), QByteArray("present"));
+    QCOMPARE(bytes_in(here.path("kept.mdb-journal")), QByteArray("its journal"));
     QCOMPARE(here.names(), (QStringList{"a.mdb", "kept.mdb", "kept.mdb-journal"}));
 }
 
 void store_file_test::a_kept_name_that_is_taken_leaves_all_as_it_was()
 {
     const place here;
-    write_file(here.path("a.mdb"), "present");
-    write_file(here.path("a.mdb.new"), "chosen");
-    write_file(here.path("kept.mdb"), "another");
+    put_file(here.path("a.mdb"), "present");
+    put_file(here.path("a.mdb.new"), "chosen");
+    put_file(here.path("kept.mdb"), "another");
     QCOMPARE(error_number_of([&] { store_file::take_place(here.path("a.mdb"), here.path("kept.mdb")); }), 58u);
-    QCOMPARE(read_file(here.path("a.mdb")), QByteArray("present"));
-    QCOMPARE(read_file(here.path("kept.mdb")), QByteArray("another"));
+    QCOMPARE(bytes_in(here.path("a.mdb")), QByteArray("present"));
+    QCOMPARE(bytes_in(here.path("kept.mdb")), QByteArray("another"));
 }
 
 void store_file_test::without_a_copy_all_stays_as_it_was()
 {
     const place here;
-    write_file(here.path("a.mdb"), "present");
-    write_file(here.path("a.mdb-wal"), "its log");
+    put_file(here.path("a.mdb"), "present");
+    put_file(here.path("a.mdb-wal"), "its log");
     QCOMPARE(error_number_of([&] { store_file::take_place(here.path("a.mdb"), here.path("kept.mdb")); }), 75u);
     QCOMPARE(here.names(), (QStringList{"a.mdb", "a.mdb-wal"}));
     // A side file that cannot be moved: all goes back.
-    write_file(here.path("a.mdb.new"), "chosen");
-    write_file(here.path("a.mdb-journal"), "its journal");
+    put_file(here.path("a.mdb.new"), "chosen");
+    put_file(here.path("a.mdb-journal"), "its journal");
     QVERIFY(QDir().mkpath(here.path("kept.mdb-wal/in the way")));
     QCOMPARE(error_number_of([&] { store_file::take_place(here.path("a.mdb"), here.path("kept.mdb")); }), 75u);
     QCOMPARE(here.names(), (QStringList{"a.mdb", "a.mdb-journal", "a.mdb-wal", "a.mdb.new"}));
-    QCOMPARE(read_file(here.path("a.mdb")), QByteArray("present"));
-    QCOMPARE(read_file(here.path("a.mdb-journal")), QByteArray("its journal"));
+    QCOMPARE(bytes_in(here.path("a.mdb")), QByteArray("present"));
+    QCOMPARE(bytes_in(here.path("a.mdb-journal")), QByteArray("its journal"));
 }
 
 void store_file_test::a_missing_store_is_simply_followed()
 {
     const place here;
-    write_file(here.path("a.mdb.new"), "chosen");
+    put_file(here.path("a.mdb.new"), "chosen");
     store_file::take_place(here.path("a.mdb"), here.path("kept.mdb"));
     QCOMPARE(here.names(), QStringList{"a.mdb"});
 }
@@ -113,7 +101,7 @@ void store_file_test::a_full_disk_leaves_nothing_beside()
 {
     test_store chosen;
     const place here;
-    write_file(here.path("a.mdb"), "present");
+    put_file(here.path("a.mdb"), "present");
     chosen.connection().barrier();
     const pid_t child = fork();
     if (child == 0) {
@@ -131,7 +119,7 @@ void store_file_test::a_full_disk_leaves_nothing_beside()
 void store_file_test::what_cannot_be_read_is_told()
 {
     const place here;
-    write_file(here.path("a.mdb"), "present");
+    put_file(here.path("a.mdb"), "present");
     QCOMPARE(error_number_of([&] { store_file::lay_copy_beside(here.path("no.mdb"), here.path("a.mdb"), {}); }), 53u);
     QCOMPARE(store_file::lay_copy_beside(here.folder.path(), here.path("a.mdb"), {}),
              QString("it is no store of Tessaly"));
@@ -142,9 +130,9 @@ void store_file_test::a_copy_that_a_kill_left_is_replaced()
 {
     test_store chosen;
     const place here;
-    write_file(here.path("a.mdb"), "present");
-    write_file(here.path("a.mdb.new"), QByteArray(1000000, 'x'));
-    write_file(here.path("a.mdb.new-journal"), "of the killed one");
+    put_file(here.path("a.mdb"), "present");
+    put_file(here.path("a.mdb.new"), QByteArray(1000000, 'x'));
+    put_file(here.path("a.mdb.new-journal"), "of the killed one");
     chosen.connection().barrier();
     QCOMPARE(store_file::lay_copy_beside(chosen.path(), here.path("a.mdb"), {"install_tbl"}), QString());
     QCOMPARE(here.names(), (QStringList{"a.mdb", "a.mdb.new"}));

@@ -130,7 +130,7 @@ private slots:
         click_row(control<list_view>(screen, "LV_sub"), 1);
         QVERIFY(!why.isVisible());
         click_row(control<list_view>(screen, "LV_sub"), 0);
-        control<QToolButton>(screen, "sitm").click();
+        control<QToolButton>(screen, "sentitems_b").click();
         click_row(control<list_view>(screen, "LV_sub_si"), 0);
         QVERIFY(!why.isVisible());
     }
@@ -173,8 +173,8 @@ private slots:
         QCOMPARE(screen.windowTitle(), "Tessaly - Inbox");
         QCOMPARE(heads("LV_sub"), (QStringList{"From", "Subject", "Received"}));
         QCOMPARE(heads("LV_sub_si"), (QStringList{"To", "Subject", "Sent"}));
-        QCOMPARE(control<QToolButton>(screen, "inb").text(), "Inbox");
-        QCOMPARE(control<QToolButton>(screen, "sitm").text(), "Sent Item");
+        QCOMPARE(control<QToolButton>(screen, "inbox_b").text(), "Inbox");
+        QCOMPARE(control<QToolButton>(screen, "sentitems_b").text(), "Sent Item");
     }
 
     void the_mails_of_all_accounts_are_listed()
@@ -294,9 +294,9 @@ private slots:
         store_mail(site, "orders", "bob@mail.example", "Other", "8/6/2026 9:00:00 AM");
         mailfrm &screen = stored_mails_shown();
         const auto &list = control<list_view>(screen, "LV_sub");
-        QTest::keyClicks(&control<QLineEdit>(screen, "search_t"), "ROS");
+        QTest::keyClicks(&control<QLineEdit>(screen, "Insearch_t"), "ROS");
         QCOMPARE(column_texts(list, 1), (QStringList{"Roses", "Order"}));
-        control<QLineEdit>(screen, "search_t").clear();
+        control<QLineEdit>(screen, "Insearch_t").clear();
         QCOMPARE(list.model()->rowCount(), 3);
     }
 
@@ -308,7 +308,7 @@ private slots:
                        "tsl_sentmailid) values('cat@mail.example','Thanks','8/7/2026 10:00:00 AM','Body of it',"
                        "'orders','orders@shop.example')");
         mailfrm &screen = stored_mails_shown();
-        QTest::mouseClick(&control<QToolButton>(screen, "sitm"), Qt::LeftButton);
+        QTest::mouseClick(&control<QToolButton>(screen, "sentitems_b"), Qt::LeftButton);
         auto &list = control<list_view>(screen, "LV_sub_si");
         QVERIFY(control<QFrame>(screen, "sentitems_fr").isVisible());
         QVERIFY(!control<QFrame>(screen, "inbox_fr").isVisible());
@@ -318,7 +318,7 @@ private slots:
         QCOMPARE(control<QLabel>(screen, "lbl_from").text(),
                  "To:  cat@mail.example\nSub:   Thanks\nDate:  8/7/2026 10:00:00 AM");
         QCOMPARE(control<QPlainTextEdit>(screen, "txt_body").toPlainText(), "Body of it");
-        QTest::mouseClick(&control<QToolButton>(screen, "inb"), Qt::LeftButton);
+        QTest::mouseClick(&control<QToolButton>(screen, "inbox_b"), Qt::LeftButton);
         QVERIFY(control<QFrame>(screen, "inbox_fr").isVisible());
     }
 
@@ -391,7 +391,7 @@ private slots:
     {
         screens_site site;
         site.store.add_account("orders", "orders@shop.example");
-        auto &search = control<QLineEdit>(stored_mails_shown(), "search_t");
+        auto &search = control<QLineEdit>(stored_mails_shown(), "Insearch_t");
         search.setText("roses");
         QTest::keyClick(&search, Qt::Key_Escape);
         QVERIFY(is_loaded<mailfrm>());

@@ -1,10 +1,9 @@
 // Loaded into a driver by LD_PRELOAD: counts the calls that change something on disk, and at a given one of them
 // either ends the process as kill -9 does, or begins to answer that the disk is full.
-//   DISK_SHIM_CALLS  which calls count: "writes" (pwrite, write, fsync, ftruncate) or "renames" (rename, unlink, mkdir)
-//   DISK_SHIM_KILL   the number, from 1, before which the process is killed
-//   DISK_SHIM_FULL   the number from which on writing fails for want of space
-//   DISK_SHIM_ONLY   a part of the path that a written file must have for DISK_SHIM_FULL; none: every file
-//   DISK_SHIM_COUNT  a file into which the count is put
+//   DISK_SHIM_CALLS  which calls count: "writes" (pwrite, write, fsync, ftruncate) or "renames" (rename, link, unlink,
+//   unlinkat, mkdir, rmdir) DISK_SHIM_KILL   the number, from 1, before which the process is killed DISK_SHIM_FULL the
+//   number from which on writing fails for want of space DISK_SHIM_ONLY   a part of the path that a written file must
+//   have for DISK_SHIM_FULL; none: every file DISK_SHIM_COUNT  a file into which the count is put
 // Only files count; pipes and terminals do not.
 #include <cerrno>
 #include <csignal>
@@ -174,6 +173,24 @@ int unlink(const char *path) noexcept
 {
     before_rename();
     return real<int(const char *)>("unlink")(path);
+}
+
+int link(const char *from, const char *to) noexcept
+{
+    before_rename();
+    return real<int(const char *, const char *)>("link")(from, to);
+}
+
+int unlinkat(int folder, const char *path, int flags) noexcept
+{
+    before_rename();
+    return real<int(int, const char *, int)>("unlinkat")(folder, path, flags);
+}
+
+int rmdir(const char *path) noexcept
+{
+    before_rename();
+    return real<int(const char *)>("rmdir")(path);
 }
 
 int mkdir(const char *path, mode_t mode) noexcept

@@ -13,12 +13,34 @@ bool is_there(const QString &path)
     return found.exists() || found.isSymLink();
 }
 
-QString free_name(const QString &path)
+// Only for as long as the exchange lasts: whoever finds it later knows that it was broken off.
+const QString aside_for_now = QStringLiteral(".put aside by Tessaly");
+const QString aside_for_good = QStringLiteral(".former");
+
+QString free_name(const QString &path, const QString &ending)
 {
-    QString name = path + ".former";
+    QString name = path + ending;
     for (int number = 2; is_there(name); ++number)
-        name = path + ".former " + QString::number(number);
+        name = path + ending + u' ' + QString::number(number);
     return name;
+}
+
+QStringList left_aside(const QString &place)
+{
+    const QFileInfo told(place);
+    const QString start = told.fileName() + aside_for_now;
+    QStringList found;
+    for (const QString &name :
+         QDir(told.path()).entryList({start + u'*'}, QDir::AllEntries | QDir::Hidden | QDir::System, QDir::Name))
+        if (name == start || name.startsWith(start + u' '))
+            found += told.path() + u'/' + name;
+    return found;
+}
+
+// An empty folder is what the exchange made; it goes. Anything else stays.
+bool is_free(const QString &place)
+{
+    return !is_there(place) || (!QFileInfo(place).isSymLink() && QDir().rmdir(place));
 }
 
 }
@@ -42,7 +64,7 @@ void folder_exchange::put_aside(const QString &name)
     const QString place = path_of(name);
     if (!is_there(place))
         return;
-    const QString aside = free_name(place);
+    const QString aside = free_name(place, aside_for_now);
     Move(place, aside);
     former.push_back({place, aside});
 }
@@ -64,10 +86,23 @@ QStringList folder_exchange::finish()
         try {
             FolderExists(each.aside) ? DeleteFolder(each.aside) : DeleteFile(each.aside);
         } catch (const run_time_error &) {
-            left += each.aside; // the new folders stand, and are used
+            const QString name = free_name(each.place, aside_for_good); // the new folders stand, and are used
+            left += QDir().rename(each.aside, name) ? name : each.aside;
         }
     }
     former.clear();
     made.clear();
+    return left;
+}
+
+QStringList folder_exchange::bring_back(const QString &folder, const QStringList &names)
+{
+    QStringList left;
+    for (const QString &name : names) {
+        const QString place = folder_exchange(folder).path_of(name);
+        for (const QString &aside : left_aside(place))
+            if (!is_free(place) || !QDir().rename(aside, place))
+                left += aside;
+    }
     return left;
 }

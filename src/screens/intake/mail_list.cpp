@@ -34,6 +34,19 @@ void mail_list::set_filter(const QString &words)
     endResetModel();
 }
 
+void mail_list::take_away(const std::vector<int> &rows)
+{
+    std::vector<bool> goes(lines.size());
+    for (const int row : rows)
+        goes[line_at(row)] = true;
+    std::vector<intake::mail_line> left;
+    left.reserve(lines.size() - rows.size());
+    for (size_t number = 0; number < lines.size(); ++number)
+        if (!goes[number])
+            left.push_back(std::move(lines[number]));
+    set_lines(std::move(left));
+}
+
 std::vector<int> mail_list::lines_to_show() const
 {
     std::vector<int> wanted;

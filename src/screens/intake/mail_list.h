@@ -12,7 +12,9 @@ public:
 
     void set_lines(std::vector<intake::mail_line> lines); // keeps the sorting and the filter
     void set_filter(const QString &words);                // in sender or subject, case-blind; "" shows all
+    void take_away(const std::vector<int> &rows);         // for good, all at once
     const intake::mail_line &line(int row) const { return lines[line_at(row)]; }
+    size_t line_number(int row) const { return line_at(row); }       // stays, however it is sorted and filtered
     qsizetype line_count() const { return qsizetype(lines.size()); } // without the filter
 
     QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;

@@ -16,7 +16,7 @@
 #include "platform/outside_effects.h"
 #include "screens/frame/closing.h"
 #include "screens/icons.h"
-#include "screens/intake/mail_list.h"
+#include "screens/intake/listed_mails.h"
 #include "ui_mailfrm.h"
 
 #include <QKeyEvent>
@@ -27,93 +27,29 @@ const char *const empty_inbox = "No mail is stored yet.\nChoose Mail > Fetch Mai
                                 "accounts from your Inbox.";
 const char *const empty_sent = "Nothing was sent yet.\nEvery mail that the program sends is listed here.";
 const char *const cancelled_line = "Fetching was cancelled. The mails stored so far are shown.";
-const char *const nothing_found = "No mail matches the search.\nEmpty the search box to see all mails again.";
-
-// Mail is hostile: a text of many megabytes would stop the program for as long as it is laid out.
-QString shown_text(const QString &body)
-{
-    constexpr qsizetype most_shown = 300000;
-    if (body.size() <= most_shown)
-        return body;
-    return left(body, most_shown) + "\n\n(The text is longer than what is shown here.)";
-}
-
-// A head line: what came by mail must neither fill the screen nor look like a line of its own.
-QString shown_head(QString text)
-{
-    constexpr qsizetype most_shown = 160;
-    for (QChar &letter : text)
-        if (letter.isSpace())
-            letter = u' ';
-    return text.size() <= most_shown ? text : left(text, most_shown) + " ...";
-}
-
-QString why_not_text(const std::vector<intake::fit_reason> &reasons)
-{
-    if (reasons.empty())
-        return "No map was made for this account yet. Mail > Mail Mapping Wizard makes one from a mail such as this.";
-    QStringList lines;
-    for (const intake::fit_reason &each : reasons)
-        lines += each.map + ": " + (each.reason.isEmpty() ? "it fits, and is taken at the next fetch." : each.reason);
-    return lines.join(u'\n');
-}
-
-// As high as its lines, up to five of them.
-void fit_height(QPlainTextEdit &box)
-{
-    const int lines = qBound(1, box.document()->blockCount(), 5);
-    const int margins = int(2 * box.document()->documentMargin()) + 2 * box.frameWidth();
-    box.setFixedHeight(lines * box.fontMetrics().lineSpacing() + margins);
-}
-
-// The line whose mail is read: the one with the keyboard's frame, else the first of the selected ones.
-QModelIndex selected_line(const list_view &view)
-{
-    const QModelIndexList rows = view.selectionModel()->selectedRows();
-    if (rows.isEmpty() || view.selectionModel()->isRowSelected(view.currentIndex().row()))
-        return rows.isEmpty() ? QModelIndex() : view.currentIndex();
-    return rows.first();
-}
 
 }
 
-mailfrm::mailfrm(QWidget *parent)
-    : screen(parent),
-      ui(std::make_unique<Ui::mailfrm>()),
-      inbox_rows(new mail_list({"From", "Subject", "Received"}, this)),
-      sent_rows(new mail_list({"To", "Subject", "Sent"}, this))
+mailfrm::mailfrm(QWidget *parent) : screen(parent), ui(std::make_unique<Ui::mailfrm>())
 {
     ui->setupUi(this);
     setWindowIcon(drawn_icon("mauditor_mnu"));
-    ui->inb->setIcon(drawn_icon("inbox"));
-    ui->sitm->setIcon(drawn_icon("sent"));
+    ui->inbox_b->setIcon(drawn_icon("inbox"));
+    ui->sentitems_b->setIcon(drawn_icon("sent"));
     ui->qt_splitter->setStretchFactor(0, 3);
     ui->qt_splitter->setStretchFactor(1, 2);
-    set_up_lists();
-    show_no_mail();
+    inbox = new listed_mails(
+        {*ui->LV_sub, *ui->Insearch_t, {"From", "Subject", "Received"}, "mailfrm.LV_sub", empty_inbox}, this);
+    sent = new listed_mails(
+        {*ui->LV_sub_si, *ui->Ssearch_t, {"To", "Subject", "Sent"}, "mailfrm.LV_sub_si", empty_sent}, this);
 
-    connect(ui->LV_sub->selectionModel(), &QItemSelectionModel::selectionChanged, this, &mailfrm::LV_sub_Click);
-    connect(ui->LV_sub_si->selectionModel(), &QItemSelectionModel::selectionChanged, this, &mailfrm::LV_sub_si_Click);
-    connect(ui->inb, &QToolButton::clicked, this, &mailfrm::inb_Click);
-    connect(ui->sitm, &QToolButton::clicked, this, &mailfrm::sitm_Click);
-    connect(ui->search_t, &QLineEdit::textChanged, this, &mailfrm::search_t_Change);
+    connect(inbox, &listed_mails::selection_changed, this, &mailfrm::LV_sub_Click);
+    connect(sent, &listed_mails::selection_changed, this, &mailfrm::LV_sub_si_Click);
+    connect(ui->inbox_b, &QToolButton::clicked, this, &mailfrm::inb_Click);
+    connect(ui->sentitems_b, &QToolButton::clicked, this, &mailfrm::sitm_Click);
 }
 
 mailfrm::~mailfrm() = default;
-
-void mailfrm::set_up_lists()
-{
-    set_up_list(*ui->LV_sub, *inbox_rows, "mailfrm.LV_sub");
-    set_up_list(*ui->LV_sub_si, *sent_rows, "mailfrm.LV_sub_si");
-    ui->LV_sub->set_empty_text(empty_inbox);
-    ui->LV_sub_si->set_empty_text(empty_sent);
-}
-
-void mailfrm::set_up_list(list_view &view, mail_list &rows, const QString &name)
-{
-    view.setModel(&rows);
-    view.remember_columns(name, {240, 400, 170});
-}
 
 void mailfrm::Load()
 {
@@ -188,8 +124,7 @@ void mailfrm::fetch_and_parse()
 
 void mailfrm::fetch_mail()
 {
-    inbox_rows->set_lines({});
-    show_no_mail();
+    inbox->set_lines({});
     intake::fetch_mail();
     ui->Label3->setText(intake::fetch_summary());
     if (intake::fetch_was_cancelled())
@@ -198,14 +133,14 @@ void mailfrm::fetch_mail()
 
 void mailfrm::store_lvindex()
 {
-    inbox_rows->set_lines({});
+    inbox->set_lines({});
 }
 
 void mailfrm::showmails_from_database()
 {
     open_store_if_closed();
     int left_out = 0;
-    inbox_rows->set_lines(intake::stored_mail_lines(left_out));
+    inbox->set_lines(intake::stored_mail_lines(left_out));
     if (left_out > 0)
         status_line("The mails of " + QString::number(left_out) + " account(s) cannot be shown.");
 }
@@ -213,53 +148,46 @@ void mailfrm::showmails_from_database()
 void mailfrm::populate_sentitems_tbl()
 {
     open_store_if_closed();
-    sent_rows->set_lines(intake::sent_mail_lines());
+    show_sent_mails(intake::sent_mail_lines());
 }
 
-void mailfrm::show_no_mail()
+void mailfrm::show_sent_mails(std::vector<intake::mail_line> lines)
 {
-    ui->lbl_from->clear();
-    ui->why_fr->hide();
-    ui->txt_body->clear();
+    sent->set_lines(std::move(lines));
 }
 
-void mailfrm::show_mail(const intake::mail_text &mail, const QString &who_caption)
+bool mailfrm::shows_sent_items() const
 {
-    ui->lbl_from->setText(who_caption + shown_head(mail.who) + "\nSub:   " + shown_head(mail.subject) +
-                          "\nDate:  " + mail.date);
-    ui->txt_body->setPlainText(shown_text(mail.body));
-}
-
-void mailfrm::show_why_not(const intake::mail_line &line)
-{
-    ui->why_t->setPlainText(why_not_text(intake::fit_reasons(line.table, line.id)));
-    fit_height(*ui->why_t);
-    ui->why_fr->show();
+    return ui->qt_views->currentWidget() == ui->sentitems_fr;
 }
 
 void mailfrm::LV_sub_Click()
 {
-    show_no_mail();
-    const QModelIndex current = selected_line(*ui->LV_sub);
-    if (!current.isValid())
+    if (shows_sent_items()) // its list is being filled behind the other one
+        return;
+    ui->reading_fr->show_no_mail();
+    const std::optional<int> row = inbox->row_to_read();
+    if (!row)
         return;
     guarded("Mailfrm.frm", "LV_sub", [&] {
-        const intake::mail_line &line = inbox_rows->line(current.row());
+        const intake::mail_line &line = inbox->line(*row);
         const intake::mail_text mail = intake::stored_mail_text(line);
-        show_mail(mail, "From:  ");
+        ui->reading_fr->show_mail(mail, "From:  ");
         if (mail.unprocessed)
-            show_why_not(line);
+            ui->reading_fr->show_why_not(intake::fit_reasons(line.table, line.id));
     });
 }
 
 void mailfrm::LV_sub_si_Click()
 {
-    show_no_mail();
-    const QModelIndex current = selected_line(*ui->LV_sub_si);
-    if (!current.isValid())
+    if (!shows_sent_items())
+        return;
+    ui->reading_fr->show_no_mail();
+    const std::optional<int> row = sent->row_to_read();
+    if (!row)
         return;
     guarded("Mailfrm.frm", "LV_sub_si",
-            [&] { show_mail(intake::sent_mail_text(sent_rows->line(current.row())), "To:  "); });
+            [&] { ui->reading_fr->show_mail(intake::sent_mail_text(sent->line(*row)), "To:  "); });
 }
 
 void mailfrm::inb_Click()
@@ -275,22 +203,12 @@ void mailfrm::sitm_Click()
     LV_sub_si_Click();
 }
 
-void mailfrm::search_t_Change(const QString &words)
-{
-    inbox_rows->set_filter(words);
-    sent_rows->set_filter(words);
-    show_no_mail();
-    ui->LV_sub->set_empty_text(inbox_rows->line_count() > 0 ? nothing_found : empty_inbox);
-    ui->LV_sub_si->set_empty_text(sent_rows->line_count() > 0 ? nothing_found : empty_sent);
-}
-
 // Escape leaves the search first, then the screen.
 void mailfrm::keyPressEvent(QKeyEvent *event)
 {
-    if (event->key() != Qt::Key_Escape || ui->search_t->text().isEmpty())
-        return screen::keyPressEvent(event);
-    ui->search_t->clear();
-    (ui->sitm->isChecked() ? ui->LV_sub_si : ui->LV_sub)->setFocus();
+    if (event->key() == Qt::Key_Escape && (shows_sent_items() ? sent : inbox)->leave_search())
+        return;
+    screen::keyPressEvent(event);
 }
 
 QSize mailfrm::sizeHint() const

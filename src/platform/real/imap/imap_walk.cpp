@@ -91,12 +91,10 @@ void walk::tell_unreadable(const std::vector<quint32> &uids)
 
 bool walk::raise_next_failure()
 {
-    if (!unreadable.empty()) {
-        const run_time_error failure = unreadable.front();
-        unreadable.pop_front();
-        throw run_time_error(failure);
-    }
-    if (const auto failure = moves->take_next_failure())
+    auto failure = unreadable.take_next();
+    if (!failure)
+        failure = moves->take_next_failure();
+    if (failure)
         throw *failure;
     return false;
 }

@@ -28,8 +28,8 @@ private:
     bool moves_may_run = false;        // behind the end of the walk
     std::optional<run_time_error> cut; // what ended the walk before its end
     std::unique_ptr<outlook::MailItem> current;
-    std::deque<run_time_error> unreadable; // not raised yet
-    int told = 0;                          // of this walk
+    failure_queue unreadable; // not raised yet
+    int told = 0;             // of this walk
 };
 
 }

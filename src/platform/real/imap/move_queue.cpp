@@ -241,13 +241,4 @@ bool move_queue::is_some_left(const some &moves) const
            std::any_of(moves->uids.begin(), moves->uids.end(), [this](quint32 uid) { return box->list.find(uid); });
 }
 
-std::optional<run_time_error> move_queue::take_next_failure()
-{
-    if (failures.empty())
-        return std::nullopt;
-    const run_time_error next = failures.front();
-    failures.pop_front();
-    return next;
-}
-
 }

@@ -1,5 +1,6 @@
 // Moves that were asked for and are done later, in ranges, after a commit of what the store was given.
 #pragma once
+#include "platform/real/failure_queue.h"
 #include "platform/real/imap/mailbox.h"
 
 namespace imap {
@@ -24,7 +25,7 @@ public:
     // told: the failure that ended the walk, if one did; it is not told a second time.
     void finish(const std::optional<run_time_error> &told = {});
 
-    std::optional<run_time_error> take_next_failure();
+    std::optional<run_time_error> take_next_failure() { return failures.take_next(); }
 
 private:
     struct batch {
@@ -63,7 +64,7 @@ private:
     quint64 times_lost_before = 0; // as the first of those waiting was asked for
     quint32 validity = 0;          // of the UIDs of those waiting
     std::vector<some> under_way;
-    std::deque<run_time_error> failures;
+    failure_queue failures;
 };
 
 }

@@ -66,8 +66,9 @@ bool journal_belongs(const QByteArray &header, QFile &journal)
     const QByteArray before = first_page_in(journal, number_at(start, 20), page_size_of(header));
     if (before.size() == header_size)
         return number_at(header, counter_at) - number_at(before, counter_at) <= 1;
-    const bool is_counted = number_at(header, counter_at) == number_at(header, version_valid_for_at);
-    return !is_counted || number_at(header, pages_at) == pages_before;
+    const quint32 pages = number_at(header, pages_at);
+    const bool is_counted = pages > 0 && number_at(header, counter_at) == number_at(header, version_valid_for_at);
+    return !is_counted || pages == pages_before;
 }
 
 bool log_belongs(const QByteArray &header, QFile &log)

@@ -123,13 +123,4 @@ void move_queue::make_durable()
         sync_folder(folder);
 }
 
-std::optional<run_time_error> move_queue::take_next_failure()
-{
-    if (failures.empty())
-        return std::nullopt;
-    const run_time_error next = failures.front();
-    failures.pop_front();
-    return next;
-}
-
 }

@@ -1,9 +1,7 @@
 // Moves that were asked for and are done later, in one go, after a commit of what the store was given.
 #pragma once
-#include "platform/run_time_error.h"
+#include "platform/real/failure_queue.h"
 #include <QByteArray>
-#include <deque>
-#include <optional>
 #include <vector>
 
 namespace maildir {
@@ -22,7 +20,7 @@ public:
     // What finish did is on disk, too. A rename that a power cut undoes only leaves a mail in the Inbox once more.
     void make_durable();
 
-    std::optional<run_time_error> take_next_failure();
+    std::optional<run_time_error> take_next_failure() { return failures.take_next(); }
 
 private:
     struct wanted_move {
@@ -34,7 +32,7 @@ private:
     std::vector<wanted_move> waiting;
     quint64 times_lost_before = 0; // as the first of those waiting was asked for
     std::vector<QByteArray> touched_folders;
-    std::deque<run_time_error> failures;
+    failure_queue failures;
 };
 
 }

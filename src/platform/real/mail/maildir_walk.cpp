@@ -115,12 +115,10 @@ std::unique_ptr<outlook::MailItem> walk::item_at(listed_mail &mail)
 
 bool walk::raise_next_failure()
 {
-    if (!unreadable.empty()) {
-        const run_time_error failure = unreadable.front();
-        unreadable.pop_front();
-        throw run_time_error(failure);
-    }
-    if (const auto failure = moves->take_next_failure())
+    auto failure = unreadable.take_next();
+    if (!failure)
+        failure = moves->take_next_failure();
+    if (failure)
         throw *failure;
     return false;
 }

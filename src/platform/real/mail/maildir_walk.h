@@ -3,7 +3,6 @@
 #include "platform/mail_client.h"
 #include "platform/real/mail/maildir_listing.h"
 #include "platform/real/mail/maildir_moves.h"
-#include <deque>
 
 namespace maildir {
 
@@ -29,8 +28,8 @@ private:
     size_t next = 0;
     outlook::wanted_mails wanted;
     std::unique_ptr<outlook::MailItem> current;
-    std::deque<run_time_error> unreadable; // not raised yet
-    int told = 0;                          // of this walk
+    failure_queue unreadable; // not raised yet
+    int told = 0;             // of this walk
 };
 
 }

@@ -20,12 +20,6 @@ constexpr qint64 seconds_between_logins = 60;
 // "Device I/O error": a failure of the network would end the whole fetch.
 constexpr quint32 of_one_mail = 57;
 
-QByteArray name_of_mailbox(const mail::client_settings &settings)
-{
-    const mail::server &server = settings.incoming;
-    return (server.host.trimmed().toLower() + u'\n' + QString::number(server.port) + u'\n' + server.user).toUtf8();
-}
-
 QByteArray command(const char *verb, const listed_mail &mail)
 {
     return verb + QByteArray::number(mail.number);
@@ -37,9 +31,11 @@ mailbox::mailbox(const mail::client_settings &from, const net::patience &how_lon
     : settings(from),
       patience(how_long),
       remembered(of_process),
-      name(name_of_mailbox(from)),
+      name(name_of_mailbox(from.incoming)),
       kept(app_path(u"\\pop3memory.sqlite"), name)
 {
+    for (const QByteArray &former : former_names_of_mailbox(from.incoming))
+        kept.take_over(former);
     if (last_listing_will_do()) {
         mails = remembered.mails;
     } else {

@@ -1,6 +1,7 @@
 #include "platform/real/mail_session/pop3_memory.h"
 #include "platform/real/loseable_file.h"
 #include <QFile>
+#include <algorithm>
 #include <map>
 #include <sqlite3.h>
 
@@ -23,12 +24,35 @@ const QDateTime beginning(QDate(1970, 1, 1), QTime(0, 0), Qt::UTC);
 
 using values = QList<QByteArray>;
 
+constexpr int usual_ports[] = {0, 110, 995}; // 0 is one of the others, by the kind of encryption
+
+QByteArray name_with(const QByteArray &port, const mail::server &server)
+{
+    return server.host.trimmed().toLower().toUtf8() + '\n' + port + '\n' + server.user.toUtf8();
+}
+
 QByteArray blob(sqlite3_stmt *row, int column)
 {
     const auto *bytes = static_cast<const char *>(sqlite3_column_blob(row, column));
     return bytes ? QByteArray(bytes, sqlite3_column_bytes(row, column)) : QByteArray();
 }
 
+}
+
+QByteArray name_of_mailbox(const mail::server &server)
+{
+    const bool is_usual =
+        std::find(std::begin(usual_ports), std::end(usual_ports), server.port) != std::end(usual_ports);
+    return name_with(is_usual ? QByteArray() : QByteArray::number(server.port), server);
+}
+
+QByteArrayList former_names_of_mailbox(const mail::server &server)
+{
+    QByteArrayList names;
+    if (name_of_mailbox(server) == name_with({}, server))
+        for (const int port : usual_ports)
+            names += name_with(QByteArray::number(port), server);
+    return names;
 }
 
 struct mail_memory::file {
@@ -163,6 +187,12 @@ mail_memory::mail_memory(const QString &path, const QByteArray &mailbox) : self(
 }
 
 mail_memory::~mail_memory() = default;
+
+void mail_memory::take_over(const QByteArray &former_name)
+{
+    self->run("update or ignore mail set mailbox=? where mailbox=?", {self->mailbox, former_name});
+    self->run("delete from mail where mailbox=?", {former_name});
+}
 
 QSet<QByteArray> mail_memory::keys()
 {

@@ -2,12 +2,20 @@
 // deleted or damaged at any time: it is then made anew. Where it is locked, cannot be written or cannot be made, it
 // stays as it is and a nameless one serves this fetch. Nothing here fails.
 #pragma once
+#include "platform/mail_settings.h"
 #include "platform/real/mail_session/mailbox.h"
+#include <QByteArrayList>
 #include <QSet>
 #include <memory>
 #include <optional>
 
 namespace pop3 {
+
+// Behind the usual ports of a server, with encryption and without, lie the same mails. Any other port may lead to
+// another server of the same name, such as the end of a tunnel on this computer.
+QByteArray name_of_mailbox(const mail::server &server);
+// The names with a usual port in them, under which mails were remembered once.
+QByteArrayList former_names_of_mailbox(const mail::server &server);
 
 class mail_memory {
 public:
@@ -16,6 +24,8 @@ public:
     mail_memory(const mail_memory &) = delete;
     mail_memory &operator=(const mail_memory &) = delete;
 
+    // What is remembered under the former name is that of this mailbox from now on, where it has nothing of its own.
+    void take_over(const QByteArray &former_name);
     QSet<QByteArray> keys();
     void keep(const QByteArray &key, const reading::mail_facts &facts);
     std::optional<reading::mail_facts> facts(const QByteArray &key);

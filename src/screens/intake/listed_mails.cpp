@@ -1,0 +1,126 @@
+#include "screens/intake/listed_mails.h"
+#include "screens/intake/mail_list.h"
+#include "screens/list_view.h"
+
+#include <QLineEdit>
+#include <algorithm>
+
+namespace {
+
+const char *const nothing_found = "No mail matches the search.\nEmpty the search box to see all mails again.";
+
+}
+
+listed_mails::listed_mails(const description &what, QObject *parent)
+    : QObject(parent),
+      view(what.view),
+      search(what.search),
+      empty_text(what.empty_text),
+      rows(new mail_list(what.heads, this))
+{
+    view.setModel(rows);
+    view.remember_columns(what.memory_name, {240, 400, 170});
+    show_empty_text();
+    connect(view.selectionModel(), &QItemSelectionModel::selectionChanged, this, &listed_mails::selection_changed);
+    connect(&search, &QLineEdit::textChanged, this, &listed_mails::search_Change);
+}
+
+void listed_mails::set_lines(std::vector<intake::mail_line> lines)
+{
+    rows->set_lines(std::move(lines));
+    show_empty_text();
+    emit selection_changed();
+}
+
+// The keyboard goes on where it was; nothing is selected, so that a second Delete takes nothing that nobody chose.
+void listed_mails::take_away(const std::vector<int> &shown_rows)
+{
+    const int first = shown_rows.empty() ? -1 : *std::min_element(shown_rows.begin(), shown_rows.end());
+    rows->take_away(shown_rows);
+    show_empty_text();
+    if (first >= 0 && rows->rowCount() > 0)
+        view.selectionModel()->setCurrentIndex(rows->index(std::min(first, rows->rowCount() - 1), 0),
+                                               QItemSelectionModel::NoUpdate);
+    emit selection_changed();
+}
+
+void listed_mails::search_Change(const QString &words)
+{
+    const std::vector<bool> selected = selected_lines();
+    rows->set_filter(words);
+    show_empty_text();
+    select_lines(selected);
+    emit selection_changed();
+}
+
+void listed_mails::show_empty_text()
+{
+    view.set_empty_text(rows->line_count() > 0 ? QString(nothing_found) : empty_text);
+}
+
+std::vector<int> listed_mails::selected_rows() const
+{
+    std::vector<int> selected;
+    for (const QItemSelectionRange &range : view.selectionModel()->selection())
+        for (int row = range.top(); row <= range.bottom(); ++row)
+            selected.push_back(row);
+    std::sort(selected.begin(), selected.end());
+    selected.erase(std::unique(selected.begin(), selected.end()), selected.end());
+    return selected;
+}
+
+const intake::mail_line &listed_mails::line(int row) const
+{
+    return rows->line(row);
+}
+
+std::optional<int> listed_mails::row_to_read() const
+{
+    const std::vector<int> selected = selected_rows();
+    if (selected.empty())
+        return {};
+    const int current = view.currentIndex().row();
+    return std::binary_search(selected.begin(), selected.end(), current) ? current : selected.front();
+}
+
+std::vector<bool> listed_mails::selected_lines() const
+{
+    std::vector<bool> selected(size_t(rows->line_count()));
+    for (const int row : selected_rows())
+        selected[rows->line_number(row)] = true;
+    return selected;
+}
+
+// In as few pieces as they have: thousands of them would take seconds.
+void listed_mails::select_lines(const std::vector<bool> &wanted)
+{
+    QItemSelection again;
+    for (int row = 0; row < rows->rowCount(); ++row) {
+        const int first = row;
+        while (row < rows->rowCount() && wanted[rows->line_number(row)])
+            ++row;
+        if (row > first)
+            again.append({rows->index(first, 0), rows->index(row - 1, rows->columnCount() - 1)});
+    }
+    if (!again.isEmpty())
+        view.selectionModel()->select(again, QItemSelectionModel::ClearAndSelect);
+}
+
+bool listed_mails::leave_search()
+{
+    if (search.text().isEmpty())
+        return false;
+    search.clear();
+    take_focus();
+    return true;
+}
+
+void listed_mails::take_focus()
+{
+    view.setFocus();
+}
+
+bool listed_mails::has_focus() const
+{
+    return view.hasFocus();
+}
