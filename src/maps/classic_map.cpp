@@ -1,6 +1,7 @@
 #include "maps/classic_map.h"
 #include "frame/checks.h"
 #include "frame/text.h"
+#include "maps/map_wizard.h"
 
 namespace maps {
 
