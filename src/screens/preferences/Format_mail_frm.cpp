@@ -30,7 +30,7 @@ Format_mail_frm::Format_mail_frm(QWidget *parent) : screen(parent), ui(std::make
     rows = new sample_mail_list({from, subject, received}, this);
     ui->setupUi(this);
     setWindowIcon(drawn_icon("mauditor_mnu"));
-    fill_page_list(*ui->Combo1, preference_page::map_mails);
+    fill_page_list(*ui->Combo1, preference_page::map_mails); // in capitals, as everywhere: one list for all pages
     ui->qt_splitter->setStretchFactor(0, 3);
     ui->qt_splitter->setStretchFactor(1, 2);
     ui->inbox_lv->setModel(rows);
