@@ -18,7 +18,7 @@ namespace {
 const QString wrong_address = "E-mail id not in a proper format";
 const QString wrong_name = "Invalid query name. Special characters, keywords not allowed";
 
-list_view &accounts()
+list_view &account_list()
 {
     return control<list_view>(the<MapWizardStep2_frm>(), "inbox_lv");
 }
@@ -26,9 +26,9 @@ list_view &accounts()
 QStringList listed()
 {
     QStringList rows;
-    for (int row = 0; row < accounts().model()->rowCount(); ++row)
-        rows += accounts().model()->index(row, 0).data().toString() + " " +
-                accounts().model()->index(row, 1).data().toString();
+    for (int row = 0; row < account_list().model()->rowCount(); ++row)
+        rows += account_list().model()->index(row, 0).data().toString() + " " +
+                account_list().model()->index(row, 1).data().toString();
     return rows;
 }
 
@@ -39,7 +39,7 @@ bool editing()
 
 void edit(int row)
 {
-    accounts().setCurrentIndex(accounts().model()->index(row, 0));
+    account_list().setCurrentIndex(account_list().model()->index(row, 0));
     press<MapWizardStep2_frm>("Edit_b");
 }
 
@@ -71,8 +71,8 @@ private slots:
         site.store.add_account("contact", "hello@shop.example");
         the<MapWizardStep2_frm>().show();
         QCOMPARE(listed(), (QStringList{"orders orders@shop.example", "contact hello@shop.example"}));
-        QCOMPARE(accounts().model()->headerData(0, Qt::Horizontal).toString(), "Query");
-        QCOMPARE(accounts().model()->headerData(1, Qt::Horizontal).toString(), "E-mail");
+        QCOMPARE(account_list().model()->headerData(0, Qt::Horizontal).toString(), "Query");
+        QCOMPARE(account_list().model()->headerData(1, Qt::Horizontal).toString(), "E-mail");
         QVERIFY(!editing());
     }
 
@@ -251,7 +251,7 @@ private slots:
         site.store.run("update email_tbl set query='shop' where query='orders'");
         the<MapWizardStep2_frm>().show();
         QCOMPARE(listed(), (QStringList{"shop orders@shop.example", "contact hello@shop.example"}));
-        QCOMPARE(accounts().currentIndex().row(), 1);
+        QCOMPARE(account_list().currentIndex().row(), 1);
         QVERIFY(editing());
         press<MapWizardStep2_frm>("change_b");
         QCOMPARE(listed(), (QStringList{"shop orders@shop.example", "garden hello@shop.example"}));
