@@ -227,6 +227,7 @@ void take_pictures(const album &pictures)
     picture_small_console(pictures, console);
     picture_autoresponder(pictures, console); // nothing to answer yet
     picture_map_wizard(pictures, console);
+    picture_classic_maps(pictures, console);
     picture_autoresponder(pictures, console);
     picture_report(pictures, console, site);
     picture_waits(pictures, console);
@@ -236,6 +237,8 @@ void take_pictures(const album &pictures)
     picture_outbox(pictures, console);
     picture_back_up(pictures, site);
     picture_boxes(pictures, site);
+    picture_for_help(pictures, console);
+    picture_help(pictures);
 }
 
 }

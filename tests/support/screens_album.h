@@ -16,11 +16,16 @@ struct album {
 
 void picture_mail_client(const album &pictures, menuFrm &console);
 void picture_outbox(const album &pictures, menuFrm &console);
+void picture_classic_maps(const album &pictures, menuFrm &console);  // screens_album_classic.cpp
 void picture_map_wizard(const album &pictures, menuFrm &console);    // screens_album_maps.cpp
 void picture_autoresponder(const album &pictures, menuFrm &console); // screens_album_answers.cpp; with and without maps
 
 // screens_album_setup.cpp
 void picture_setup(const album &pictures);
 void picture_accounts(const album &pictures, menuFrm &console);
+
+// screens_album_help.cpp
+void picture_help(const album &pictures);
+void picture_for_help(const album &pictures, menuFrm &console); // of other screens, for its pages
 
 void picture_report(const album &pictures, menuFrm &console, screens_site &site); // screens_album_report.cpp
