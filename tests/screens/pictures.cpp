@@ -204,6 +204,7 @@ void take_pictures(const album &pictures)
     picture_small_console(pictures, console);
     picture_autoresponder(pictures, console); // nothing to answer yet
     picture_map_wizard(pictures, console);
+    picture_classic_maps(pictures, console);
     picture_autoresponder(pictures, console);
     picture_report(pictures, console, site);
     picture_waits(pictures, console);
