@@ -18,7 +18,7 @@
 
 namespace {
 
-constexpr int mails = 20;
+constexpr int mails = 6;
 
 QString store_of(const QString &folder)
 {
@@ -143,7 +143,7 @@ void save_kill_test::killed_data()
     QTest::addColumn<int>("most");
     QTest::newRow("before a write") << "writes" << false << 20;
     QTest::newRow("before a rename") << "renames" << false << 20;
-    QTest::newRow("before a write, each statement late enough to be committed") << "writes" << true << 60;
+    QTest::newRow("before a write, each statement late enough to be committed") << "writes" << true << 40;
 }
 
 void save_kill_test::killed()
