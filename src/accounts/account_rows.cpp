@@ -1,6 +1,7 @@
 #include "accounts/account_rows.h"
 #include "frame/account_list.h"
 #include "frame/messages.h"
+#include "frame/status.h"
 #include "frame/store.h"
 
 namespace accounts {
@@ -62,6 +63,7 @@ void change(const QString &former, const QString &query, const QString &email)
     run_sql("update email_tbl set query=" + quote_sql(query) + ", email=" + quote_sql(email) +
             " where query=" + quote_sql(former));
     make_table(query);
+    mails_changed();
 }
 
 bool remove(const QString &query)
@@ -71,6 +73,7 @@ bool remove(const QString &query)
         return false;
     }
     run_sql("delete from email_tbl where query=" + quote_sql(query));
+    mails_changed();
     return true;
 }
 
