@@ -6,13 +6,25 @@
 #include <QDesktopServices>
 #include <QUrl>
 
+namespace {
+
+QUrl url_of(const QString &path)
+{
+    for (const char *scheme : {"mailto:", "http://", "https://"})
+        if (path.startsWith(QLatin1String(scheme)))
+            return QUrl::fromEncoded(path.toUtf8());
+    return QUrl::fromLocalFile(path);
+}
+
+}
+
 wiring::wiring()
 {
     set_message_service(&boxes);
     services.dialogs = &dialogs;
     services.mail_client = &mail;
     services.mail_session = &mail_session;
-    set_winopen([](const QString &path) { return QDesktopServices::openUrl(QUrl::fromLocalFile(path)); });
+    set_winopen([](const QString &path) { return QDesktopServices::openUrl(url_of(path)); });
 }
 
 wiring::~wiring()
