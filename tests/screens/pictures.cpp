@@ -173,6 +173,7 @@ void take_pictures(const album &pictures)
     picture_waits(pictures, console);
     picture_small_screens(pictures);
     picture_accounts(pictures, console);
+    picture_preferences(pictures, console);
     picture_mail_client(pictures, console);
     picture_outbox(pictures, console);
     picture_back_up(pictures, site);

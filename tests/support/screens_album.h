@@ -17,6 +17,8 @@ void picture_mail_client(const album &pictures, menuFrm &console);
 void picture_outbox(const album &pictures, menuFrm &console);
 void picture_map_wizard(const album &pictures, menuFrm &console); // screens_album_maps.cpp
 
+void picture_preferences(const album &pictures, menuFrm &console); // screens_album_preferences.cpp
+
 // screens_album_setup.cpp
 void picture_setup(const album &pictures);
 void picture_accounts(const album &pictures, menuFrm &console);
