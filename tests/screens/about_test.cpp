@@ -161,6 +161,7 @@ private slots:
         the<frmAbout>().show();
         auto &credits = control<QListWidget>(the<frmAbout>(), "credits_li");
         QVERIFY(credits.focusPolicy() & Qt::TabFocus);
+        QTest::keyClick(&credits, Qt::Key_Down); // to the first line
         QTest::keyClick(&credits, Qt::Key_End);
         QCOMPARE(credits.currentRow(), credits.count() - 1);
     }
