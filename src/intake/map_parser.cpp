@@ -6,6 +6,7 @@
 #include "frame/text.h"
 #include "intake/auto_responder.h"
 #include "intake/map_reading.h"
+#include "platform/outside_effects.h"
 
 namespace intake {
 
@@ -15,16 +16,23 @@ constexpr int highest_markable_id = 32767;
 
 const QString progress_words = QStringLiteral("Filling the tables");
 
-// A map in use. Whether it is whole is asked once, of the first mail that fits it.
+// A map in use. Whether it is whole, and answers, is asked once, at the first mail that fits it.
 struct map_in_use {
     mail_map map;
     std::optional<bool> whole = {};
+    std::optional<bool> answered = {};
 
     bool is_whole()
     {
         if (!whole)
             whole = field_without_column(map).isEmpty();
         return *whole;
+    }
+    bool is_answered()
+    {
+        if (!answered)
+            answered = answers_by_itself(map.table_name);
+        return *answered;
     }
 };
 
@@ -46,17 +54,26 @@ void store_in_map(const mail_map &map, ado::Recordset &mail, const QStringList &
     }
 }
 
-// True: the mail at the recordset's current row fits the map and stands in its table now.
-bool take_mail(map_in_use &used, ado::Recordset &mail)
+// The pieces of the mail at the recordset's current row, when it fits the map.
+std::optional<QStringList> fitting_pieces(map_in_use &used, ado::Recordset &mail)
 {
     const mail_map &map = used.map;
     if (!subject_fits(map, mail["tsl_subject"].text_or_empty()))
-        return false;
+        return std::nullopt;
     const QStringList mail_pieces = pieces(mail["tsl_body"].text_or_empty(), map.separator);
-    if (!pieces_fit(map, mail_pieces) || !used.is_whole())
-        return false;
-    store_in_map(map, mail, mail_pieces);
-    return true;
+    return pieces_fit(map, mail_pieces) && used.is_whole() ? std::optional(mail_pieces) : std::nullopt;
+}
+
+// Row, token and reply are one: a kill before the reply is handed over leaves none of them, and the next pass begins
+// with the same number. The reply comes before the next mail's row, as it reads the newest one.
+void store_and_answer(const mail_map &map, ado::Recordset &mail, const QStringList &mail_pieces)
+{
+    {
+        const held_commits together;
+        store_in_map(map, mail, mail_pieces);
+        send_auto_reply(map.table_name, mail["tsl_Email"].text_or_empty());
+    }
+    before_outside_effect();
 }
 
 void take_mails(map_in_use used, QStringList &done_ids)
@@ -64,9 +81,9 @@ void take_mails(map_in_use used, QStringList &done_ids)
     auto &mails = *session.mail_rs;
     const qint64 count = mails.RecordCount();
     for (qint64 at = 1; !mails.EOF_(); mails.MoveNext(), ++at) {
-        if (take_mail(used, mails)) {
+        if (const auto fitting = fitting_pieces(used, mails)) {
             done_ids += mails["message_id"].to_text();
-            send_auto_reply(used.map.table_name, mails["tsl_Email"].text_or_empty());
+            (used.is_answered() ? store_and_answer : store_in_map)(used.map, mails, *fitting);
         }
         report_progress(progress_words, at, count);
     }
@@ -122,7 +139,8 @@ bool remap_account_mails(const QString &account_table, const QString &map_table)
         map_in_use used{mail_map_named(map_table)};
         const qint64 count = mails.RecordCount();
         for (qint64 at = 1; !mails.EOF_(); mails.MoveNext(), ++at) {
-            if (take_mail(used, mails)) {
+            if (const auto fitting = fitting_pieces(used, mails)) {
+                store_in_map(used.map, mails, *fitting);
                 mails.Fields("tsl_processed").set_value(true);
                 mails.Update();
             }

@@ -9,6 +9,18 @@ void before_outside_effect();                        // commits every open store
 int on_outside_effect(std::function<void()> commit); // the registration's number
 void forget_outside_effect(int registration);
 
+// Written and handed over as one: while it lives nothing is committed, neither before an effect nor by the clock. What
+// is written meanwhile is committed behind the effect, so a kill before it leaves neither. Whoever holds commits back
+// calls before_outside_effect() as soon as it is gone. Only for what may happen twice, but must not be lost.
+class held_commits {
+public:
+    held_commits();
+    ~held_commits();
+    held_commits(const held_commits &) = delete;
+    held_commits &operator=(const held_commits &) = delete;
+};
+bool commits_are_held();
+
 // A store that had to give up what it was given since its last commit says so. Whoever holds an effect back until the
 // commit (a mail waiting to be moved) compares the count with the one it began with, and drops the effect when it grew.
 void writes_were_lost();

@@ -1,5 +1,8 @@
 // Account and map tables go into statements as they are named, without brackets: brackets stand only where a table is
 // made. So a table that could be made, but whose name needs brackets, fails where it is read or written.
+#include "frame/account_list.h"
+#include "frame/setup.h"
+#include "frame/setup_pages.h"
 #include "intake/map_parser.h"
 #include "intake/stored_mail.h"
 #include "support/intake_site.h"
@@ -44,6 +47,35 @@ private slots:
         site.run("update table_list_tbl set table_name='names'"); // it was the name alone
         intake::parse_unprocessed_mails();
         QCOMPARE(site.column("select full_name from names"), QStringList{"Bob"});
+    }
+
+    void accounts_named_like_words_of_statements_are_fetched_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::newRow("Form") << "Form";
+        QTest::newRow("Group") << "Group";
+    }
+
+    void accounts_named_like_words_of_statements_are_fetched()
+    {
+        QFETCH(QString, name);
+        intake_site site;
+        site.run("update install_tbl set install=no");
+        QCOMPARE(setup_pages::why_not_addable(name, "orders@example.org", {}), "");
+        add_account_row(name, "orders@example.org");
+        finish_setup();
+        site.add_map("names", 1, "Order", "Line", {{"full_name", "Line1", "", true}});
+        site.put({"orders@example.org", "bob@example.net", "Order", "Bob\n"});
+        site.put({"orders@example.org", "bob@example.net", "Other", "Text\n"});
+        QVERIFY(site.fetch());
+        QCOMPARE(site.log_entries(), QStringList());
+        QCOMPARE(site.inbox().size(), 0);
+        QCOMPARE(site.column("select tsl_subject from [" + name + "] order by message_id"),
+                 (QStringList{"Order", "Other"}));
+        QCOMPARE(site.column("select full_name from names"), QStringList{"Bob"});
+        site.put_back();
+        QVERIFY(site.fetch()); // all of them are known by now
+        QCOMPARE(site.column("select count(*) from [" + name + "]"), QStringList{"2"});
     }
 
 private:

@@ -238,7 +238,33 @@ private slots:
         QCOMPARE(control<list_view>(page, "inbox_lv").model()->rowCount(), 0);
         QCOMPARE(session.err_form, "Format_mail_frm.frm");
         QCOMPARE(session.err_routine, "query_c_click");
+        QCOMPARE(site.last_logged(), "Format_mail_frm.frm|query_c_click");
         QCOMPARE(site.status_lines.size(), 1);
+    }
+
+    void accounts_that_cannot_be_read_are_logged()
+    {
+        screens_site site;
+        site.store.run("drop table email_tbl");
+        auto &accounts = control<QComboBox>(page_shown(), "query_c");
+        QCOMPARE(site.last_logged(), "Format_mail_frm.frm|Form_load");
+        QCOMPARE(accounts.count(), 1);
+    }
+
+    void a_table_that_went_meanwhile_is_logged_at_each_click()
+    {
+        screens_site site;
+        site.store.add_account("orders", "orders@shop.example");
+        store_mail(site, "orders", "Order 1", "1/2/2026 3:04:05 PM");
+        Format_mail_frm &page = page_shown("orders");
+        site.store.run("drop table orders");
+        select_rows(control<list_view>(page, "inbox_lv"), {0});
+        QCOMPARE(site.last_logged(), "Format_mail_frm.frm|inbox_lv_itemclick");
+        QCOMPARE(control<exact_text>(page, "body_t").text(), "");
+        control<QPushButton>(page, "delete_l").click();
+        QCOMPARE(site.last_logged(), "Format_mail_frm.frm|delete_l_Click");
+        QVERIFY(site.status_lines.last().startsWith("The mails could not be deleted: "));
+        QCOMPARE(site.boxes.shown, QStringList());
     }
 };
 

@@ -12,6 +12,7 @@
 #include "screens/screen.h"
 #include "screens/wizard_band.h"
 #include "support/screens_driver.h"
+#include "support/screens_program_end.h"
 #include "support/screens_site.h"
 #include "support/scripted_dialogs.h"
 
@@ -73,11 +74,7 @@ class backup_frm_test : public QObject {
     int ends = 0;
 
 private slots:
-    void init()
-    {
-        ends = 0;
-        set_program_end([this] { ++ends; });
-    }
+    void init() { count_program_ends(ends); }
     void cleanup()
     {
         forget_screens();
@@ -105,6 +102,8 @@ private slots:
     void a_folder_that_is_a_link_itself_works();
     void enter_in_the_question_deletes_nothing();
     void a_failure_on_the_way_puts_all_back();
+    void what_a_kill_left_comes_back_before_anything_is_asked();
+    void what_cannot_come_back_is_told_and_stays();
     void a_failure_is_told_and_logged();
     void browsing_tells_what_was_chosen();
     void browsing_without_a_choice_tells_so();
@@ -421,6 +420,37 @@ void backup_frm_test::a_failure_on_the_way_puts_all_back()
     QCOMPARE(site.names("safe/data") + site.names("safe/html"), QStringList());
     QCOMPARE(site.read("safe/data.former/figures.csv"), "1,2");
     QCOMPARE(site.read("safe/html.former/mine"), "stays");
+}
+
+void backup_frm_test::what_a_kill_left_comes_back_before_anything_is_asked()
+{
+    folder_site site;
+    set_app_folder("/no/such/program");
+    site.write("safe/data.put aside by Tessaly/figures.csv", "1,2");
+    site.write("safe/html.put aside by Tessaly/index.html", "my site");
+    QDir().mkpath(site.file("safe/html")); // as the kill left it
+    site.boxes.will_say_no();
+    site.choose(site.file("safe"));
+    QCOMPARE(site.boxes.shown.size(), 1);
+    QVERIFY2(site.boxes.shown[0].contains("data/figures.csv\nhtml/index.html"), qPrintable(site.boxes.shown[0]));
+    QCOMPARE(site.names("safe"), (QStringList{"data", "html"}));
+    QCOMPARE(site.read("safe/data/figures.csv"), "1,2");
+    QCOMPARE(site.read("safe/html/index.html"), "my site");
+}
+
+void backup_frm_test::what_cannot_come_back_is_told_and_stays()
+{
+    folder_site site;
+    set_app_folder("/no/such/program");
+    site.write("safe/data.put aside by Tessaly/figures.csv", "1,2");
+    site.write("safe/data/new.csv", "3");
+    site.boxes.will_say_no();
+    site.choose(site.file("safe"));
+    QCOMPARE(site.boxes.shown.size(), 2);
+    QVERIFY2(site.boxes.shown[0].endsWith("\n\n" + site.file("safe/data.put aside by Tessaly")),
+             qPrintable(site.boxes.shown[0]));
+    QCOMPARE(site.read("safe/data.put aside by Tessaly/figures.csv"), "1,2");
+    QCOMPARE(site.read("safe/data/new.csv"), "3");
 }
 
 void backup_frm_test::a_failure_is_told_and_logged()

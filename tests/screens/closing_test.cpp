@@ -9,7 +9,9 @@
 #include "screens/frame/menuFrm.h"
 #include "screens/screen.h"
 #include "support/screens_driver.h"
+#include "support/screens_program_end.h"
 #include "support/screens_site.h"
+#include "support/scripted_dialogs.h"
 
 #include <QAction>
 #include <QDir>
@@ -25,11 +27,7 @@ class closing_test : public QObject {
     int ends = 0;
 
 private slots:
-    void init()
-    {
-        ends = 0;
-        set_program_end([this] { ++ends; });
-    }
+    void init() { count_program_ends(ends); }
     void cleanup() { set_program_end({}); }
 
     void no_ends_the_program_with_no_back_up_and_no_further_question()
@@ -91,6 +89,21 @@ private slots:
         QTRY_COMPARE(ends, 1);
         QVERIFY(QFile::exists(site.file("copies/data/Tessaly.mdb")));
         QVERIFY(!control<QTimer>(the<Exit_frm>(), "Timer1").isActive());
+    }
+
+    void a_long_path_is_wrapped_and_seen_whole()
+    {
+        screens_site site;
+        scripted_dialogs dialogs;
+        dialogs.choices = {std::nullopt};
+        SaveSetting("main", "backup", "/media/zoe/A stick with a long name/Copies of my shop/Tessaly");
+        the<Exit_frm>().show();
+        QTRY_COMPARE(ends, 1);
+        const auto &words = control<QLabel>(the<Exit_frm>(), "what_l");
+        QVERIFY(words.text().contains("/Copies of my shop/"));
+        QVERIFY(words.width() <= the<Exit_frm>().width());
+        QVERIFY2(words.heightForWidth(words.width()) <= words.height(), qPrintable(words.text()));
+        SaveSetting("main", "backup", {});
     }
 
     void the_last_screen_shows_how_far_it_is()

@@ -62,6 +62,16 @@ void submit(MapWRefcode_frm &screen)
     control<QPushButton>(screen, "submit_b").click();
 }
 
+// One pair for the field that is being named.
+void give_fixed_code()
+{
+    with_codes([](MapWRefcode_frm &screen) {
+        choose(screen, "fixed_op");
+        add_pair(screen, "Lavender", "L");
+        submit(screen);
+    });
+}
+
 QStringList kept_codes()
 {
     QStringList rows;
@@ -258,11 +268,7 @@ private slots:
     void the_kind_is_kept_though_the_box_was_unset_after_the_values()
     {
         marking_site site;
-        with_codes([](MapWRefcode_frm &screen) {
-            choose(screen, "fixed_op");
-            add_pair(screen, "Lavender", "L");
-            submit(screen);
-        });
+        give_fixed_code();
         code_box().setChecked(false);
         add_field("item", 3);
         QCOMPARE(added_fields(), QStringList{"item|Line3||1|Item: Lavender, blue"});
@@ -272,11 +278,7 @@ private slots:
     void a_field_taken_back_brings_its_fixed_values()
     {
         marking_site site;
-        with_codes([](MapWRefcode_frm &screen) {
-            choose(screen, "fixed_op");
-            add_pair(screen, "Lavender", "L");
-            submit(screen);
-        });
+        give_fixed_code();
         add_field("item", 3);
         open_for_changing(0);
         QVERIFY(code_box().isChecked());
@@ -297,11 +299,7 @@ private slots:
     void a_field_taken_back_keeps_its_codes_without_a_look_at_them()
     {
         marking_site site;
-        with_codes([](MapWRefcode_frm &screen) {
-            choose(screen, "fixed_op");
-            add_pair(screen, "Lavender", "L");
-            submit(screen);
-        });
+        give_fixed_code();
         add_field("item", 3);
         open_for_changing(0);
         add_field("goods", 3);
@@ -331,6 +329,20 @@ private slots:
         code_box().setChecked(true);
         open_for_changing(0);
         QVERIFY(!code_box().isChecked());
+    }
+
+    void a_store_that_cannot_be_opened_is_logged_and_the_pairs_are_shown()
+    {
+        marking_site site;
+        give_fixed_code();
+        add_field("item", 3);
+        open_for_changing(0);
+        site.spoil_store();
+        with_codes([&site](MapWRefcode_frm &screen) {
+            QCOMPARE(site.last_logged(), "Mapwrefcode.frm|form load");
+            QCOMPARE(texts(screen, "desc_l"), QStringList{"Lavender"});
+            submit(screen);
+        });
     }
 
     void enter_in_a_box_adds_the_pair()

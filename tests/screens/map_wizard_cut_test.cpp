@@ -5,6 +5,7 @@
 #include "screens/maps/textarea_frm.h"
 #include "support/screens_map_wizard.h"
 
+#include <QAbstractItemView>
 #include <QComboBox>
 #include <QElapsedTimer>
 #include <QGroupBox>
@@ -300,6 +301,26 @@ private slots:
         QTest::keyClick(&mail, Qt::Key_Backspace);
         QCOMPARE(mail.toPlainText(), before);
         QCOMPARE(body(), order_body);
+    }
+
+    // The list is not laid out entry by entry: that would take many times as long.
+    void the_list_of_very_many_positions_opens_at_once()
+    {
+        map_wizard_site site;
+        open_mail(site, QString("a\r\n").repeated(99999));
+        cut_by_lines();
+        auto &positions = control<QComboBox>(the<MapWizardStep4_frm>(), "Line_c");
+        QCOMPARE(positions.count(), 100000);
+        positions.setCurrentIndex(70000);
+        QElapsedTimer taken;
+        taken.start();
+        positions.showPopup();
+        QCoreApplication::processEvents();
+        QVERIFY2(taken.elapsed() < 1000, qPrintable(QString::number(taken.elapsed()) + " ms"));
+        QVERIFY(positions.view()->isVisible());
+        QVERIFY(positions.view()->visualRect(positions.view()->currentIndex()).isValid());
+        QCOMPARE(positions.view()->currentIndex().row(), 70000);
+        positions.hidePopup();
     }
 
     void a_mail_of_a_million_line_ends_stays_usable()

@@ -5,6 +5,7 @@
 #include "screens/maps/MapWStep4_Add_frm.h"
 #include "screens/maps/MapWizardPView_frm.h"
 #include "screens/maps/MapWizardStep4_frm.h"
+#include "support/failing_messages.h"
 #include "support/screens_map_wizard.h"
 
 #include <QCheckBox>
@@ -222,6 +223,13 @@ private slots:
             control<QPushButton>(screen, "save_b").click();
         });
         press<step4>("next_b");
+    }
+
+    void a_name_is_no_longer_than_a_column_takes()
+    {
+        marking_site site;
+        type(the<step4>(), "field_t", QString(256, u'a'));
+        QCOMPARE(control<QLineEdit>(the<step4>(), "field_t").text(), QString(255, u'a'));
     }
 
     void a_long_value_says_what_is_kept()
@@ -497,13 +505,9 @@ private slots:
 
     void a_failing_routine_is_logged_under_its_words()
     {
-        struct failing_boxes : message_service {
-            failing_boxes() { set_message_service(this); }
-            std::optional<QString> show(const message_box &) override { throw run_time_error{5, "no box"}; }
-        };
         marking_site site;
         {
-            failing_boxes boxes;
+            const failing_messages no_boxes(site.boxes);
             press<step4>("next_b"); // without a name it speaks
             QCOMPARE(session.err_form + "|" + session.err_routine, "mapwizardstep4.frm|nextb click");
             in_modal<MapWizardPView_frm>([](MapWizardPView_frm &preview) {
@@ -512,9 +516,25 @@ private slots:
                 control<QPushButton>(preview, "ok_b").click();
             });
             press<step4>("pfields_b");
-            set_message_service(&site.boxes);
         }
         QCOMPARE(added_fields(), QStringList());
+    }
+
+    void a_field_is_not_added_without_a_store_to_save_it_in()
+    {
+        marking_site site;
+        type(the<step4>(), "field_t", "town");
+        site.spoil_store();
+        in_modal<MapWStep4_Add_frm>([](MapWStep4_Add_frm &addition) {
+            control<QPushButton>(addition, "save_b").click();
+            QVERIFY(addition.shown()); // what was typed is still there
+            control<QPushButton>(addition, "cancel_b").click();
+        });
+        press<step4>("next_b");
+        QCOMPARE(site.last_logged(), "MapWizardStep4_add_frm.frm|save_b");
+        QVERIFY(site.status_lines.last().startsWith("The field cannot be added: "));
+        QCOMPARE(added_fields(), QStringList());
+        QCOMPARE(control<QLineEdit>(the<step4>(), "field_t").text(), "town");
     }
 
     void a_lone_carriage_return_is_no_part_of_a_value()

@@ -10,12 +10,14 @@
 #include "screens/preferences/Accounts.h"
 #include "screens/preferences/Format_mail_frm.h"
 #include "screens/screen.h"
+#include "support/failing_messages.h"
 #include "support/screens_driver.h"
 #include "support/screens_site.h"
 
 #include <QCheckBox>
 #include <QClipboard>
 #include <QComboBox>
+#include <QDir>
 #include <QGuiApplication>
 #include <QLineEdit>
 #include <QListWidget>
@@ -409,6 +411,77 @@ private slots:
         press(screen, "next_b");
         QCOMPARE(entry_of(screen, "Line_c"), "Line2"); // the mail has no such piece: the position is shown all the same
         QCOMPARE(text_of(screen, "Text2"), QString());
+    }
+
+    void what_fails_is_logged_under_its_words_data()
+    {
+        QTest::addColumn<QString>("lost_table");
+        QTest::addColumn<QString>("logged");
+        QTest::newRow("the mail, on loading") << "orders"
+                                              << "Mapmail_frm.frm|Form_load";
+        QTest::newRow("the maps of the account") << "table_list_tbl"
+                                                 << "mapmailfrm|openbclick";
+        QTest::newRow("the fields of a map") << "format_tbl"
+                                             << "Mapmail_frm.frm|sformats_c_Click";
+        QTest::newRow("the codes of a field") << "fcodes_tbl"
+                                              << "Mapmail_frm.frm|sformats_c_Click";
+    }
+
+    void what_fails_is_logged_under_its_words()
+    {
+        QFETCH(QString, lost_table);
+        QFETCH(QString, logged);
+        classic_site site;
+        site.screens.store.run("drop table " + lost_table);
+        mapmail_frm &screen = site.screen();
+        if (logged.endsWith("sformats_c_Click")) {
+            QCOMPARE(site.screens.last_logged(), "");
+            classic_site::choose(screen, "sformats_c", "clients");
+        }
+        QCOMPARE(site.screens.last_logged(), logged);
+        QCOMPARE(text_of(screen, "field_t"), "");
+    }
+
+    void a_summary_that_cannot_be_written_is_logged()
+    {
+        classic_site site;
+        mapmail_frm &screen = site.screen_with_map();
+        QVERIFY(QDir().mkpath(site.screens.file("map.txt"))); // a folder cannot be written, not even by root
+        press(screen, "save_b");
+        QCOMPARE(site.screens.last_logged(), "Mapmail_frm.frm|save_b");
+        QCOMPARE(site.screens.boxes.shown, QStringList());
+    }
+
+    void a_message_that_cannot_be_shown_is_logged_and_moves_no_field()
+    {
+        classic_site site;
+        mapmail_frm &screen = site.screen_with_map();
+        control<QLineEdit>(screen, "field_t").setText("First Name");
+        {
+            const failing_messages no_boxes(site.screens.boxes);
+            press(screen, "next_b");
+        }
+        QCOMPARE(site.screens.last_logged(), "Mapmail_frm.frm|next_b");
+        QCOMPARE(text_of(screen, "field_t"), "First Name");
+    }
+
+    void the_codes_log_under_their_own_words()
+    {
+        classic_site site;
+        mapmail_frm &screen = site.screen_with_map();
+        press(screen, "next_b"); // to the field with fixed codes
+        site.screens.spoil_store();
+        press_and_in<fcodes_frm>(screen, "values_b", [&site](fcodes_frm &codes) {
+            QCOMPARE(site.screens.last_logged(), "Fcodes_frm.frm|Form_load");
+            QCOMPARE(entries(control<QListWidget>(codes, "desc_l")), (QStringList{"Bonn", "Paris"}));
+        });
+        screen.set_code({}); // neither kind: a submit has something to say
+        press_and_in<fcodes_frm>(screen, "values_b", [&site](fcodes_frm &codes) {
+            const failing_messages no_boxes(site.screens.boxes);
+            press(codes, "submit_b");
+            QCOMPARE(site.screens.last_logged(), "Fcodes_frm.frm|Submit_b");
+            QVERIFY(codes.shown());
+        });
     }
 
     void escape_returns_to_the_page()

@@ -1,4 +1,5 @@
 // Saves a picture of every screen, on a light and on a dark desktop: screens_pictures FOLDER. No test: for eyes.
+#include "frame/back_up_folder.h"
 #include "frame/messages.h"
 #include "frame/session.h"
 #include "intake/progress_page.h"
@@ -22,8 +23,10 @@
 #include <QApplication>
 #include <QDir>
 #include <QFile>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
+#include <QProgressBar>
 #include <QTest>
 #include <QTimer>
 #include <QToolButton>
@@ -127,8 +130,28 @@ void picture_small_screens(const album &pictures)
     about.adjustSize();
     pictures.keep(about, "frmAbout");
     Exit_frm leaving;
+    control<QTimer>(leaving, "Timer1").disconnect(); // it would back up, and end the program
     leaving.adjustSize();
     pictures.keep(leaving, "Exit_frm");
+    control<QProgressBar>(leaving, "progress_bar").setRange(0, 7);
+    control<QProgressBar>(leaving, "progress_bar").setValue(3);
+    control<QLabel>(leaving, "what_l").setText("Copying your forms ...");
+    pictures.keep(leaving, "Exit_frm-copying");
+    control<QProgressBar>(leaving, "progress_bar").setRange(0, 0);
+    control<QLabel>(leaving, "what_l")
+        .setText("The folder for back-ups is not there (/media/zoe/A stick with a long name/Copies of my shop). "
+                 "Please choose a file ...");
+    pictures.keep(leaving, "Exit_frm-path");
+}
+
+// The box that this opens, which is then closed.
+void picture_box(const album &pictures, const QString &name, const std::function<void()> &opening)
+{
+    QTimer::singleShot(100, [&pictures, name] {
+        pictures.keep(*QApplication::activeModalWidget(), name);
+        QApplication::activeModalWidget()->close();
+    });
+    opening();
 }
 
 void picture_back_up(const album &pictures, screens_site &site)
@@ -149,14 +172,21 @@ void picture_back_up(const album &pictures, screens_site &site)
     site.store.run("update install_tbl set install=yes");
 }
 
-void picture_question(const album &pictures)
+void picture_boxes(const album &pictures, screens_site &site)
 {
     message_boxes boxes;
-    QTimer::singleShot(100, [&pictures] {
-        pictures.keep(*QApplication::activeModalWidget(), "question");
-        QApplication::activeModalWidget()->close();
+    set_message_service(&boxes);
+    picture_box(pictures, "question", [] { yes_no("Would you like to backup your data?"); });
+    picture_box(pictures, "question-former", [&site] { keep_back_up_folder(site.file("back-ups"), true); });
+    QDir().mkpath(site.file("shop/data"));
+    QDir().mkpath(site.file("shop/html/letters"));
+    QFile(site.file("shop/data/figures.csv")).open(QFile::WriteOnly);
+    picture_box(pictures, "question-strangers", [&site] { keep_back_up_folder(site.file("shop"), false); });
+    picture_box(pictures, "box-beside", [] {
+        say_with("Database will be restored once you restart the application. Click here to close the application.",
+                 "Your former data is kept in /home/zoe/Tessaly/mailapp 2026-11-21 15-30-12.mdb");
     });
-    boxes.show({message_kind::yes_no, "Would you like to backup your data?", "Tessaly", message_icon::question, {}});
+    set_message_service(&site.boxes);
 }
 
 void take_pictures(const album &pictures)
@@ -169,7 +199,9 @@ void take_pictures(const album &pictures)
     picture_console(pictures, console);
     picture_auditor(pictures, console);
     picture_small_console(pictures, console);
+    picture_autoresponder(pictures, console); // nothing to answer yet
     picture_map_wizard(pictures, console);
+    picture_autoresponder(pictures, console);
     picture_waits(pictures, console);
     picture_small_screens(pictures);
     picture_accounts(pictures, console);
@@ -177,7 +209,7 @@ void take_pictures(const album &pictures)
     picture_mail_client(pictures, console);
     picture_outbox(pictures, console);
     picture_back_up(pictures, site);
-    picture_question(pictures);
+    picture_boxes(pictures, site);
 }
 
 }

@@ -6,6 +6,7 @@
 #include "screens/frame/closing.h"
 #include "screens/frame/menuFrm.h"
 #include "support/screens_driver.h"
+#include "support/screens_program_end.h"
 #include "support/screens_site.h"
 #include "support/scripted_dialogs.h"
 
@@ -20,11 +21,7 @@ class restore_command_test : public QObject {
     int ends = 0;
 
 private slots:
-    void init()
-    {
-        ends = 0;
-        set_program_end([this] { ++ends; });
-    }
+    void init() { count_program_ends(ends); }
     void cleanup() { set_program_end({}); }
 
     void a_restored_store_ends_the_program_without_the_back_up_question()

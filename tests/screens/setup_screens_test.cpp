@@ -15,11 +15,14 @@
 #include "support/screens_site.h"
 
 #include <QApplication>
+#include <QDir>
+#include <QFile>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QSettings>
 #include <QTest>
 
 namespace {
@@ -286,6 +289,35 @@ private slots:
         QCOMPARE(listed(), QStringList());
     }
 
+    void accounts_that_cannot_be_counted_are_logged_under_stage2_and_the_step_stays()
+    {
+        fresh_site site;
+        the<Stage3>().show();
+        add("orders", "orders@shop.example");
+        site.store.run("drop table email_tbl");
+        press<Stage3>("next_b");
+        QCOMPARE(site.last_logged(), "Stage2.frm|next_b");
+        QVERIFY(is_visible<Stage3>());
+        QVERIFY(!is_loaded<backup_frm>());
+    }
+
+    void settings_that_cannot_be_saved_are_logged_and_said()
+    {
+        fresh_site site;
+        Main();
+        type<Stage1>("Admin_t", "Zoe");
+        type<Stage1>("org_t", "Rose Cottage");
+        const QString settings = QSettings(QStringLiteral("brenmoorbiz")).fileName();
+        QFile::remove(settings);
+        QVERIFY(QDir().mkpath(settings)); // a folder cannot be written, not even by root
+        press<Stage1>("next_b");
+        QVERIFY(QDir().rmdir(settings));
+        QCOMPARE(site.last_logged(), "Stage1.frm|next_b");
+        QCOMPARE(site.boxes.shown, QStringList{"The settings could not be saved: Permission denied: " + settings});
+        QVERIFY(is_visible<Stage1>());
+        QVERIFY(!is_loaded<Stage3>());
+    }
+
     void finish_makes_the_tables_and_opens_the_console()
     {
         fresh_site site;
@@ -365,6 +397,19 @@ private slots:
         QCOMPARE(site.ends, 1);
         QCOMPARE(site.boxes.shown, (QStringList{2, "What is typed here is not kept yet. Leave it?\n\n"
                                                    "The setup goes on at the next start of Tessaly."}));
+    }
+
+    void the_steps_have_one_size()
+    {
+        fresh_site site;
+        Main();
+        const QSize size = the<Stage1>().size();
+        the<Stage3>().show();
+        QCOMPARE(the<Stage3>().size(), size);
+        the<backup_frm>().show();
+        QCOMPARE(the<backup_frm>().size(), size);
+        the<stage5b>().show();
+        QCOMPARE(the<stage5b>().size(), size);
     }
 
     void no_step_leaves_the_process_without_a_window()

@@ -17,8 +17,10 @@
 #include "support/screens_album.h"
 #include "support/screens_map_wizard.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QCheckBox>
+#include <QComboBox>
 #include <QLineEdit>
 #include <QRadioButton>
 #include <QTest>
@@ -72,6 +74,10 @@ void picture_cutting(const wizard_pictures &taken)
     press<MapWizardStep4_frm>("textarea_b");
     cut_by("Colon(:)");
     taken.keep("MapWizardStep4_frm-b-separator");
+    auto &positions = control<QComboBox>(the<MapWizardStep4_frm>(), "Line_c");
+    positions.showPopup();
+    taken.pictures.keep(*positions.view()->window(), "MapWizardStep4_frm-b-positions" + taken.size);
+    positions.hidePopup();
 }
 
 void picture_adding(const wizard_pictures &taken)

@@ -16,6 +16,8 @@ public:
     // Into the Inbox; each call one minute later than the one before.
     void deliver_mail(const QString &to, const QString &subject = "Hello", const QString &body = "Text");
     qint64 rows_of(const QString &table);
+    QString last_logged() const; // "form|routine" at the end of errorlog.txt, "" without one
+    void spoil_store();          // closes it and writes over its file: whoever opens it again fails
     QString maildir() const { return store.folder() + "/mail"; }
     QString file(const QString &name) const { return store.folder() + "/" + name; }
 

@@ -15,6 +15,7 @@
 namespace {
 
 constexpr int between_paints_ms = 50;
+constexpr int lines_of_a_path = 3;
 
 int bar_value(qint64 value)
 {
@@ -27,6 +28,7 @@ Exit_frm::Exit_frm(QWidget *parent) : screen(parent), ui(std::make_unique<Ui::Ex
 {
     ui->setupUi(this);
     ui->Picture1->setPixmap(drawn_picture("tessaly", 64));
+    ui->what_l->setMinimumHeight(fontMetrics().lineSpacing() * lines_of_a_path); // the window does not grow any more
     Timer1->setObjectName("Timer1");
     Timer1->setInterval(10);
 

@@ -47,7 +47,7 @@ void backup_frm::show_step()
         button->setVisible(in_setup);
     if (in_setup) {
         setWindowTitle("Tessaly Setup");
-        setMinimumSize(600, 400); // as the steps before it
+        setMinimumSize(setup_screen::sizeHint()); // as the steps before it
     }
     ui->Folder_t->setFocus();
 }

@@ -8,7 +8,7 @@ class setup_screen : public screen {
     Q_OBJECT
 public:
     using screen::screen;
-    QSize sizeHint() const override { return {600, 420}; } // one size for all steps, also on the smallest desktop
+    QSize sizeHint() const override { return {600, 450}; } // one size for all steps, also on the smallest desktop
 
 protected:
     void leave_setup();                                  // also for a button Cancel

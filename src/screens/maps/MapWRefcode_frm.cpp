@@ -1,5 +1,6 @@
 #include "screens/maps/MapWRefcode_frm.h"
 #include "frame/error_log.h"
+#include "frame/store.h"
 #include "maps/reference_codes.h"
 #include "ui_MapWRefcode_frm.h"
 
@@ -16,7 +17,10 @@ MapWRefcode_frm::~MapWRefcode_frm() = default;
 
 void MapWRefcode_frm::Load()
 {
-    guarded("Mapwrefcode.frm", "form load", [this] { ui->qt_code_fields->set_choice(maps::choice_of(changed_field)); });
+    guarded("Mapwrefcode.frm", "form load", [this] {
+        ui->qt_code_fields->set_choice(maps::choice_of(changed_field));
+        open_store_if_closed();
+    });
 }
 
 void MapWRefcode_frm::submit_b_Click()

@@ -1,5 +1,8 @@
 #include "screens/maps/MapWStep4_Add_frm.h"
 #include "frame/error_log.h"
+#include "frame/session.h"
+#include "frame/status.h"
+#include "frame/store.h"
 #include "frame/text.h"
 #include "maps/field_entry.h"
 #include "maps/map_wizard.h"
@@ -95,12 +98,15 @@ void MapWStep4_Add_frm::ignore_b_Click()
 
 void MapWStep4_Add_frm::save_b_Click()
 {
-    guarded("MapWizardStep4_add_frm.frm", "save_b", [this] {
+    const bool kept = guarded("MapWizardStep4_add_frm.frm", "save_b", [this] {
+        open_store_if_closed(); // without it no map can be saved: better said at this field than behind the last one
         const auto &wizard = maps::map_wizard;
         maps::keep_field(wizard.add_name, wizard.add_position, ignored, ui->fieldval_t->text(), changed_field,
                          with_code);
         was_saved = true;
     });
+    if (!kept)
+        return status_line("The field cannot be added: " + session.err_description);
     unload();
 }
 

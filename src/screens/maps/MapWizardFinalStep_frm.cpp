@@ -1,8 +1,10 @@
 #include "screens/maps/MapWizardFinalStep_frm.h"
 #include "frame/error_log.h"
 #include "frame/store.h"
+#include "intake/auto_reply.h"
 #include "maps/map_wizard.h"
 #include "screens/maps/map_wizard_doors.h"
+#include "screens/preferences/autoresponder.h"
 #include "ui_MapWizardFinalStep_frm.h"
 
 namespace {
@@ -29,6 +31,7 @@ MapWizardFinalStep_frm::MapWizardFinalStep_frm(QWidget *parent)
 {
     ui->setupUi(this);
 
+    connect(ui->autoresp_chk, &QCheckBox::clicked, this, &MapWizardFinalStep_frm::autoresp_chk_Click);
     connect(ui->map_b, &QPushButton::clicked, this, &MapWizardFinalStep_frm::map_b_Click);
     connect(ui->help_b, &QPushButton::clicked, this, &MapWizardFinalStep_frm::help_b_Click);
     connect(ui->Command1, &QPushButton::clicked, this, &MapWizardFinalStep_frm::Command1_Click);
@@ -44,6 +47,21 @@ void MapWizardFinalStep_frm::Load()
     guarded("mapwizardfinalstep.frm", "form load",
             [&] { ui->done_l->setText("The map " + map + " is saved. " + mails_in(map)); });
     ui->Command1->setFocus();
+}
+
+// Checked it stays only where there is an autoresponder afterwards.
+void MapWizardFinalStep_frm::autoresp_chk_Click()
+{
+    if (!ui->autoresp_chk->isChecked())
+        return;
+    const QString map = maps::map_wizard.map_name;
+    if (is_loaded<autoresponder>() && !the<autoresponder>().leave())
+        return ui->autoresp_chk->setChecked(false);
+    the<autoresponder>().choose_map(map);
+    the<autoresponder>().show_modal();
+    bool has_one = false;
+    guarded("mapwizardfinalstep.frm", "autoresp_chk", [&] { has_one = intake::stored_auto_reply(map).has_value(); });
+    ui->autoresp_chk->setChecked(has_one);
 }
 
 void MapWizardFinalStep_frm::map_b_Click()

@@ -16,6 +16,7 @@ public:
     QSize sizeHint() const override;
 
 private:
+    void autoresp_chk_Click();
     void map_b_Click();
     void Command1_Click();
     void cancel_b_Click() override; // Escape: there is no such button

@@ -1,6 +1,7 @@
 #include "screens/maps/fcodes_frm.h"
 #include "frame/error_log.h"
 #include "frame/messages.h"
+#include "frame/store.h"
 #include "maps/classic_map.h"
 #include "screens/maps/mapmail_frm.h"
 #include "ui_fcodes_frm.h"
@@ -20,8 +21,10 @@ fcodes_frm::~fcodes_frm() = default;
 
 void fcodes_frm::Load()
 {
-    guarded("Fcodes_frm.frm", "Form_load",
-            [this] { ui->qt_code_fields->set_choice(maps::choice_in(the<mapmail_frm>().code())); });
+    guarded("Fcodes_frm.frm", "Form_load", [this] {
+        ui->qt_code_fields->set_choice(maps::choice_in(the<mapmail_frm>().code()));
+        open_store_if_closed();
+    });
 }
 
 void fcodes_frm::submit_b_Click()

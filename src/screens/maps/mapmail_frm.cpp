@@ -19,6 +19,7 @@
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QKeyEvent>
+#include <QListView>
 
 namespace {
 
@@ -33,6 +34,8 @@ mapmail_frm::mapmail_frm(QWidget *parent) : screen(parent), ui(std::make_unique<
     ui->separator_c->addItem("Separator");
     for (const maps::separator_choice &choice : maps::classic_separators())
         ui->separator_c->addItem(choice.caption, choice.stored);
+    if (auto *list = qobject_cast<QListView *>(ui->Line_c->view()))
+        list->setUniformItemSizes(true); // a hostile mail has a million pieces
     ui->qt_splitter->setStretchFactor(0, 1);
     ui->qt_splitter->setStretchFactor(1, 1);
 

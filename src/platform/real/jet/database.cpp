@@ -149,7 +149,9 @@ void database::begin_write()
     load_schema_when_stale();
     ++changes_begun;
     if (writing) {
-        if (++statements < most_statements && std::chrono::steady_clock::now() - begun < longest_transaction)
+        const bool is_young =
+            ++statements < most_statements && std::chrono::steady_clock::now() - begun < longest_transaction;
+        if (is_young || commits_are_held())
             return;
         commit();
     }

@@ -1,9 +1,9 @@
 // One open store file: its SQLite connection, the tables it knows, the translated statements, the pending transaction.
 //
 // Writing is lazy: the first write begins a transaction, barrier() ends it. A barrier comes before every effect outside
-// the store (platform/outside_effects.h), when the event loop is about to wait, and every half second or twenty
-// thousand statements of a long run. A killed process has thus done a prefix of its statements, and none of them can be
-// missing whose consequence was seen outside.
+// the store (platform/outside_effects.h, which can hold commits back), when the event loop is about to wait, and every
+// half second or twenty thousand statements of a long run. A killed process has thus done a prefix of its statements,
+// and none of them can be missing whose consequence was seen outside.
 #pragma once
 #include "platform/real/jet/lexer.h"
 #include "platform/real/jet/newest_row.h"

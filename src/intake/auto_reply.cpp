@@ -1,0 +1,137 @@
+#include "intake/auto_reply.h"
+#include "frame/store.h"
+#include "frame/text.h"
+
+namespace intake {
+
+namespace {
+
+const QString line_end = QStringLiteral("\r\n");
+
+// Every map has them: they say nothing to a visitor.
+bool is_own_column(const QString &column)
+{
+    static const QStringList own{"MESSAGE_ID", "TSL_STATUS", "TSL_RECDATE", "TSL_SUBJECT", "TSL_EMAIL"};
+    return own.contains(upper_case(column));
+}
+
+QString quoted_values(const QString &map, const auto_reply &typed)
+{
+    QStringList values;
+    for (const QString &value :
+         {map, QString::number(typed.SubjectType), typed.Subject, typed.SubjectPrefix, typed.SubjectDynamic,
+          typed.SubjectSuffix, typed.GreetText, typed.GreetField, typed.LastToken, typed.autocontent,
+          typed.enable ? QStringLiteral("True") : QStringLiteral("False")})
+        values += quote_sql(value);
+    return values.join(u',');
+}
+
+}
+
+auto_reply reply_in(ado::Recordset &row)
+{
+    const auto text = [&row](const char *column) { return row[column].text_or_empty(); };
+    return {leading_number(text("SubjectType")),
+            text("Subject"),
+            text("SubjectPrefix"),
+            text("SubjectDynamic"),
+            text("SubjectSuffix"),
+            text("GreetText"),
+            text("GreetField"),
+            text("LastToken"),
+            text("autocontent"),
+            row["enable"].to_flag()};
+}
+
+std::optional<auto_reply> stored_auto_reply(const QString &map)
+{
+    ado::Recordset row;
+    row.Open("select * from autocontent where mapname=" + quote_sql(map), *session.store_connection);
+    return row.EOF_() ? std::nullopt : std::optional(reply_in(row));
+}
+
+QStringList answer_fields(const QString &map)
+{
+    ado::Recordset rows; // as for adding: none of them is read
+    rows.Open("select * from " + map, *session.store_connection, ado::cursor_type::keyset, ado::lock_type::optimistic);
+    QStringList fields;
+    for (int index = 0; index < rows.field_count(); ++index) {
+        const QString name = rows.Fields(index).Name();
+        if (!is_own_column(name))
+            fields += name;
+    }
+    return fields;
+}
+
+QString newest_value(const QString &map, const QString &column)
+{
+    if (column.isEmpty())
+        return {};
+    ado::Recordset row;
+    row.Open("SELECT " + column + " FROM " + map + " where message_id=(select max(message_id) from " + map + ")",
+             *session.store_connection);
+    return row.EOF_() ? QString() : row[0].text_or_empty();
+}
+
+QString subject_of(const auto_reply &reply, const QString &value)
+{
+    switch (reply.SubjectType) {
+    case standard_subject:
+        return reply.Subject;
+    case dynamic_subject:
+        return reply.SubjectPrefix + u' ' + value + u' ' + reply.SubjectSuffix;
+    case support_token:
+        return reply.SubjectPrefix + u' ' + reply.LastToken + u' ' + reply.SubjectSuffix;
+    default:
+        return {};
+    }
+}
+
+QString text_of(const auto_reply &reply, const QString &greeted)
+{
+    if (reply.GreetText.isEmpty())
+        return reply.autocontent;
+    return reply.GreetText + u' ' + greeted + line_end + line_end + reply.autocontent;
+}
+
+QString next_token(const QString &token)
+{
+    const QString plain = is_numeric(token) ? trim(token).remove(u',') : QStringLiteral("0");
+    bool is_whole = false;
+    const qint64 whole = plain.toLongLong(&is_whole);
+    constexpr qint64 room_for_one_more = 999999999999999998;
+    if (is_whole && qAbs(whole) < room_for_one_more)
+        return QString::number(whole + 1);
+    return QString::number(plain.toDouble() + 1, 'g', 15);
+}
+
+std::optional<auto_reply_fault> why_not_saveable(const QString &map, const auto_reply &typed)
+{
+    if (map.isEmpty())
+        return auto_reply_fault{"Please select map", "mapname_c"};
+    if (typed.autocontent.isEmpty())
+        return auto_reply_fault{"Please enter mail text", "autocontent_t"};
+    if (typed.SubjectType == standard_subject && typed.Subject.isEmpty())
+        return auto_reply_fault{"Please enter subject text.", "subject_t"};
+    const bool has_prefix = typed.SubjectType == dynamic_subject || typed.SubjectType == support_token;
+    if (has_prefix && typed.SubjectPrefix.isEmpty())
+        return auto_reply_fault{"Please enter subject prefix.", "prefix_t"};
+    if (typed.SubjectType == support_token && !is_numeric(typed.LastToken))
+        return auto_reply_fault{"Please enter numeric value.", "token_t"};
+    return std::nullopt;
+}
+
+void save_auto_reply(const QString &map, const auto_reply &typed)
+{
+    ado::Recordset rows;
+    rows.Open("select * from  autocontent", *session.store_connection);
+    for (; !rows.EOF_(); rows.MoveNext())
+        if (same_text(rows["mapname"].text_or_empty(), map))
+            run_sql("delete * from autocontent where mapname=" + quote_sql(map));
+    rows.Close();
+    run_sql("INSERT INTO autocontent(Mapname,SubjectType,Subject,SubjectPrefix,SubjectDynamic,SubjectSuffix,GreetText,"
+            "GreetField,LastToken,autocontent,enable) values (" +
+            quoted_values(map, typed) + ") ");
+}
+
+}

@@ -1,0 +1,49 @@
+// The screen "Autoresponder configuration": what each map answers by itself. It belongs to the preferences, from whose
+// first page it opens; the Mail Mapping Wizard opens it for a new map. What is stored: intake/auto_reply.h.
+#pragma once
+#include "intake/auto_reply.h"
+#include "screens/screen.h"
+#include <memory>
+
+namespace Ui {
+class autoresponder;
+}
+class QComboBox;
+
+class autoresponder : public screen {
+    Q_OBJECT
+public:
+    explicit autoresponder(QWidget *parent = nullptr);
+    ~autoresponder() override;
+    void Load() override;
+
+    void loadmap();                      // the chosen map's fields and its reply; clears them where none is chosen
+    void choose_map(const QString &map); // also one that was made since this screen was loaded
+    bool leave();                        // false where the user would rather keep what is typed and not saved
+    QSize sizeHint() const override;
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+
+private:
+    void mapname_c_Click();
+    void enable_b_Click();
+    void autosubmit_s_Click();
+    void cancel_b_Click();
+    void list_maps();
+    void read_chosen_map();
+    void show_reply(const intake::auto_reply &reply);
+    void show_enabled();
+    void show_what_applies();
+    void show_preview();
+    void save();
+    bool may_lose_what_is_typed();
+    intake::auto_reply typed() const;
+    QString chosen_map() const; // "" with "Select Map"
+
+    std::unique_ptr<Ui::autoresponder> ui;
+    bool enabled = false;
+    int shown_map = 0; // its line in mapname_c
+    intake::auto_reply as_shown;
+};
