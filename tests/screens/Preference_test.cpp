@@ -6,6 +6,7 @@
 #include "screens/preferences/Accounts.h"
 #include "screens/preferences/OnlinePref.h"
 #include "screens/preferences/Preference.h"
+#include "screens/preferences/autoresponder.h"
 #include "screens/screen.h"
 #include "support/screens_driver.h"
 #include "support/screens_site.h"
@@ -273,6 +274,15 @@ private slots:
         QVERIFY(is_visible<Signature>());
         QVERIFY(session.signature_for_preferences);
         QVERIFY(!session.signature_for_composer);
+    }
+
+    void configure_autoresponder_opens_it()
+    {
+        general_site site;
+        page().show();
+        button("Command8").click();
+        QVERIFY(is_visible<autoresponder>());
+        QVERIFY(is_visible<Preference>());
     }
 
     void the_buttons_lead_to_the_other_pages()

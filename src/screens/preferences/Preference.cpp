@@ -8,6 +8,7 @@
 #include "platform/services.h"
 #include "screens/directmail/Signature.h"
 #include "screens/kept_font.h"
+#include "screens/preferences/autoresponder.h"
 #include "screens/preferences/page_list.h"
 #include "ui_Preference.h"
 
@@ -26,13 +27,12 @@ Preference::Preference(QWidget *parent) : screen(parent), ui(std::make_unique<Ui
     lead_to_page(*ui->Command4, accounts);
     lead_to_page(*ui->Command5, labels);
     lead_to_page(*ui->Command6, online_form);
-    ui->Command8->setEnabled(false);
-    ui->Command8->setToolTip("The autoresponder is not there yet.");
 
     connect(ui->autofetch_ch, &QCheckBox::clicked, this, &Preference::autofetch_ch_Click);
     connect(ui->Command1, &QPushButton::clicked, this, &Preference::Command1_Click);
     connect(ui->Command2, &QPushButton::clicked, this, &Preference::Command2_Click);
     connect(ui->Command3, &QPushButton::clicked, this, &Preference::Command3_Click);
+    connect(ui->Command8, &QPushButton::clicked, this, [] { the<autoresponder>().show(); });
     connect(ui->help_b, &QPushButton::clicked, this, &Preference::show_own_help);
     connect(ui->close_b, &QPushButton::clicked, this, &Preference::unload);
 }
