@@ -125,10 +125,9 @@ void picture_small_screens(const album &pictures)
     the<frmSplash>().show();
     pictures.keep(the<frmSplash>(), "frmSplash");
     the<frmSplash>().unload();
-    frmAbout about;
-    about.show();
-    about.adjustSize();
-    pictures.keep(about, "frmAbout");
+    the<frmAbout>().show();
+    pictures.keep(the<frmAbout>(), "frmAbout");
+    the<frmAbout>().unload();
     Exit_frm leaving;
     control<QTimer>(leaving, "Timer1").disconnect(); // it would back up, and end the program
     leaving.adjustSize();

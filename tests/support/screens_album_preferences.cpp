@@ -8,6 +8,7 @@
 #include "screens/message_boxes.h"
 #include "screens/preferences/OnlinePref.h"
 #include "screens/preferences/Preference.h"
+#include "screens/screen.h"
 #include "support/screens_album.h"
 #include "support/screens_driver.h"
 
@@ -61,6 +62,7 @@ void picture_preferences(const album &pictures, menuFrm &console)
 {
     run_sql("insert into sign values( 'Shop','Kind regards\nZo\u00eb Kr\u00e4mer\nRose Cottage Nursery','Yes' )");
     run_sql("insert into sign values( 'Private','Yours, Zo\u00eb','No' )");
+    unload_all_screens();
     const QSize usual = console.size();
     the<Preference>().show();
     pictures.keep(console, "Preference");
