@@ -22,6 +22,7 @@ wiring::wiring()
 {
     set_message_service(&boxes);
     services.dialogs = &dialogs;
+    services.printing = &printing;
     services.mail_client = &mail;
     services.mail_session = &mail_session;
     set_winopen([](const QString &path) { return QDesktopServices::openUrl(url_of(path)); });

@@ -103,6 +103,7 @@ wait_screen::~wait_screen() = default;
 
 void wait_screen::Load()
 {
+    WebBrowser1->setVisible(!session.animation_file.isEmpty());
     // The work goes on without its animation.
     guarded(qPrintable(objectName() + ".frm"), "Form_Load", [this] { WebBrowser1->Navigate(session.animation_file); });
 }

@@ -16,7 +16,7 @@ class wait_screen : public screen {
 public:
     wait_screen(const QString &name, const QString &title, QWidget *parent = nullptr);
     ~wait_screen() override;
-    void Load() override; // shows the page of session.animation_file
+    void Load() override; // shows the page of session.animation_file; no picture where that is empty
 
 protected:
     virtual void work() = 0; // the long work; progress that is reported meanwhile is shown

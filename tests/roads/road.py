@@ -23,8 +23,9 @@ class Site:
         self.store = self.tessaly / "mailapp.mdb"
         self.settings = self.folder / "config/brenmoorbiz.conf"
 
-    def start(self):
-        return Program(str(self.tessaly / "tessaly"), {"XDG_CONFIG_HOME": str(self.folder / "config")})
+    def start(self, environment=None):
+        return Program(str(self.tessaly / "tessaly"),
+                       {"XDG_CONFIG_HOME": str(self.folder / "config"), **(environment or {})})
 
     def rows(self, sql):
         with contextlib.closing(sqlite3.connect(f"file:{self.store}?mode=ro", uri=True)) as connection:

@@ -201,6 +201,7 @@ void take_pictures(const album &pictures)
     picture_autoresponder(pictures, console); // nothing to answer yet
     picture_map_wizard(pictures, console);
     picture_autoresponder(pictures, console);
+    picture_report(pictures, console, site);
     picture_waits(pictures, console);
     picture_small_screens(pictures);
     picture_accounts(pictures, console);

@@ -1,9 +1,12 @@
 // Loaded into a driver by LD_PRELOAD: counts the calls that change something on disk, and at a given one of them
 // either ends the process as kill -9 does, or begins to answer that the disk is full.
-//   DISK_SHIM_CALLS  which calls count: "writes" (pwrite, write, fsync, ftruncate) or "renames" (rename, link, unlink,
-//   unlinkat, mkdir, rmdir) DISK_SHIM_KILL   the number, from 1, before which the process is killed DISK_SHIM_FULL the
-//   number from which on writing fails for want of space DISK_SHIM_ONLY   a part of the path that a written file must
-//   have for DISK_SHIM_FULL; none: every file DISK_SHIM_COUNT  a file into which the count is put
+//   DISK_SHIM_CALLS  which calls count: "writes" (pwrite, write, fsync, ftruncate) or "renames" (and every other call
+//                    that makes, links or removes a name)
+//   DISK_SHIM_KILL   the number, from 1, before which the process is killed
+//   DISK_SHIM_FULL   the number from which on writing fails for want of space
+//   DISK_SHIM_NAMED  a part of the path that a renamed, removed or made thing must have to count; none: all count
+//   DISK_SHIM_ONLY   a part of the path that a written file must have for DISK_SHIM_FULL; none: every file
+//   DISK_SHIM_COUNT  a file into which the count is put
 // Only files count; pipes and terminals do not.
 #include <cerrno>
 #include <csignal>
@@ -24,6 +27,7 @@ struct shim_state {
     long kill_at = 0;
     long full_from = 0;
     const char *only = nullptr;
+    const char *named = nullptr;
     long own_count = 0;
     long *count = nullptr;
 } shim;
@@ -55,6 +59,7 @@ void make_ready()
     shim.kill_at = number_in("DISK_SHIM_KILL");
     shim.full_from = number_in("DISK_SHIM_FULL");
     shim.only = std::getenv("DISK_SHIM_ONLY");
+    shim.named = std::getenv("DISK_SHIM_NAMED");
     shim.count = shared_count(std::getenv("DISK_SHIM_COUNT"));
 }
 
@@ -96,10 +101,10 @@ bool before_write(int descriptor)
     return shim.full_from > 0 && number >= shim.full_from && is_meant(descriptor);
 }
 
-void before_rename()
+void before_rename(const char *path)
 {
     make_ready();
-    if (!shim.count_writes)
+    if (!shim.count_writes && (!shim.named || std::strstr(path, shim.named)))
         count_call();
 }
 
@@ -158,44 +163,44 @@ int ftruncate64(int file, off64_t length) noexcept
 
 int rename(const char *from, const char *to) noexcept
 {
-    before_rename();
+    before_rename(to);
     return real<int(const char *, const char *)>("rename")(from, to);
 }
 
 int renameat2(int from_folder, const char *from, int to_folder, const char *to, unsigned int flags) noexcept
 {
-    before_rename();
+    before_rename(to);
     return real<int(int, const char *, int, const char *, unsigned int)>("renameat2")(from_folder, from, to_folder, to,
                                                                                       flags);
 }
 
 int unlink(const char *path) noexcept
 {
-    before_rename();
+    before_rename(path);
     return real<int(const char *)>("unlink")(path);
 }
 
 int link(const char *from, const char *to) noexcept
 {
-    before_rename();
+    before_rename(to);
     return real<int(const char *, const char *)>("link")(from, to);
 }
 
 int unlinkat(int folder, const char *path, int flags) noexcept
 {
-    before_rename();
+    before_rename(path);
     return real<int(int, const char *, int)>("unlinkat")(folder, path, flags);
 }
 
 int rmdir(const char *path) noexcept
 {
-    before_rename();
+    before_rename(path);
     return real<int(const char *)>("rmdir")(path);
 }
 
 int mkdir(const char *path, mode_t mode) noexcept
 {
-    before_rename();
+    before_rename(path);
     return real<int(const char *, mode_t)>("mkdir")(path, mode);
 }
 }

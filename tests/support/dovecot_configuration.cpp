@@ -25,7 +25,7 @@ auth_failure_delay = 0
 mail_max_userip_connections = 0
 userdb {
   driver = static
-  args = uid=%3 gid=%4 home=%1/home/%u
+  args = uid=%3 gid=%4 home=%1/home/%u allow_all_users=yes
 }
 service anvil {
   chroot =

@@ -5,6 +5,7 @@
 #include <QWidget>
 
 class menuFrm;
+class screens_site;
 
 struct album {
     QString folder;
@@ -23,3 +24,5 @@ void picture_preferences(const album &pictures, menuFrm &console); // screens_al
 // screens_album_setup.cpp
 void picture_setup(const album &pictures);
 void picture_accounts(const album &pictures, menuFrm &console);
+
+void picture_report(const album &pictures, menuFrm &console, screens_site &site); // screens_album_report.cpp

@@ -32,6 +32,12 @@ void listed_mails::set_lines(std::vector<intake::mail_line> lines)
     emit selection_changed();
 }
 
+void listed_mails::set_empty_text(const QString &text)
+{
+    empty_text = text;
+    show_empty_text();
+}
+
 // The keyboard goes on where it was; nothing is selected, so that a second Delete takes nothing that nobody chose.
 void listed_mails::take_away(const std::vector<int> &shown_rows)
 {

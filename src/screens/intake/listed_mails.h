@@ -23,6 +23,7 @@ public:
     explicit listed_mails(const description &what, QObject *parent);
 
     void set_lines(std::vector<intake::mail_line> lines);
+    void set_empty_text(const QString &text);
     void take_away(const std::vector<int> &shown_rows);
 
     // What is not shown is never selected.

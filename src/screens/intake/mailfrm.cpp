@@ -27,6 +27,9 @@ namespace {
 const char *const empty_inbox = "No mail is stored yet.\nChoose Mail > Fetch Mail to take the form mails of your "
                                 "accounts from your Inbox.";
 const char *const empty_sent = "Nothing was sent yet.\nEvery mail that the program sends is listed here.";
+const char *const empty_sent_report =
+    "No sent mail fits the report.\nChoose other days or fewer conditions, or Sent Item "
+    "to see all mails again.";
 const char *const cancelled_line = "Fetching was cancelled. The mails stored so far are shown.";
 
 }
@@ -46,6 +49,7 @@ mailfrm::mailfrm(QWidget *parent) : screen(parent), ui(std::make_unique<Ui::mail
 
     connect(inbox, &listed_mails::selection_changed, this, &mailfrm::LV_sub_Click);
     connect(sent, &listed_mails::selection_changed, this, &mailfrm::LV_sub_si_Click);
+    connect(ui->report_bar, &sent_report_bar::rows_wanted, this, &mailfrm::sentitems_show);
     connect(ui->inbox_b, &QToolButton::clicked, this, &mailfrm::inb_Click);
     connect(ui->sentitems_b, &QToolButton::clicked, this, &mailfrm::sitm_Click);
 }
@@ -150,7 +154,20 @@ void mailfrm::showmails_from_database()
 void mailfrm::populate_sentitems_tbl()
 {
     open_store_if_closed();
+    sent->set_empty_text(empty_sent);
+    ui->report_bar->show_no_report();
     show_sent_mails(intake::sent_mail_lines());
+}
+
+void mailfrm::sentitems_show()
+{
+    guarded("Mailfrm.frm", "sentitems_show", [this] {
+        auto lines = ui->report_bar->write_rows();
+        if (!lines)
+            return;
+        sent->set_empty_text(empty_sent_report);
+        show_sent_mails(std::move(*lines));
+    });
 }
 
 void mailfrm::show_sent_mails(std::vector<intake::mail_line> lines)
@@ -200,7 +217,10 @@ void mailfrm::inb_Click()
 
 void mailfrm::sitm_Click()
 {
-    guarded("Mailfrm.frm", "sentitems_b_click", [this] { populate_sentitems_tbl(); });
+    guarded("Mailfrm.frm", "sentitems_b_click", [this] {
+        populate_sentitems_tbl();
+        ui->report_bar->open_view();
+    });
     ui->qt_views->setCurrentWidget(ui->sentitems_fr);
     LV_sub_si_Click();
 }

@@ -1,0 +1,136 @@
+// What the sent view offers for a report: dates, accounts, fields, and how it folds.
+#include "support/screens_sent_site.h"
+
+#include <QTest>
+
+class sent_report_bar_test : public QObject {
+    Q_OBJECT
+private slots:
+    void a_first_report_is_about_today()
+    {
+        const sent_site site;
+        open_sent_view();
+        QCOMPARE(on_bar<QDateEdit>("DTP1").date(), QDate(2026, 11, 21));
+        QCOMPARE(on_bar<QDateEdit>("DTP2").date(), QDate(2026, 11, 21));
+    }
+
+    void a_later_one_begins_with_the_day_of_the_last()
+    {
+        sent_site site;
+        site.store.run("update lastdate set gendate='11/9/2026' where id=3");
+        open_sent_view();
+        QCOMPARE(on_bar<QDateEdit>("DTP1").date(), QDate(2026, 11, 9));
+        QCOMPARE(on_bar<QDateEdit>("DTP2").date(), QDate(2026, 11, 21));
+    }
+
+    void a_last_day_in_the_future_is_today()
+    {
+        sent_site site;
+        site.store.run("update lastdate set gendate='12/24/2026' where id=3");
+        open_sent_view();
+        QCOMPARE(on_bar<QDateEdit>("DTP1").date(), QDate(2026, 11, 21));
+    }
+
+    void dates_that_the_user_has_set_stay()
+    {
+        const sent_site site;
+        open_sent_view();
+        on_bar<QDateEdit>("DTP1").setDate(QDate(2026, 1, 2));
+        on_bar<QToolButton>("inbox_b").click();
+        on_bar<QToolButton>("sentitems_b").click();
+        QCOMPARE(on_bar<QDateEdit>("DTP1").date(), QDate(2026, 1, 2));
+    }
+
+    void the_accounts_stand_behind_select()
+    {
+        const sent_site site;
+        open_sent_view();
+        QCOMPARE(entries("account_c"), (QStringList{"Select", "orders", "contact"}));
+        QCOMPARE(on_bar<QComboBox>("account_c").currentText(), "Select");
+        for (const char *name : {"field1_c", "field2_c", "field3_c", "field4_c", "subject_field_c"})
+            QCOMPARE(entries(name), QStringList{"Select"});
+    }
+
+    void an_account_brings_the_columns_of_its_map()
+    {
+        const sent_site site;
+        open_sent_view();
+        choose_entry("account_c", "orders");
+        for (const char *name : {"field1_c", "field2_c", "field3_c", "field4_c", "subject_field_c"}) {
+            QCOMPARE(entries(name), (QStringList{"Select", "tsl_subject", "tsl_Email", "first_name", "city"}));
+            QCOMPARE(on_bar<QComboBox>(name).currentText(), "Select");
+        }
+        choose_entry("account_c", "contact"); // it has no map
+        QCOMPARE(entries("field1_c"), QStringList{"Select"});
+    }
+
+    void a_map_without_its_table_is_logged()
+    {
+        sent_site site;
+        site.store.run("drop table clients");
+        open_sent_view();
+        choose_entry("account_c", "orders");
+        QCOMPARE(entries("field1_c"), QStringList{"Select"});
+        QCOMPARE(session.err_form, "Mailfrm.frm");
+        QCOMPARE(session.err_routine, "account_c_click");
+    }
+
+    void what_is_chosen_stays_when_the_view_is_opened_again()
+    {
+        sent_site site;
+        open_sent_view();
+        choose_entry("account_c", "orders");
+        choose_entry("field2_c", "city");
+        site.store.add_account("third", "third@shop.example");
+        on_bar<QToolButton>("inbox_b").click();
+        on_bar<QToolButton>("sentitems_b").click();
+        QCOMPARE(entries("account_c"), (QStringList{"Select", "orders", "contact", "third"}));
+        QCOMPARE(on_bar<QComboBox>("account_c").currentText(), "orders");
+        QCOMPARE(on_bar<QComboBox>("field2_c").currentText(), "city");
+    }
+
+    void a_value_is_typed_only_beside_a_field()
+    {
+        const sent_site site;
+        open_sent_view();
+        choose_entry("account_c", "orders");
+        QVERIFY(!on_bar<QLineEdit>("val1_t").isEnabled());
+        choose_entry("field1_c", "city");
+        QVERIFY(on_bar<QLineEdit>("val1_t").isEnabled());
+        QVERIFY(!on_bar<QLineEdit>("val2_t").isEnabled());
+        choose_entry("account_c", "contact");
+        QVERIFY(!on_bar<QLineEdit>("val1_t").isEnabled());
+    }
+
+    void it_folds_away_and_stays_so()
+    {
+        const sent_site site;
+        open_sent_view();
+        QVERIFY(on_bar<QPushButton>("genrep_b").isVisible());
+        on_bar<QToolButton>("report_b").click();
+        QVERIFY(!on_bar<QPushButton>("genrep_b").isVisible());
+        the<mailfrm>().unload();
+        open_sent_view();
+        QVERIFY(!on_bar<QPushButton>("genrep_b").isVisible());
+        on_bar<QToolButton>("report_b").click();
+        QVERIFY(on_bar<QPushButton>("genrep_b").isVisible());
+    }
+
+    void the_captions_stand_to_the_letter()
+    {
+        const sent_site site;
+        open_sent_view();
+        const auto caption = [](const char *name) { return on_bar<QLabel>(name).text().remove(u'&'); };
+        QCOMPARE(caption("subject_words_lb"), "Subject contains the words: ");
+        QCOMPARE(caption("subject_field_lb"), "Subject copy refers to field: ");
+        for (int filter = 1; filter <= 4; ++filter) {
+            const QString number = QString::number(filter);
+            QCOMPARE(caption(qPrintable("filter" + number + "_lb")), "Filter" + number);
+        }
+        QCOMPARE(on_bar<QPushButton>("genrep_b").text().remove(u'&'), "Generate report");
+        QCOMPARE(on_bar<QPushButton>("prnrep_t").text().remove(u'&'), "Print report");
+    }
+};
+
+QTEST_MAIN(sent_report_bar_test)
+#include "sent_report_bar_test.moc"

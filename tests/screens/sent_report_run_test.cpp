@@ -1,0 +1,166 @@
+// A report from the sent view: the checks, and list and store afterwards.
+#include "screens/intake/PrintRpt.h"
+#include "screens/intake/genrepwait_frm.h"
+#include "support/screens_sent_site.h"
+
+#include <QTest>
+#include <QTimer>
+
+class sent_report_run_test : public QObject {
+    Q_OBJECT
+private slots:
+    void without_an_account_the_report_stops_with_an_empty_table()
+    {
+        sent_site site;
+        site.store.run("insert into printreport_tbl (sentaccount) values('former')");
+        open_sent_view();
+        generate();
+        QCOMPARE(site.boxes.shown, QStringList{"Please select the account"});
+        QCOMPARE(site.reported(), 0);
+        QCOMPARE(listed(), (QStringList{"First", "Second", "Third"}));
+        QCOMPARE(the<mailfrm>().focusWidget(), &on_bar<QComboBox>("account_c"));
+        QCOMPARE(site.store.cell("select gendate from lastdate where id=3"), "8/13/1976");
+    }
+
+    void a_filter_with_a_field_but_no_value_stops_the_report()
+    {
+        sent_site site;
+        open_sent_view();
+        choose_november();
+        choose_entry("field3_c", "city");
+        on_bar<QLineEdit>("val3_t").setText("  ");
+        generate();
+        QCOMPARE(site.boxes.shown, QStringList{"Please enter value"});
+        QCOMPARE(the<mailfrm>().focusWidget(), &on_bar<QLineEdit>("val3_t"));
+        QCOMPARE(site.reported(), 0);
+        QCOMPARE(listed(), (QStringList{"First", "Second", "Third"}));
+    }
+
+    void a_report_fills_list_and_table_and_keeps_its_day()
+    {
+        sent_site site;
+        open_sent_view();
+        choose_november();
+        generate();
+        QCOMPARE(listed(), (QStringList{"First", "Third", "Second"})); // by the letters of the dates
+        QCOMPARE(site.store.column("select sentto from printreport_tbl"),
+                 (QVariantList{"one@mail.example", "three@mail.example", "two@mail.example"}));
+        QCOMPARE(site.store.cell("select gendate from lastdate where id=3"), "11/21/2026");
+        QCOMPARE(on_bar<QLabel>("report_l").text(),
+                 "The list shows the report: 3 mails of orders between 11/1/2026 and 11/30/2026.");
+        QVERIFY(!is_visible<genrepwait_frm>());
+        QCOMPARE(site.boxes.shown, QStringList());
+    }
+
+    void every_choice_narrows_the_report()
+    {
+        sent_site site;
+        site.add_mailing_to_paris();
+        open_sent_view();
+        choose_november();
+        choose_entry("field1_c", "city");
+        on_bar<QLineEdit>("val1_t").setText("paris");
+        generate();
+        QCOMPARE(listed(), (QStringList{"Third", "Second"}));
+        on_bar<QLineEdit>("subject_words_t").setText("SECO");
+        generate();
+        QCOMPARE(listed(), QStringList{"Second"});
+        QCOMPARE(site.store.cell("select filtersused from printreport_tbl"), ",Filter1:city=paris");
+    }
+
+    void a_report_with_no_matching_mailings_empties_the_list_and_printreport_tbl()
+    {
+        sent_site site;
+        site.add_mailing_to_paris();
+        open_sent_view();
+        choose_november();
+        generate();
+        QCOMPARE(site.reported(), 3);
+        choose_entry("field1_c", "city");
+        on_bar<QLineEdit>("val1_t").setText("Rome");
+        generate();
+        QCOMPARE(listed(), QStringList());
+        QCOMPARE(site.reported(), 0);
+        QCOMPARE(on_bar<QLabel>("report_l").text(),
+                 "The list shows the report: no mail of orders between 11/1/2026 and 11/30/2026.");
+    }
+
+    void cancel_leaves_the_list_and_an_empty_table()
+    {
+        sent_site site;
+        open_sent_view();
+        choose_november();
+        QTimer::singleShot(0, [] { control<QPushButton>(the<genrepwait_frm>(), "cancel_b").click(); });
+        generate();
+        QCOMPARE(listed(), (QStringList{"First", "Second", "Third"}));
+        QCOMPARE(site.reported(), 0);
+        QCOMPARE(site.store.cell("select gendate from lastdate where id=3"), "8/13/1976");
+        QCOMPARE(site.status_lines.last(), "The report was cancelled.");
+        QVERIFY(!is_visible<genrepwait_frm>());
+    }
+
+    void words_that_are_no_pattern_are_logged_and_told()
+    {
+        sent_site site;
+        open_sent_view();
+        choose_november();
+        on_bar<QLineEdit>("subject_words_t").setText("[offer");
+        generate();
+        QCOMPARE(session.err_form, "Mailfrm.frm");
+        QCOMPARE(session.err_routine, "sentitems_show");
+        QVERIFY(site.status_lines.last().startsWith("The report could not be made: "));
+        QCOMPARE(listed(), (QStringList{"First", "Second", "Third"}));
+        QCOMPARE(site.reported(), 0);
+        QCOMPARE(site.store.cell("select gendate from lastdate where id=3"), "8/13/1976");
+    }
+
+    void a_look_up_that_fails_is_logged()
+    {
+        sent_site site;
+        open_sent_view();
+        choose_november();
+        choose_entry("field1_c", "city");
+        on_bar<QLineEdit>("val1_t").setText("Paris");
+        site.store.run("drop table match_tbl");
+        generate();
+        QCOMPARE(session.err_form, "Mailfrm.frm");
+        QCOMPARE(session.err_routine, "genrep_b");
+    }
+
+    void opening_the_view_again_lists_all()
+    {
+        const sent_site site;
+        open_sent_view();
+        choose_november();
+        on_bar<QLineEdit>("subject_words_t").setText("second");
+        generate();
+        QCOMPARE(listed(), QStringList{"Second"});
+        on_bar<QToolButton>("sentitems_b").click();
+        QCOMPARE(listed(), (QStringList{"First", "Second", "Third"}));
+        QCOMPARE(on_bar<QLabel>("report_l").text(), "");
+    }
+
+    void print_shows_the_report_that_was_generated_last()
+    {
+        const sent_site site;
+        open_sent_view();
+        on_bar<QPushButton>("prnrep_t").click();
+        QVERIFY(is_visible<PrintRpt>());
+        QVERIFY(control<QLabel>(the<PrintRpt>(), "empty_l").isVisible());
+        choose_november();
+        generate();
+        on_bar<QPushButton>("prnrep_t").click();
+        QVERIFY(!control<QLabel>(the<PrintRpt>(), "empty_l").isVisible());
+    }
+
+    void enter_in_a_box_generates()
+    {
+        sent_site site;
+        open_sent_view();
+        QTest::keyClick(&on_bar<QLineEdit>("subject_words_t"), Qt::Key_Return);
+        QCOMPARE(site.boxes.shown, QStringList{"Please select the account"});
+    }
+};
+
+QTEST_MAIN(sent_report_run_test)
+#include "sent_report_run_test.moc"
