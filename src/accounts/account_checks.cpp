@@ -10,18 +10,16 @@ namespace {
 
 using enum typed_field;
 
-qint64 count(const QString &sql)
+fault invalid_name()
 {
-    ado::Recordset rows;
-    rows.Open(sql, *session.store_connection);
-    return rows[0].to_number();
+    return {"Invalid query name. Special characters, keywords not allowed", query_t};
 }
 
-bool finds_row(const QString &sql)
+std::optional<fault> why_no_address(const QString &email)
 {
-    ado::Recordset rows;
-    rows.Open(sql, *session.store_connection);
-    return !rows.EOF_();
+    if (!email.contains(u'@') || !email.contains(u'.') || !valid_email(email))
+        return fault{"E-mail id not in a proper format", email_t};
+    return std::nullopt;
 }
 
 std::optional<fault> why_not_well_formed(const QString &query, const QString &email)
@@ -30,16 +28,23 @@ std::optional<fault> why_not_well_formed(const QString &query, const QString &em
         return fault{"Please enter a query name.", query_t};
     if (email.isEmpty())
         return fault{"Please enter an e-mail id.", email_t};
-    if (!email.contains(u'@') || !email.contains(u'.') || !valid_email(email))
-        return fault{"E-mail id not in a proper format", email_t};
+    if (const auto wrong = why_no_address(email))
+        return wrong;
     if (!valid_query_name(query) || !reserved_word_free(query))
-        return fault{"Invalid query name. Special characters, keywords not allowed", query_t};
+        return invalid_name();
     return std::nullopt;
 }
 
-fault address_is_taken()
+std::optional<fault> why_address_is_taken(const QString &email, const QString &of_others = {})
 {
-    return {"This e-mail id has already been configured for a query, please enter another e-mail id", email_t};
+    if (first_value("select count(*) from email_tbl where email=" + quote_sql(email) + of_others).to_number() != 0)
+        return fault{"This e-mail id has already been configured for a query, please enter another e-mail id", email_t};
+    return std::nullopt;
+}
+
+QString but_for(const QString &former)
+{
+    return " and query <>" + quote_sql(former);
 }
 
 std::optional<fault> why_no_table_of_that_name(const QString &query)
@@ -55,8 +60,8 @@ std::optional<fault> why_not_addable(const QString &query, const QString &email)
 {
     if (const auto malformed = why_not_well_formed(query, email))
         return malformed;
-    if (count("select count(*) from email_tbl where email=" + quote_sql(email)) != 0)
-        return address_is_taken();
+    if (const auto taken = why_address_is_taken(email))
+        return taken;
     if (finds_row("select * from email_tbl where query=" + quote_sql(query)))
         return fault{"The query with this name already exists. Please specify another name", query_t};
     return why_no_table_of_that_name(query);
@@ -66,13 +71,21 @@ std::optional<fault> why_not_changeable(const QString &former, const QString &qu
 {
     if (const auto malformed = why_not_well_formed(query, email))
         return malformed;
-    if (count("select count(*) from email_tbl where email=" + quote_sql(email) + " and query <>" + quote_sql(former)) !=
-        0)
-        return address_is_taken();
+    if (const auto taken = why_address_is_taken(email, but_for(former)))
+        return taken;
     const qint64 own = same_text(query, former) ? 1 : 0; // other capitals are no other name
-    if (count("select count(*) from email_tbl where query=" + quote_sql(query)) > own)
+    if (first_value("select count(*) from email_tbl where query=" + quote_sql(query)).to_number() > own)
         return fault{"This query has already been configured, please enter another query name", query_t};
     return why_no_table_of_that_name(query);
+}
+
+std::optional<fault> why_not_renamable(const QString &former, QString &query, const QString &email)
+{
+    if (const auto wrong = why_no_address(email))
+        return wrong;
+    if (!name_passes(query))
+        return invalid_name();
+    return why_address_is_taken(email, but_for(former));
 }
 
 }

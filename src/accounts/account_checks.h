@@ -16,5 +16,7 @@ struct fault {
 std::optional<fault> why_not_addable(const QString &query, const QString &email);
 // former: the name of the account that is changed.
 std::optional<fault> why_not_changeable(const QString &former, const QString &query, const QString &email);
+// The Mail Mapping Wizard's own, fewer tests: it only renames. Trims query in place.
+std::optional<fault> why_not_renamable(const QString &former, QString &query, const QString &email);
 
 }

@@ -23,13 +23,6 @@ void make_table(const QString &query)
     run_sql(sql); // whatever else it was goes up to the handler from here
 }
 
-qint64 count()
-{
-    ado::Recordset rows;
-    rows.Open("select * from email_tbl", *session.store_connection);
-    return rows.RecordCount();
-}
-
 }
 
 QStringList query_list()
@@ -51,6 +44,11 @@ std::optional<entry> find(const QString &query)
     return entry{rows["query"].text_or_empty(), rows["email"].text_or_empty()};
 }
 
+QString not_there(const QString &query)
+{
+    return "The account " + query + " is not there any more. The list is filled anew.";
+}
+
 void add(const QString &query, const QString &email)
 {
     add_account_row(query, email);
@@ -60,15 +58,20 @@ void add(const QString &query, const QString &email)
 
 void change(const QString &former, const QString &query, const QString &email)
 {
-    run_sql("update email_tbl set query=" + quote_sql(query) + ", email=" + quote_sql(email) +
-            " where query=" + quote_sql(former));
+    rename(former, query, email);
     make_table(query);
     mails_changed();
 }
 
+void rename(const QString &former, const QString &query, const QString &email)
+{
+    run_sql("update email_tbl set query=" + quote_sql(query) + ", email=" + quote_sql(email) +
+            " where query=" + quote_sql(former));
+}
+
 bool remove(const QString &query)
 {
-    if (count() <= 1) {
+    if (row_count("select * from email_tbl") <= 1) {
         say("This query cannot be deleted. Atleast one query must exist.", "Tessaly", message_icon::critical);
         return false;
     }

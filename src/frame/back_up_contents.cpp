@@ -6,21 +6,15 @@
 #include "platform/text_file.h"
 
 #include <QDateTime>
-#include <QFileInfo>
 #include <QLocale>
 
 namespace {
 
 constexpr int most_named = 8;
 
-bool is_plain_file(const QString &path)
-{
-    return FileExists(path) && !QFileInfo(path).isSymLink();
-}
-
 bool is_copy_of_a_store(const QString &path)
 {
-    return is_plain_file(path) && store_file::is_of_ours(path);
+    return IsPlainFile(path) && store_file::is_of_ours(path);
 }
 
 class stranger_search {
@@ -30,7 +24,7 @@ public:
         for (const QString &name : AllEntries(data)) {
             const bool is_broken_off = name == u"Tessaly.mdb.tmp" || name == u"Tessaly.mdb.tmp-journal";
             if (!(name == u"Tessaly.mdb" && is_copy_of_a_store(below(data, name))) &&
-                !(is_broken_off && is_plain_file(below(data, name))))
+                !(is_broken_off && IsPlainFile(below(data, name))))
                 add("data/" + name);
         }
     }
@@ -52,7 +46,7 @@ public:
                 return;
             if (FolderExists(below(copy, name)) && FolderExists(below(original, name)))
                 look_into_form(below(copy, name), below(original, name), below(shown, name));
-            else if (!is_plain_file(below(copy, name)) || !is_plain_file(below(original, name)))
+            else if (!IsPlainFile(below(copy, name)) || !IsPlainFile(below(original, name)))
                 add(below(shown, name));
         }
     }
@@ -69,11 +63,6 @@ private:
     bool is_full() const { return found.size() > most_named; }
 };
 
-bool stands_there(const QString &path)
-{
-    return QFileInfo::exists(path) || QFileInfo(path).isSymLink();
-}
-
 }
 
 QString list_of(const QStringList &names)
@@ -89,11 +78,11 @@ QStringList strangers_in(const QString &folder)
     const QString html = below(folder, u"html");
     if (FolderExists(data))
         search.look_into_data(data);
-    else if (stands_there(data))
+    else if (EntryExists(data))
         search.add("data");
     if (FolderExists(html))
         search.look_into_html(html, app_path(u"\\forms"));
-    else if (stands_there(html))
+    else if (EntryExists(html))
         search.add("html");
     return search.found;
 }
@@ -111,5 +100,5 @@ QString time_of_store_in(const QString &folder)
     const QString copy = below(folder, u"data/Tessaly.mdb");
     if (!FolderExists(below(folder, u"data")) || !is_copy_of_a_store(copy))
         return {};
-    return QLocale().toString(QFileInfo(copy).lastModified(), QLocale::ShortFormat);
+    return QLocale().toString(DateLastModified(copy), QLocale::ShortFormat);
 }

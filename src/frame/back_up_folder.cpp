@@ -6,16 +6,7 @@
 #include "platform/folders.h"
 #include "platform/settings.h"
 
-#include <QFileInfo>
-
 namespace {
-
-// A link that leads nowhere is something, too.
-bool is_there(const QString &path)
-{
-    const QFileInfo found(path);
-    return found.exists() || found.isSymLink();
-}
 
 bool lies_in(const QString &inner, const QString &outer)
 {
@@ -25,7 +16,7 @@ bool lies_in(const QString &inner, const QString &outer)
 // Whether all that is there of the path are folders.
 bool can_be_a_folder(QString path)
 {
-    while (!is_there(path) && path != u"/")
+    while (!EntryExists(path) && path != u"/")
         path = GetParentFolderName(path);
     return FolderExists(path);
 }

@@ -53,6 +53,12 @@ bool valid_name(const QString &name)
     return is_name_of(name, u"_");
 }
 
+bool name_passes(QString &name)
+{
+    name = trim(name);
+    return valid_name(name);
+}
+
 bool valid_query_name(const QString &name)
 {
     return is_name_of(name, u"_-.") && !reserved_query_words().contains(upper_case(name));

@@ -20,6 +20,5 @@ bool harms_fixed_table(const QString &name)
     const auto is_name = [&name](const QString &table) {
         return same_text(name, table) || same_text(name, QString(table + QStringLiteral("_old")));
     };
-    return name.startsWith(u"sqlite_", Qt::CaseInsensitive) ||
-           std::any_of(fixed_tables().begin(), fixed_tables().end(), is_name);
+    return std::any_of(fixed_tables().begin(), fixed_tables().end(), is_name);
 }

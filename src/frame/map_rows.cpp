@@ -2,23 +2,9 @@
 #include "frame/store.h"
 #include "frame/text.h"
 
-namespace {
-
-QStringList columns_of(const QString &table)
-{
-    ado::Recordset rows;
-    rows.Open("select * from " + table, *session.store_connection);
-    QStringList columns;
-    for (int index = 0; index < rows.field_count(); ++index)
-        columns += rows.Fields(index).Name();
-    return columns;
-}
-
-}
-
 void normalise_map_rows(const QString &table)
 {
-    for (const QString &column : columns_of(table)) {
+    for (const QString &column : column_names(table)) {
         const QString upper = upper_case(column);
         if (upper != "TSL_RECDATE" && upper != "MESSAGE_ID")
             run_sql("update " + table + " set " + column + "='' where " + column + " is null");

@@ -14,9 +14,7 @@ namespace {
 
 bool is_configured(const QString &email)
 {
-    ado::Recordset rows;
-    rows.Open("select count(*) from email_tbl where email=" + quote_sql(email), *session.store_connection);
-    return rows[0].to_number() != 0;
+    return first_value("select count(*) from email_tbl where email=" + quote_sql(email)).to_number() != 0;
 }
 
 bool is_listed(const QString &query, const QStringList &listed)

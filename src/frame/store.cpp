@@ -42,6 +42,39 @@ void run_sql(const QString &sql)
     session.store_connection->Execute(sql);
 }
 
+ado::Value first_value(const QString &sql)
+{
+    ado::Recordset rows;
+    rows.Open(sql, *session.store_connection);
+    return rows[0];
+}
+
+bool finds_row(const QString &sql)
+{
+    ado::Recordset rows;
+    rows.Open(sql, *session.store_connection);
+    return !rows.EOF_();
+}
+
+qint64 row_count(const QString &sql)
+{
+    ado::Recordset rows;
+    rows.Open(sql, *session.store_connection);
+    return rows.RecordCount();
+}
+
+// Opened as for adding.
+QStringList column_names(const QString &table)
+{
+    ado::Recordset rows;
+    rows.Open("select * from " + table, *session.store_connection, ado::cursor_type::keyset,
+              ado::lock_type::optimistic);
+    QStringList names;
+    for (int index = 0; index < rows.field_count(); ++index)
+        names += rows.Fields(index).Name();
+    return names;
+}
+
 quint32 error_of(const QString &sql)
 {
     try {

@@ -239,8 +239,3 @@ QString us_date_time(const QDateTime &moment)
     return us_date(moment.date()) + u' ' + QString::number(hour) + u':' + two_digits(time.minute()) + u':' +
            two_digits(time.second()) + (time.hour() < 12 ? QStringLiteral(" AM") : QStringLiteral(" PM"));
 }
-
-QString sort_key(const QDateTime &moment)
-{
-    return moment.toString(QStringLiteral("yyyyMMddHHmmss"));
-}

@@ -25,4 +25,3 @@ int leading_number(
 
 QString us_date(const QDate &date);            // 8/13/2026
 QString us_date_time(const QDateTime &moment); // 8/13/2026 1:02:03 PM
-QString sort_key(const QDateTime &moment);     // 20260813130203

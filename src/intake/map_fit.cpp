@@ -5,6 +5,7 @@ namespace intake {
 
 namespace {
 
+constexpr auto between_texts = "@@@";
 constexpr int longest_value = 255;
 constexpr int cut_value = 250; // not 255: two numbers, on purpose
 
@@ -59,7 +60,12 @@ int piece_number(const QString &fposition)
 
 QStringList supporting_texts(const QString &fignore)
 {
-    return pieces(fignore, "@@@");
+    return pieces(fignore, between_texts);
+}
+
+QString joined_texts(const QStringList &texts)
+{
+    return texts.join(between_texts);
 }
 
 std::optional<misfit> subject_misfit(const mail_map &map, const QString &subject)
@@ -90,14 +96,19 @@ bool pieces_fit(const mail_map &map, const QStringList &mail_pieces)
     return !pieces_misfit(map, mail_pieces);
 }
 
-QString field_value(const map_field &field, const QStringList &mail_pieces)
+QString whole_value(const map_field &field, const QStringList &mail_pieces)
 {
     QString value = trim(mail_pieces[field.piece - 1]);
     if (!field.label_left_out)
         value = remove_first(value, field.name);
     for (const QString &text : field.supporting_texts)
         value = remove_all(value, text);
-    value = trim(without_line_ends(value));
+    return trim(without_line_ends(value));
+}
+
+QString field_value(const map_field &field, const QStringList &mail_pieces)
+{
+    const QString value = whole_value(field, mail_pieces);
     return value.size() > longest_value ? left(value, cut_value) : value;
 }
 

@@ -25,6 +25,7 @@ struct mail_map {
 QString cutting_separator(const QString &seperator);  // the stored word to the text that cuts
 int piece_number(const QString &fposition);           // "Line3" is 3; 0 without a number
 QStringList supporting_texts(const QString &fignore); // split on "@@@"
+QString joined_texts(const QStringList &texts);       // the way back
 
 // The one fit test, of the parser and of whoever asks why: the first condition that fails, in the parser's order.
 struct misfit {
@@ -38,6 +39,7 @@ std::optional<misfit> pieces_misfit(const mail_map &map, const QStringList &mail
 
 bool subject_fits(const mail_map &map, const QString &subject);
 bool pieces_fit(const mail_map &map, const QStringList &mail_pieces);
-QString field_value(const map_field &field, const QStringList &mail_pieces); // cut to 250 when longer than 255
+QString whole_value(const map_field &field, const QStringList &mail_pieces);
+QString field_value(const map_field &field, const QStringList &mail_pieces); // that, cut to 250 when longer than 255
 
 }

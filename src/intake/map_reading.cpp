@@ -17,15 +17,11 @@ void read_fields(const QString &table_id, mail_map &map)
     rows.Close();
 }
 
-// Opened as for adding, which reads none of its rows.
 QStringList columns_of(const QString &table)
 {
-    ado::Recordset rows;
-    rows.Open("select * from " + table, *session.store_connection, ado::cursor_type::keyset,
-              ado::lock_type::optimistic);
     QStringList columns;
-    for (int index = 0; index < rows.field_count(); ++index)
-        columns += upper_case(rows.Fields(index).Name());
+    for (const QString &name : column_names(table))
+        columns += upper_case(name);
     return columns;
 }
 

@@ -1,6 +1,7 @@
 #include "maps/classic_map.h"
+#include "frame/checks.h"
 #include "frame/text.h"
-#include "maps/field_entry.h"
+#include "maps/map_wizard.h"
 
 namespace maps {
 
@@ -59,6 +60,13 @@ code_choice choice_in(const classic_code &code)
     if (same_text(code.type, u"fixed"))
         return {fixed_values, code.descriptions, code.codes};
     return {same_text(code.type, u"dynamic") ? int(generated_dynamically) : int(no_code), {}, {}};
+}
+
+QString why_no_classic_code(bool fixed, bool dynamic, bool has_values)
+{
+    if (!fixed && !dynamic)
+        return QStringLiteral("Please select any one of the type");
+    return fixed && !has_values ? QStringLiteral("Please enter values") : QString();
 }
 
 QString why_not_next(QString &name, const QString &position, bool wants_code, const classic_code &code,

@@ -21,6 +21,9 @@ classic_code code_of(const stored_field &field);
 void set_code(stored_field &field, const classic_code &code); // the way back
 code_choice choice_in(const classic_code &code);              // as fcodes_frm opens
 
+// What fcodes_frm asks for before it keeps anything: its two options, and whether a pair was entered. "" when it may.
+QString why_no_classic_code(bool fixed, bool dynamic, bool has_values);
+
 // The first test of "next" that fails, as a message, "" without one. shown is the index of the field on screen in
 // fields, whose own entry is no duplicate; the number of fields when it is a new one. Trims name in place.
 QString why_not_next(QString &name, const QString &position, bool wants_code, const classic_code &code,

@@ -1,7 +1,9 @@
 #include "maps/field_entry.h"
 #include "frame/checks.h"
 #include "frame/text.h"
+#include "intake/map_fit.h"
 #include "maps/mail_cutting.h"
+#include "maps/reference_codes.h"
 
 #include <algorithm>
 
@@ -65,12 +67,6 @@ void keep_code_values(const QString &name)
 
 }
 
-bool name_passes(QString &name)
-{
-    name = trim(name);
-    return valid_name(name);
-}
-
 std::optional<field_fault> why_not_addable(QString &name, const QString &entry, const QString &changed, bool wants_code)
 {
     if (auto fault = name_fault(name))
@@ -90,7 +86,7 @@ QStringList kept_supporting_texts(const QString &name)
 {
     for (const added_field &field : map_wizard.MapWHiddenA_frm) {
         if (field.fieldname == name && !field.ignore.isEmpty())
-            return pieces(field.ignore, QStringLiteral("@@@"));
+            return intake::supporting_texts(field.ignore);
     }
     return {};
 }
@@ -115,7 +111,7 @@ void keep_field(const QString &name, const QString &entry, const QStringList &su
         forget_field(changed);
     // The kind stays with the field even where its check box was taken off again behind the values.
     map_wizard.MapWHiddenA_frm.push_back(
-        {name, as_position(entry), supporting_texts.join(QStringLiteral("@@@")), map_wizard.code_kind, value});
+        {name, as_position(entry), intake::joined_texts(supporting_texts), map_wizard.code_kind, value});
     if (wants_code && map_wizard.code_kind == fixed_values)
         keep_code_values(name);
     forget_pending_code();
@@ -128,14 +124,9 @@ bool take_back_code(const added_field &field)
     map_wizard.code_kind = field.code;
     map_wizard.code_values_set = true;
     if (field.code == fixed_values) {
-        map_wizard.code_descs.clear();
-        map_wizard.code_codes.clear();
-        for (const code_value &value : map_wizard.MapWHiddenR_frm) {
-            if (!same_text(value.fieldname, field.fieldname))
-                continue;
-            map_wizard.code_descs += value.description;
-            map_wizard.code_codes += value.code;
-        }
+        const code_choice values = fixed_values_of(field.fieldname);
+        map_wizard.code_descs = values.descriptions;
+        map_wizard.code_codes = values.codes;
     }
     return true;
 }

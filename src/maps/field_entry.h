@@ -6,9 +6,6 @@
 
 namespace maps {
 
-// Trims the name in place; a letter first, then letters, digits and underscores. Also the test of a map's name.
-bool name_passes(QString &name);
-
 enum class focus { stays, field_t, Values_b };
 struct field_fault {
     QString message;

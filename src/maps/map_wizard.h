@@ -33,10 +33,9 @@ struct map_wizard_state {
 
     QString map_separator; // "Line", or one of , Tab . - _ : ;
 
-    // The field that is being added: the texts of field_t and Line_c, the index in Line_c, the piece without line ends.
+    // The field that is being added: the texts of field_t and Line_c, the piece without line ends.
     QString add_name;
     QString add_position;
-    int add_index = -1;
     QString add_value;
 
     // Its reference code, until it is added.

@@ -1,8 +1,9 @@
 #include "maps/map_writing.h"
+#include "frame/checks.h"
 #include "frame/store.h"
 #include "frame/text.h"
 #include "intake/map_parser.h"
-#include "maps/field_entry.h"
+#include "maps/map_wizard.h"
 
 #include <algorithm>
 
@@ -11,13 +12,6 @@ namespace maps {
 namespace {
 
 constexpr int widest_text = 255; // of a text column of the store
-
-QString value_of(const QString &sql)
-{
-    ado::Recordset row;
-    row.Open(sql, *session.store_connection);
-    return row[0].to_text();
-}
 
 void insert_map(const QString &name)
 {
@@ -28,7 +22,7 @@ void insert_map(const QString &name)
 
 void insert_codes(const QString &fieldname)
 {
-    const QString field_id = value_of("select max(id) from format_tbl");
+    const QString field_id = first_value("select max(id) from format_tbl").to_text();
     for (const code_value &value : map_wizard.MapWHiddenR_frm) {
         if (value.fieldname == fieldname) {
             run_sql("insert into fcodes_tbl (fieldID,fielddesc,fieldCODE) values(" + field_id + "," +
@@ -63,30 +57,23 @@ bool fits_a_column(const QString &text)
     return trim(text).size() <= widest_text;
 }
 
-QStringList fixed_columns()
-{
-    ado::Recordset rows;
-    rows.Open("select * from model_tbl", *session.store_connection);
-    QStringList names;
-    for (int index = 0; index < rows.field_count(); ++index)
-        names += rows.Fields(index).Name();
-    return names;
 }
 
-}
-
-QString why_no_map_name(QString &name)
+std::optional<map_name_fault> why_no_map_name(QString &name)
 {
     if (!name_passes(name))
-        return QStringLiteral("Invalid query name. Special characters, keywords not allowed");
+        return map_name_fault{QStringLiteral("Invalid query name. Special characters, keywords not allowed"),
+                              message_icon::critical};
     if (is_known_map(name)) {
-        return QStringLiteral(
-            "This map already exists. Please provide another name. If you want to use the new map for this format of "
-            "\r\nmail in the future, you need to delete the old map first from the database Manager. To do this, import"
-            "\r\n the existing map's data into the new map before deleting, or you will loose all data stored in that "
-            "map. ");
+        return map_name_fault{
+            QStringLiteral(
+                "This map already exists. Please provide another name. If you want to use the new map for this format of "
+                "\r\nmail in the future, you need to delete the old map first from the database Manager. To do this, import"
+                "\r\n the existing map's data into the new map before deleting, or you will loose all data stored in that "
+                "map. "),
+            message_icon::exclamation};
     }
-    return {};
+    return std::nullopt;
 }
 
 QString why_save_would_fail()
@@ -95,7 +82,7 @@ QString why_save_would_fail()
         return QStringLiteral("This map cannot be saved: the subject of its mail is longer than %1 characters.")
             .arg(widest_text);
     }
-    const QStringList fixed = fixed_columns();
+    const QStringList fixed = column_names(QStringLiteral("model_tbl"));
     for (const added_field &field : map_wizard.MapWHiddenA_frm) {
         if (!fits_a_column(field.fieldname))
             return QStringLiteral("This map cannot be saved whole: the name of a field is too long.");
@@ -116,7 +103,7 @@ QString why_save_would_fail()
 void write_map(const QString &name)
 {
     insert_map(name);
-    const QString table_id = value_of("select max(table_id) from table_list_tbl");
+    const QString table_id = first_value("select max(table_id) from table_list_tbl").to_text();
     run_sql("select * into " + name + " from model_tbl");
     // From last to first: the columns stand in the reverse of the order of adding, on purpose.
     const auto &fields = map_wizard.MapWHiddenA_frm;
@@ -127,11 +114,11 @@ void write_map(const QString &name)
 
 bool bring_mails_over(const QString &name)
 {
-    const QString account_table = value_of("select table_name from email_tbl where id=" + map_wizard.account_id);
+    const QString account_table =
+        first_value("select table_name from email_tbl where id=" + map_wizard.account_id).to_text();
     // In this order: what the new map takes is marked before the parser looks, and so gets no automatic answer.
     const bool remapped = intake::remap_account_mails(account_table, name);
     const bool parsed = intake::parse_unprocessed_mails();
     return remapped && parsed;
 }
-
 }

@@ -1,12 +1,18 @@
 // Saving a map: its rows, its table, its columns, one statement after another and nothing rolled back; then the stored
 // mails are brought over. What is saved: map_wizard.h. The passes over mails: intake/map_parser.h.
 #pragma once
+#include "frame/messages.h"
 #include <QString>
+#include <optional>
 
 namespace maps {
 
-// The name's tests on mapwizardsave_frm, in their order: the message, "" when it passes. Trims name in place.
-QString why_no_map_name(QString &name);
+// The name's tests on mapwizardsave_frm, in their order: nothing when it passes. Trims name in place.
+struct map_name_fault {
+    QString message;
+    message_icon icon;
+};
+std::optional<map_name_fault> why_no_map_name(QString &name);
 
 // What the store will refuse of the map under construction, whatever its name: a sentence for beside mapname_t, "" when
 // nothing is known. Saving is not stopped by it.

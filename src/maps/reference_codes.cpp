@@ -15,9 +15,14 @@ code_choice choice_of(const QString &changed)
         return {};
     if (field->code != fixed_values)
         return {generated_dynamically, {}, {}};
+    return fixed_values_of(changed);
+}
+
+code_choice fixed_values_of(const QString &fieldname)
+{
     code_choice choice{fixed_values, {}, {}};
     for (const code_value &value : map_wizard.MapWHiddenR_frm) {
-        if (!same_text(value.fieldname, changed))
+        if (!same_text(value.fieldname, fieldname))
             continue;
         choice.descriptions += value.description;
         choice.codes += value.code;
@@ -45,13 +50,6 @@ void submit_code(bool fixed, const QStringList &descriptions, const QStringList 
 void cancel_code()
 {
     map_wizard.code_values_set = false;
-}
-
-QString why_no_classic_code(bool fixed, bool dynamic, bool has_values)
-{
-    if (!fixed && !dynamic)
-        return QStringLiteral("Please select any one of the type");
-    return fixed && !has_values ? QStringLiteral("Please enter values") : QString();
 }
 
 }

@@ -1,4 +1,5 @@
-// The reference code of the field under construction, as the screen MapWRefcode_frm shows and keeps it.
+// The reference code of the field under construction, as the screen MapWRefcode_frm shows and keeps it. The codes of a
+// saved map's field: classic_map.h.
 #pragma once
 #include <QString>
 #include <QStringList>
@@ -15,6 +16,9 @@ struct code_choice {
 // field with any other kind than fixed values: dynamic.
 code_choice choice_of(const QString &changed);
 
+// The fixed values of the field of that name, case-blind, as the wizard holds them so far.
+code_choice fixed_values_of(const QString &fieldname);
+
 // "Please enter description", "Please enter code", or "".
 QString why_no_code_value(const QString &description, const QString &code);
 
@@ -23,8 +27,5 @@ void submit_code(bool fixed, const QStringList &descriptions, const QStringList 
 
 // Cancel: no values are given. The kind stays as it was, and is saved with the field if it is added all the same.
 void cancel_code();
-
-// What fcodes_frm asks for before it keeps anything: its two options, and whether a pair was entered. "" when it may.
-QString why_no_classic_code(bool fixed, bool dynamic, bool has_values);
 
 }

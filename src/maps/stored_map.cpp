@@ -1,6 +1,7 @@
 #include "maps/stored_map.h"
 #include "frame/store.h"
 #include "frame/text.h"
+#include "intake/map_fit.h"
 #include "maps/map_wizard.h"
 #include "maps/sample_mails.h"
 
@@ -51,7 +52,7 @@ QString yes_or_no(bool flag)
 QString summary_line(const stored_field &field, bool is_code_field)
 {
     const QString flag = yes_or_no(field.finclude);
-    const QString texts = QString(field.fignore).replace(QStringLiteral("@@@"), QStringLiteral(","));
+    const QString texts = intake::supporting_texts(field.fignore).join(u',');
     return field.fposition + blanks(12 - field.fposition.size()) + field.fname + at_least_one(17 - field.fname.size()) +
            flag + blanks(19 - flag.size()) + texts + at_least_one(17 - texts.size()) + yes_or_no(is_code_field) +
            QStringLiteral("\r\n");
@@ -87,9 +88,7 @@ stored_map read_map(const QString &name)
     row.Open("select * from table_list_tbl where table_name=" + quote_sql(name), *session.store_connection);
     if (row.EOF_())
         return map;
-    map.table_name = row["table_name"].text_or_empty();
     map.seperator = row["seperator"].text_or_empty();
-    map.subject = row["subject"].text_or_empty();
     return map;
 }
 

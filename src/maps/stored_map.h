@@ -18,9 +18,7 @@ struct stored_field {
 };
 
 struct stored_map {
-    QString table_name;
     QString seperator;
-    QString subject;
     std::vector<stored_field> fields; // in the table's order: the reverse of adding
 };
 

@@ -5,9 +5,13 @@
 // All that change something throw run_time_error 76 (path not found), 58 (something of that name is there), 70
 // (denied), 61 (disk full) or 75 (whatever else), with the path in the description.
 #pragma once
+#include <QDateTime>
 #include <QStringList>
 
 bool FolderExists(const QString &path);
+bool EntryExists(const QString &path);             // whatever it is, also a link that leads nowhere
+bool IsPlainFile(const QString &path);             // no link to one either
+QDateTime DateLastModified(const QString &path);   // local time; not valid where nothing is
 QString GetParentFolderName(const QString &path);  // "" above the root
 QString GetDriveName(const QString &path);         // what the path hangs from, "/"; "" when it hangs from nothing
 QString GetAbsolutePathName(const QString &path);  // clean, and free of links as far as the path is there

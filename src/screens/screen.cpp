@@ -153,7 +153,8 @@ void screen::show()
 
 void screen::open_in_area(QMdiArea &area)
 {
-    if (!sub_window) {
+    const bool is_new = !sub_window;
+    if (is_new) {
         sub_window = area.addSubWindow(this);
         const QRect room = area.viewport()->rect();
         const QSize size = sub_window->sizeHint().expandedTo(minimumSize()).boundedTo(room.size());
@@ -164,6 +165,12 @@ void screen::open_in_area(QMdiArea &area)
     sub_window->show();
     QWidget::show();
     area.setActiveSubWindow(sub_window);
+    if (is_new) { // Load has just seen to everything
+        connect(sub_window, &QMdiSubWindow::aboutToActivate, this, [this] {
+            if (!is_gone)
+                Activate();
+        });
+    }
 }
 
 void screen::open_as_window()
@@ -242,7 +249,6 @@ void screen::show_own_help()
         status_line("There is no help file beside the program.");
 }
 
-// Enter presses the button that has the keyboard, else the default one.
 bool screen::press_button_for_enter()
 {
     auto *button = qobject_cast<QPushButton *>(focusWidget());

@@ -24,9 +24,11 @@ public:
     bool shown() const; // also while it is an icon in the area, or the console is one
 
     virtual void Load() {}
+    virtual void Activate() {} // each time it comes to the front of the console's area again
 
 protected:
-    void show_own_help(); // what F1 does; says so where there is no help file
+    bool press_button_for_enter(); // the one that has the keyboard, else the default one; false: there is none
+    void show_own_help();          // what F1 does; says so where there is no help file
     virtual QString help_topic() const { return objectName(); }
     virtual bool closes_on_escape() const { return true; }
     virtual bool opens_in_area() const { return true; } // false: a window of its own over the console
@@ -37,7 +39,6 @@ private:
     friend void own_screen(screen &made);
     void open_in_area(QMdiArea &area);
     void open_as_window();
-    bool press_button_for_enter();
     QWidget *outer_window() const;
 
     bool load_ran = false;

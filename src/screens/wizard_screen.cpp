@@ -1,16 +1,7 @@
 #include "screens/wizard_screen.h"
-#include "frame/help.h"
-#include "frame/status.h"
 
 #include <QCloseEvent>
 #include <QKeyEvent>
-#include <QPushButton>
-
-void wizard_screen::help_b_Click()
-{
-    if (!show_help(help_topic()))
-        status_line("There is no help file beside the program.");
-}
 
 quint32 wizard_screen::GetBkColor() const
 {
@@ -25,23 +16,12 @@ void wizard_screen::closeEvent(QCloseEvent *event)
     event->setAccepted(!shown());
 }
 
-void wizard_screen::press_default_button()
-{
-    auto *focused = qobject_cast<QPushButton *>(focusWidget());
-    if (focused)
-        return focused->click();
-    for (QPushButton *button : findChildren<QPushButton *>()) {
-        if (button->isDefault() && button->isVisible())
-            return button->click();
-    }
-}
-
 void wizard_screen::keyPressEvent(QKeyEvent *event)
 {
     if (event->key() == Qt::Key_Escape)
         cancel_b_Click();
     else if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
-        press_default_button();
+        press_button_for_enter();
     else
         screen::keyPressEvent(event);
 }

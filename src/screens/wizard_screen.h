@@ -12,14 +12,10 @@ public:
 
 protected:
     virtual void cancel_b_Click() = 0;
-    void help_b_Click();
     quint32 GetBkColor() const; // as the platform gives a colour: blue, green, red from the highest byte down
 
     void closeEvent(QCloseEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
-
-private:
-    void press_default_button();
 };
 
 // While it lives, the pointer says that the program works. The two may go meanwhile.

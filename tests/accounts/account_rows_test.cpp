@@ -31,6 +31,7 @@ private slots:
     void a_left_over_table_keeps_its_mails_under_old();
     void an_old_table_of_that_name_already_ends_the_click_and_loses_nothing();
     void names_with_hyphen_and_dot_keep_their_mails_too();
+    void names_that_the_file_keeps_for_itself_too();
     void a_failing_table_step_leaves_the_row();
     void changing_the_address_only_empties_the_active_table();
     void changing_it_a_second_time_fails_at_the_old_table();
@@ -116,6 +117,16 @@ void account_rows_test::names_with_hyphen_and_dot_keep_their_mails_too()
         QCOMPARE(site.mails(name), QStringList());
         QCOMPARE(site.mails(name + "_old"), QStringList{"Hello"});
     }
+}
+
+void account_rows_test::names_that_the_file_keeps_for_itself_too()
+{
+    account_site site;
+    QVERIFY(site.add("sqlite_shop", "shop@shop.example"));
+    site.add_stored_mail("sqlite_shop", "Hello", "Text");
+    QVERIFY(site.change("sqlite_shop", "sqlite_shop", "new@shop.example"));
+    QCOMPARE(site.mails("sqlite_shop"), QStringList());
+    QCOMPARE(site.mails("sqlite_shop_old"), QStringList{"Hello"});
 }
 
 void account_rows_test::a_failing_table_step_leaves_the_row()

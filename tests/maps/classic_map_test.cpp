@@ -38,6 +38,8 @@ class classic_map_test : public QObject {
     Q_OBJECT
 private slots:
     void the_separators_offered();
+    void the_codes_ask_data();
+    void the_codes_ask();
     void entries_of_pieces();
     void a_field_is_refused_data();
     void a_field_is_refused();
@@ -161,6 +163,26 @@ void classic_map_test::the_code_field_is_the_last_one_with_code_values()
     QCOMPARE(maps::code_field_of(fields), 2);
     fields[3].fcodegen = 1; // no values
     QCOMPARE(maps::code_field_of(fields), 2);
+}
+
+void classic_map_test::the_codes_ask_data()
+{
+    QTest::addColumn<bool>("fixed");
+    QTest::addColumn<bool>("dynamic");
+    QTest::addColumn<bool>("has_values");
+    QTest::addColumn<QString>("message");
+    QTest::newRow("neither option") << false << false << true << "Please select any one of the type";
+    QTest::newRow("fixed without values") << true << false << false << "Please enter values";
+    QTest::newRow("fixed with values") << true << false << true << "";
+    QTest::newRow("dynamic needs none") << false << true << false << "";
+}
+
+void classic_map_test::the_codes_ask()
+{
+    QFETCH(bool, fixed);
+    QFETCH(bool, dynamic);
+    QFETCH(bool, has_values);
+    QTEST(maps::why_no_classic_code(fixed, dynamic, has_values), "message");
 }
 
 QTEST_GUILESS_MAIN(classic_map_test)

@@ -115,16 +115,16 @@ void field_entry_test::names_data()
 void field_entry_test::names()
 {
     QFETCH(QString, name);
-    QTEST(maps::name_passes(name), "passes");
+    QTEST(name_passes(name), "passes");
 }
 
 void field_entry_test::a_name_is_trimmed_in_place()
 {
     QString name = "  city ";
-    QVERIFY(maps::name_passes(name));
+    QVERIFY(name_passes(name));
     QCOMPARE(name, QString("city"));
     QString refused = " first name ";
-    QVERIFY(!maps::name_passes(refused));
+    QVERIFY(!name_passes(refused));
     QCOMPARE(refused, QString("first name"));
 }
 
@@ -133,13 +133,13 @@ void field_entry_test::three_rules_for_names()
     QString with_blanks = " city ";
     QVERIFY(!valid_name(with_blanks));       // trims only to see emptiness
     QVERIFY(!valid_query_name(with_blanks)); // the same
-    QVERIFY(maps::name_passes(with_blanks)); // trims in place
+    QVERIFY(name_passes(with_blanks));       // trims in place
     QString shop = "my-shop";
     QVERIFY(valid_query_name(shop));
-    QVERIFY(!maps::name_passes(shop));
+    QVERIFY(!name_passes(shop));
     QString word = "Select";
     QVERIFY(!valid_query_name(word));
-    QVERIFY(maps::name_passes(word));
+    QVERIFY(name_passes(word));
 }
 
 void field_entry_test::a_field_is_refused_data()

@@ -155,7 +155,7 @@ void half_map_test::a_half_maps_name_is_taken()
     site.add_field("city", 1);
     QVERIFY(failure_of_save("Select") != 0);
     QString name = "SELECT";
-    QVERIFY(maps::why_no_map_name(name).startsWith("This map already exists."));
+    QVERIFY(maps::why_no_map_name(name)->message.startsWith("This map already exists."));
 }
 
 void half_map_test::a_failed_save_keeps_the_name_of_the_one_before()

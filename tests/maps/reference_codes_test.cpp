@@ -19,8 +19,6 @@ private slots:
     void submitting();
     void fixed_values_without_a_pair_are_kept_as_such();
     void cancelling_leaves_the_kind();
-    void the_classic_screen_asks_data();
-    void the_classic_screen_asks();
 };
 
 void reference_codes_test::a_new_field_opens_with_nothing()
@@ -123,26 +121,6 @@ void reference_codes_test::cancelling_leaves_the_kind()
     maps::keep_field("colour", "Separator1", {}, {}, {}, false);
     QCOMPARE(map_wizard.MapWHiddenA_frm[0].code, int(maps::fixed_values));
     QVERIFY(map_wizard.MapWHiddenR_frm.empty());
-}
-
-void reference_codes_test::the_classic_screen_asks_data()
-{
-    QTest::addColumn<bool>("fixed");
-    QTest::addColumn<bool>("dynamic");
-    QTest::addColumn<bool>("has_values");
-    QTest::addColumn<QString>("message");
-    QTest::newRow("neither option") << false << false << true << "Please select any one of the type";
-    QTest::newRow("fixed without values") << true << false << false << "Please enter values";
-    QTest::newRow("fixed with values") << true << false << true << "";
-    QTest::newRow("dynamic needs none") << false << true << false << "";
-}
-
-void reference_codes_test::the_classic_screen_asks()
-{
-    QFETCH(bool, fixed);
-    QFETCH(bool, dynamic);
-    QFETCH(bool, has_values);
-    QTEST(maps::why_no_classic_code(fixed, dynamic, has_values), "message");
 }
 
 QTEST_GUILESS_MAIN(reference_codes_test)

@@ -35,7 +35,7 @@ private slots:
     void a_map_is_read();
     void fixed_values_are_read_with_their_field();
     void a_map_that_does_not_exist();
-    void an_imported_map_without_subject();
+    void an_imported_map_without_separator();
     void a_line_of_the_summary_data();
     void a_line_of_the_summary();
     void a_whole_summary();
@@ -62,9 +62,7 @@ void stored_map_test::a_map_is_read()
     maps::write_map("Customers");
     site.run("update format_tbl set finclude=no where fname='city'");
     const maps::stored_map map = maps::read_map("customers");
-    QCOMPARE(map.table_name, QString("Customers"));
     QCOMPARE(map.seperator, QString(";"));
-    QCOMPARE(map.subject, QString("Order form"));
     QCOMPARE(map.fields.size(), size_t(2));
     QCOMPARE(map.fields[0].fname, QString("zip"));
     QCOMPARE(map.fields[0].fposition, QString("Line1"));
@@ -97,16 +95,16 @@ void stored_map_test::a_map_that_does_not_exist()
 {
     wizard_site site;
     const maps::stored_map map = maps::read_map("nowhere");
-    QCOMPARE(map.table_name, QString());
+    QCOMPARE(map.seperator, QString());
     QVERIFY(map.fields.empty());
 }
 
-void stored_map_test::an_imported_map_without_subject()
+void stored_map_test::an_imported_map_without_separator()
 {
     wizard_site site;
     site.run("insert into table_list_tbl (table_name,date_created,query_id,lastformat) values('merged',date(),0,no)");
-    QCOMPARE(maps::read_map("merged").table_name, QString("merged"));
-    QCOMPARE(maps::read_map("merged").subject, QString());
+    QCOMPARE(maps::read_map("merged").seperator, QString());
+    QVERIFY(maps::read_map("merged").fields.empty());
 }
 
 void stored_map_test::a_line_of_the_summary_data()

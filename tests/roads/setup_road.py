@@ -41,11 +41,11 @@ with site() as here:
 
     with here.start() as tessaly:
         tessaly.window("Tessaly Setup")
-        tessaly.press(tessaly.find("button", "Next >"))
+        tessaly.press(tessaly.find("button", "Next»"))
         tessaly.window("Configure")
         tessaly.find("list item", "orders")
         add_account(tessaly, "contact", "hello@rosecottage.example")
-        tessaly.press(tessaly.find("button", "Next >"))
+        tessaly.press(tessaly.find("button", "Next»"))
         tessaly.find("button", "Finish")
         tessaly.type_into("text", "Back-up folder:", str(back_ups), title="Tessaly Setup")
         tessaly.press(tessaly.find("button", "Finish"))

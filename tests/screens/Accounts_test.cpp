@@ -1,6 +1,8 @@
 // The preferences page "Accounts" through its controls, and the list that leads from page to page.
 #include "frame/session.h"
 #include "screens/frame/menuFrm.h"
+#include "screens/list_view.h"
+#include "screens/maps/MapWizardStep2_frm.h"
 #include "screens/preferences/Accounts.h"
 #include "screens/preferences/mail_client_frm.h"
 #include "screens/preferences/page_list.h"
@@ -64,6 +66,20 @@ void choose(QComboBox &list, const QString &caption)
     list.setCurrentIndex(list.findText(caption));
     emit list.activated(list.findText(caption));
 }
+
+// In the Mail Mapping Wizard, beside this page.
+void rename_first_account_in_wizard(const QString &query)
+{
+    MapWizardStep2_frm &wizard = the<MapWizardStep2_frm>();
+    wizard.show();
+    auto &list = control<list_view>(wizard, "inbox_lv");
+    list.setCurrentIndex(list.model()->index(0, 0));
+    control<QPushButton>(wizard, "Edit_b").click();
+    control<QLineEdit>(wizard, "query_t").setText(query);
+    control<QPushButton>(wizard, "change_b").click();
+}
+
+const QString gone = "The account orders is not there any more. The list is filled anew.";
 
 struct page_site : screens_site {
     page_site()
@@ -163,6 +179,101 @@ private slots:
         QCOMPARE(site.boxes.shown,
                  QStringList{"This query has already been configured, please enter another query name"});
         QCOMPARE(site.accounts_now(), "orders contact");
+    }
+
+    void change_refuses_an_account_that_is_gone_and_leaves_its_table()
+    {
+        page_site site;
+        site.store.run("insert into orders (tsl_subject,tsl_recdate,tsl_Email,tsl_status,tsl_body) "
+                       "values('Order','1/2/2026','zoe@home.example','new','Name: Zoe')");
+        query_c().setCurrentIndex(1);
+        site.store.run("update email_tbl set query='sales' where query='orders'");
+        button("change_b").click();
+        QCOMPARE(site.boxes.shown, QStringList{gone});
+        QCOMPARE(site.rows_of("orders"), 1);
+        QCOMPARE(error_number_of([&] { site.store.run("select * from orders_old"); }), quint32(ado::unknown_table));
+        QCOMPARE(entries(query_c()), (QStringList{"Select query", "sales", "contact"}));
+        QCOMPARE(query_c().currentIndex(), 0);
+    }
+
+    void delete_refuses_an_account_that_is_gone()
+    {
+        page_site site;
+        query_c().setCurrentIndex(1);
+        site.store.run("update email_tbl set query='sales' where query='orders'");
+        button("Delete_b").click();
+        QCOMPARE(site.boxes.shown, QStringList{gone});
+        QCOMPARE(site.accounts_now(), "sales contact");
+        QCOMPARE(entries(query_c()), (QStringList{"Select query", "sales", "contact"}));
+    }
+
+    void what_the_wizard_changed_is_listed_when_the_page_comes_to_the_front()
+    {
+        screens_site site;
+        site.store.add_account("orders", "orders@shop.example");
+        site.store.add_account("contact", "hello@shop.example");
+        menuFrm console;
+        console.show();
+        page().show();
+        query_c().setCurrentIndex(1);
+        rename_first_account_in_wizard("sales");
+        page().show();
+        QCOMPARE(entries(query_c()), (QStringList{"Select query", "sales", "contact"}));
+        QCOMPARE(query_c().currentIndex(), 0);
+        QCOMPARE(field("query_t").text(), "");
+        QVERIFY(!button("change_b").isEnabled());
+        forget_screens();
+    }
+
+    void what_is_typed_stays_when_its_account_is_as_it_was()
+    {
+        screens_site site;
+        site.store.add_account("orders", "orders@shop.example");
+        site.store.add_account("contact", "hello@shop.example");
+        menuFrm console;
+        console.show();
+        page().show();
+        query_c().setCurrentIndex(2);
+        type("shop", "shop@shop.example");
+        rename_first_account_in_wizard("sales");
+        page().show();
+        QCOMPARE(entries(query_c()), (QStringList{"Select query", "sales", "contact"}));
+        QCOMPARE(query_c().currentText(), "contact");
+        QCOMPARE(field("query_t").text(), "shop");
+        QVERIFY(button("change_b").isEnabled());
+        forget_screens();
+    }
+
+    void enter_changes_a_chosen_account_and_adds_none()
+    {
+        page_site site;
+        query_c().setCurrentIndex(1);
+        type("shop", "shop@shop.example");
+        QTest::keyClick(&field("email_t"), Qt::Key_Return);
+        QCOMPARE(site.accounts_now(), "shop contact");
+        type("garden", "garden@shop.example"); // none is chosen any more
+        QTest::keyClick(&field("email_t"), Qt::Key_Return);
+        QCOMPARE(site.accounts_now(), "shop contact garden");
+    }
+
+    void accounts_that_cannot_be_read_are_said()
+    {
+        screens_site site;
+        site.store.run("drop table email_tbl");
+        page().show();
+        QCOMPARE(site.status_lines.size(), 1);
+        QVERIFY(site.status_lines[0].startsWith("The accounts cannot be shown: "));
+    }
+
+    void an_account_that_cannot_be_deleted_is_said()
+    {
+        page_site site;
+        query_c().setCurrentIndex(1);
+        site.store.run("drop table email_tbl");
+        button("Delete_b").click();
+        QCOMPARE(session.err_routine, "Delete_b");
+        QCOMPARE(site.status_lines.size(), 1);
+        QVERIFY(site.status_lines[0].startsWith("The account orders could not be deleted: "));
     }
 
     void a_change_that_cannot_make_its_table_is_told_in_the_status_bar()

@@ -56,6 +56,26 @@ void select_rows(list_view &list, const QList<int> &rows)
                                       QItemSelectionModel::Select | QItemSelectionModel::Rows);
 }
 
+// The table of the account goes while its message is shown.
+struct table_taken_away : message_service {
+    explicit table_taken_away(screens_site &of) : site(of) { set_message_service(this); }
+    ~table_taken_away() override { set_message_service(&site.boxes); }
+    std::optional<QString> show(const message_box &box) override
+    {
+        site.store.run("drop table orders");
+        return site.boxes.show(box);
+    }
+    screens_site &site;
+};
+
+// The first mail of that account, and the button.
+void open_fields_of(const char *account)
+{
+    Format_mail_frm &page = page_shown(account);
+    select_rows(control<list_view>(page, "inbox_lv"), {0});
+    control<QPushButton>(page, "open_b").click();
+}
+
 }
 
 class Format_mail_frm_test : public QObject {
@@ -156,6 +176,21 @@ private slots:
         QCOMPARE(site.rows_of("clients"), 1);
     }
 
+    void mails_that_were_deleted_are_not_called_undeleted_when_the_list_fails()
+    {
+        screens_site site;
+        site.store.add_account("orders", "orders@shop.example");
+        store_mail(site, "orders", "Order 1", "1/2/2026 3:04:05 PM");
+        Format_mail_frm &page = page_shown("orders");
+        select_rows(control<list_view>(page, "inbox_lv"), {0});
+        const table_taken_away boxes(site);
+        control<QPushButton>(page, "delete_l").click();
+        QCOMPARE(site.boxes.shown, QStringList{"The mail was deleted."});
+        QCOMPARE(session.err_routine, "delete_l_Click");
+        QCOMPARE(site.status_lines.size(), 1);
+        QVERIFY(site.status_lines[0].startsWith("The mails were deleted. Those that are left cannot be shown: "));
+    }
+
     void nothing_can_be_deleted_before_something_is_selected()
     {
         screens_site site;
@@ -199,6 +234,21 @@ private slots:
         control<QPushButton>(the<mapmail_frm>(), "Command2").click();
         QVERIFY(!is_loaded<mapmail_frm>());
         QVERIFY(is_visible<Format_mail_frm>());
+    }
+
+    void open_shows_the_mail_of_another_account_though_one_is_still_shown()
+    {
+        screens_site site;
+        site.store.add_map("clients", site.store.add_account("orders", "orders@shop.example"), "Order", {});
+        site.store.add_map("guests", site.store.add_account("contact", "hello@shop.example"), "Hello", {});
+        store_mail(site, "orders", "Order", "1/2/2026 3:04:05 PM", "Name: Jo");
+        store_mail(site, "contact", "Hello", "1/3/2026 3:04:05 PM", "Name: Ann");
+        open_fields_of("orders");
+        open_fields_of("contact");
+        QCOMPARE(control<exact_text>(the<mapmail_frm>(), "Text1").text(), "Name: Ann");
+        QCOMPARE(control<QComboBox>(the<mapmail_frm>(), "sformats_c").count(), 2);
+        QCOMPARE(control<QComboBox>(the<mapmail_frm>(), "sformats_c").itemText(1), "guests");
+        QVERIFY(is_visible<mapmail_frm>());
     }
 
     void open_records_nothing_while_the_wizard_is_open()

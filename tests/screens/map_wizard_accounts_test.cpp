@@ -5,6 +5,7 @@
 #include "screens/list_view.h"
 #include "screens/maps/MapWizardStep2_frm.h"
 #include "screens/maps/mapWizardStep3_frm.h"
+#include "screens/preferences/Accounts.h"
 #include "support/screens_map_wizard.h"
 
 #include <QFile>
@@ -17,7 +18,7 @@ namespace {
 const QString wrong_address = "E-mail id not in a proper format";
 const QString wrong_name = "Invalid query name. Special characters, keywords not allowed";
 
-list_view &accounts()
+list_view &account_list()
 {
     return control<list_view>(the<MapWizardStep2_frm>(), "inbox_lv");
 }
@@ -25,9 +26,9 @@ list_view &accounts()
 QStringList listed()
 {
     QStringList rows;
-    for (int row = 0; row < accounts().model()->rowCount(); ++row)
-        rows += accounts().model()->index(row, 0).data().toString() + " " +
-                accounts().model()->index(row, 1).data().toString();
+    for (int row = 0; row < account_list().model()->rowCount(); ++row)
+        rows += account_list().model()->index(row, 0).data().toString() + " " +
+                account_list().model()->index(row, 1).data().toString();
     return rows;
 }
 
@@ -38,7 +39,7 @@ bool editing()
 
 void edit(int row)
 {
-    accounts().setCurrentIndex(accounts().model()->index(row, 0));
+    account_list().setCurrentIndex(account_list().model()->index(row, 0));
     press<MapWizardStep2_frm>("Edit_b");
 }
 
@@ -70,8 +71,8 @@ private slots:
         site.store.add_account("contact", "hello@shop.example");
         the<MapWizardStep2_frm>().show();
         QCOMPARE(listed(), (QStringList{"orders orders@shop.example", "contact hello@shop.example"}));
-        QCOMPARE(accounts().model()->headerData(0, Qt::Horizontal).toString(), "Query");
-        QCOMPARE(accounts().model()->headerData(1, Qt::Horizontal).toString(), "E-mail");
+        QCOMPARE(account_list().model()->headerData(0, Qt::Horizontal).toString(), "Query");
+        QCOMPARE(account_list().model()->headerData(1, Qt::Horizontal).toString(), "E-mail");
         QVERIFY(!editing());
     }
 
@@ -225,6 +226,37 @@ private slots:
         QCOMPARE(session.err_form, "mapwizardstep2.frm");
         QCOMPARE(site.status_lines.size(), 1);
         QVERIFY(site.status_lines[0].startsWith("The account was not changed: "));
+    }
+
+    void a_change_of_an_account_that_is_gone_is_refused()
+    {
+        editing_site site;
+        site.store.run("update email_tbl set query='shop' where query='orders'");
+        change_to("sales", "sales@shop.example");
+        QCOMPARE(site.boxes.shown, QStringList{"The account orders is not there any more. The list is filled anew."});
+        QCOMPARE(listed(), (QStringList{"shop orders@shop.example", "contact hello@shop.example"}));
+        QVERIFY(!editing());
+    }
+
+    void accounts_changed_meanwhile_are_listed_when_the_step_comes_to_the_front()
+    {
+        map_wizard_site site;
+        site.store.add_account("contact", "hello@shop.example");
+        menuFrm console;
+        console.show();
+        the<MapWizardStep2_frm>().show();
+        edit(1);
+        type(the<MapWizardStep2_frm>(), "query_t", "garden");
+        the<Accounts>().show();
+        site.store.run("update email_tbl set query='shop' where query='orders'");
+        the<MapWizardStep2_frm>().show();
+        QCOMPARE(listed(), (QStringList{"shop orders@shop.example", "contact hello@shop.example"}));
+        QCOMPARE(account_list().currentIndex().row(), 1);
+        QVERIFY(editing());
+        press<MapWizardStep2_frm>("change_b");
+        QCOMPARE(listed(), (QStringList{"shop orders@shop.example", "garden hello@shop.example"}));
+        QCOMPARE(site.boxes.shown, QStringList());
+        forget_screens();
     }
 
     void next_fetches_and_opens_the_sample_mails()

@@ -250,6 +250,38 @@ private slots:
         QCOMPARE(maps::map_wizard.MapWHiddenA_frm[0].value.size(), 256);
     }
 
+    void whether_it_is_cut_is_said_of_what_will_be_stored_data()
+    {
+        QTest::addColumn<QString>("value");
+        QTest::addColumn<QString>("kept");
+        QTest::addColumn<bool>("is_cut");
+        QTest::newRow("a single blank is no text in the store, so 257 letters stay")
+            << QString("x ").repeated(128) + "x" << QString("x ").repeated(125) << true;
+        QTest::newRow("the store ignores the other capitals too") << "b" + QString("A").repeated(300) + "a"
+                                                                  << "b" << false;
+    }
+
+    void whether_it_is_cut_is_said_of_what_will_be_stored()
+    {
+        QFETCH(QString, value);
+        QFETCH(QString, kept);
+        QFETCH(bool, is_cut);
+        map_wizard_site site;
+        site.store_mail("orders", "Order", value + "\r\n");
+        open_cutting(site, "orders", 5);
+        cut_by_lines();
+        type(the<step4>(), "field_t", "letters");
+        in_modal<MapWStep4_Add_frm>([&](MapWStep4_Add_frm &screen) {
+            const int text = value.indexOf(value.endsWith("a") ? u'a' : u' ');
+            control<exact_text>(screen, "fieldval_t").select({text, 1});
+            control<QPushButton>(screen, "ignore_b").click();
+            QCOMPARE(stored(screen), kept);
+            QCOMPARE(control<QLabel>(screen, "stored_note_l").isVisible(), is_cut);
+            control<QPushButton>(screen, "save_b").click();
+        });
+        press<step4>("next_b");
+    }
+
     void a_value_taken_away_whole_says_so()
     {
         marking_site site;

@@ -27,6 +27,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QProgressBar>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 #include <QToolButton>
@@ -176,11 +177,13 @@ void picture_boxes(const album &pictures, screens_site &site)
     message_boxes boxes;
     set_message_service(&boxes);
     picture_box(pictures, "question", [] { yes_no("Would you like to backup your data?"); });
-    picture_box(pictures, "question-former", [&site] { keep_back_up_folder(site.file("back-ups"), true); });
-    QDir().mkpath(site.file("shop/data"));
-    QDir().mkpath(site.file("shop/html/letters"));
-    QFile(site.file("shop/data/figures.csv")).open(QFile::WriteOnly);
-    picture_box(pictures, "question-strangers", [&site] { keep_back_up_folder(site.file("shop"), false); });
+    const QTemporaryDir stick; // the folder of the program takes no back-up
+    QDir(stick.path()).mkpath("data");
+    session.store_connection->copy_store(stick.filePath("data/Tessaly.mdb"));
+    picture_box(pictures, "question-former", [&stick] { keep_back_up_folder(stick.path(), true); });
+    QDir(stick.path()).mkpath("html/letters");
+    QFile(stick.filePath("data/figures.csv")).open(QFile::WriteOnly);
+    picture_box(pictures, "question-strangers", [&stick] { keep_back_up_folder(stick.path(), false); });
     picture_box(pictures, "box-beside", [] {
         say_with("Database will be restored once you restart the application. Click here to close the application.",
                  "Your former data is kept in /home/zoe/Tessaly/mailapp 2026-11-21 15-30-12.mdb");
@@ -200,6 +203,7 @@ void take_pictures(const album &pictures)
     picture_small_console(pictures, console);
     picture_autoresponder(pictures, console); // nothing to answer yet
     picture_map_wizard(pictures, console);
+    picture_classic_maps(pictures, console);
     picture_autoresponder(pictures, console);
     picture_report(pictures, console, site);
     picture_waits(pictures, console);

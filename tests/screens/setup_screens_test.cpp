@@ -258,11 +258,50 @@ private slots:
         add("orders", "orders@shop.example");
         press<Stage3>("back_b");
         QVERIFY(is_visible<Stage1>());
-        QVERIFY(!is_loaded<Stage3>());
+        QVERIFY(!is_visible<Stage3>());
         type<Stage1>("Admin_t", "Zoe");
         type<Stage1>("org_t", "Rose Cottage");
         press<Stage1>("next_b");
         QCOMPARE(listed(), QStringList{"orders"});
+    }
+
+    void back_keeps_what_is_typed_for_the_way_forward()
+    {
+        fresh_site site;
+        SaveSetting("main", "admin", "Zoe");
+        SaveSetting("main", "org", "Rose Cottage");
+        site.configure("orders", "orders@shop.example");
+        Main();
+        press<Stage1>("next_b");
+        press<Stage3>("next_b");
+        type<backup_frm>("Folder_t", "/somewhere");
+        press<backup_frm>("back_b");
+        QVERIFY(!is_visible<backup_frm>());
+        type<Stage3>("query_t", "shop");
+        press<Stage3>("back_b");
+        press<Stage1>("next_b");
+        QVERIFY(!is_loaded<Stage1>());
+        QCOMPARE(text_of<Stage3>("query_t"), "shop");
+        press<Stage3>("Reset_b");
+        press<Stage3>("next_b");
+        QCOMPARE(text_of<backup_frm>("Folder_t"), "/somewhere");
+        QCOMPARE(site.boxes.shown, QStringList());
+    }
+
+    void leaving_an_earlier_step_asks_about_what_is_typed_in_a_later_one()
+    {
+        fresh_site site;
+        the<Stage3>().show();
+        type<Stage3>("query_t", "shop");
+        press<Stage3>("back_b");
+        site.boxes.will_say_no();
+        press<Stage1>("cancel_b");
+        QCOMPARE(site.ends, 0);
+        QVERIFY(is_visible<Stage1>());
+        site.boxes.will_say_yes();
+        press<Stage1>("cancel_b");
+        QCOMPARE(site.ends, 1);
+        QVERIFY(!is_loaded<Stage3>());
     }
 
     void a_setup_that_was_left_in_the_middle_goes_on()

@@ -16,6 +16,7 @@ struct album {
 
 void picture_mail_client(const album &pictures, menuFrm &console);
 void picture_outbox(const album &pictures, menuFrm &console);
+void picture_classic_maps(const album &pictures, menuFrm &console);  // screens_album_classic.cpp
 void picture_map_wizard(const album &pictures, menuFrm &console);    // screens_album_maps.cpp
 void picture_autoresponder(const album &pictures, menuFrm &console); // screens_album_answers.cpp; with and without maps
 

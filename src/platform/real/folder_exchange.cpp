@@ -7,12 +7,6 @@
 
 namespace {
 
-bool is_there(const QString &path)
-{
-    const QFileInfo found(path);
-    return found.exists() || found.isSymLink();
-}
-
 // Only for as long as the exchange lasts: whoever finds it later knows that it was broken off.
 const QString aside_for_now = QStringLiteral(".put aside by Tessaly");
 const QString aside_for_good = QStringLiteral(".former");
@@ -20,7 +14,7 @@ const QString aside_for_good = QStringLiteral(".former");
 QString free_name(const QString &path, const QString &ending)
 {
     QString name = path + ending;
-    for (int number = 2; is_there(name); ++number)
+    for (int number = 2; EntryExists(name); ++number)
         name = path + ending + u' ' + QString::number(number);
     return name;
 }
@@ -40,7 +34,7 @@ QStringList left_aside(const QString &place)
 // An empty folder is what the exchange made; it goes. Anything else stays.
 bool is_free(const QString &place)
 {
-    return !is_there(place) || (!QFileInfo(place).isSymLink() && QDir().rmdir(place));
+    return !EntryExists(place) || (!QFileInfo(place).isSymLink() && QDir().rmdir(place));
 }
 
 }
@@ -62,7 +56,7 @@ QString folder_exchange::path_of(const QString &name) const
 void folder_exchange::put_aside(const QString &name)
 {
     const QString place = path_of(name);
-    if (!is_there(place))
+    if (!EntryExists(place))
         return;
     const QString aside = free_name(place, aside_for_now);
     Move(place, aside);

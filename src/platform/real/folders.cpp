@@ -35,6 +35,23 @@ bool FolderExists(const QString &path)
     return folder_tree::kind_of(bytes_of(path)) == folder_tree::kind::folder;
 }
 
+bool EntryExists(const QString &path)
+{
+    const QFileInfo found(path);
+    return found.exists() || found.isSymLink();
+}
+
+bool IsPlainFile(const QString &path)
+{
+    const QFileInfo found(path);
+    return found.isFile() && !found.isSymLink();
+}
+
+QDateTime DateLastModified(const QString &path)
+{
+    return QFileInfo(path).lastModified();
+}
+
 QString GetParentFolderName(const QString &path)
 {
     const QString clean = QDir::cleanPath(path);

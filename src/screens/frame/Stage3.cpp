@@ -92,8 +92,7 @@ void Stage3::Reset_b_Click()
 
 void Stage3::back_b_Click()
 {
-    the<Stage1>().show();
-    unload();
+    go_back_to(the<Stage1>());
 }
 
 void Stage3::next_b_Click()

@@ -100,8 +100,7 @@ void backup_frm::later_b_Click()
 
 void backup_frm::back_b_Click()
 {
-    the<Stage3>().show();
-    unload();
+    go_back_to(the<Stage3>());
 }
 
 bool backup_frm::holds_unsaved() const

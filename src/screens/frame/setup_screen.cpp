@@ -10,13 +10,32 @@ void setup_screen::leave_setup()
 {
     if (busy())
         return;
-    if (holds_unsaved() && !yes_no("What is typed here is not kept yet. Leave it?\n\n"
-                                   "The setup goes on at the next start of Tessaly."))
+    if (any_unsaved() && !yes_no("What is typed here is not kept yet. Leave it?\n\n"
+                                 "The setup goes on at the next start of Tessaly."))
         return;
     const bool stood_alone = !live_widget(typeid(menuFrm));
-    unload();
+    unload_with_later_steps();
     if (stood_alone)
         end_program();
+}
+
+void setup_screen::go_back_to(setup_screen &former)
+{
+    former.later = this;
+    former.show();
+    hide();
+}
+
+bool setup_screen::any_unsaved() const
+{
+    return holds_unsaved() || (later && later->any_unsaved());
+}
+
+void setup_screen::unload_with_later_steps()
+{
+    if (later)
+        later->unload_with_later_steps();
+    unload();
 }
 
 void setup_screen::closeEvent(QCloseEvent *event)

@@ -3,6 +3,7 @@
 // closes like any other.
 #pragma once
 #include "screens/screen.h"
+#include <QPointer>
 
 class setup_screen : public screen {
     Q_OBJECT
@@ -12,9 +13,16 @@ public:
 
 protected:
     void leave_setup();                                  // also for a button Cancel
+    void go_back_to(setup_screen &former);               // what is typed here is there again on the way forward
     virtual bool holds_unsaved() const { return false; } // true: leaving asks first
 
     bool closes_on_escape() const override { return false; } // not by itself
     void closeEvent(QCloseEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
+
+private:
+    bool any_unsaved() const; // here or in a later step
+    void unload_with_later_steps();
+
+    QPointer<setup_screen> later; // the step that Back came from
 };

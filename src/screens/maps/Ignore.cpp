@@ -9,7 +9,7 @@ Ignore::Ignore(QWidget *parent) : screen(parent), ui(std::make_unique<Ui::Ignore
 {
     ui->setupUi(this);
     ui->remove_b->setEnabled(false);
-    ui->whole_ch->setToolTip("Kept from former times: nothing reads it.");
+    ui->whole_ch->setToolTip("Has no effect: each field has texts of its own");
 
     connect(ui->Add_b, &QPushButton::clicked, this, &Ignore::Add_b_Click);
     connect(ui->remove_b, &QPushButton::clicked, this, &Ignore::remove_b_Click);

@@ -8,7 +8,7 @@ MapWRefcode_frm::MapWRefcode_frm(QWidget *parent) : wizard_screen(parent), ui(st
 {
     ui->setupUi(this);
 
-    connect(ui->help_b, &QPushButton::clicked, this, &MapWRefcode_frm::help_b_Click);
+    connect(ui->help_b, &QPushButton::clicked, this, &MapWRefcode_frm::show_own_help);
     connect(ui->submit_b, &QPushButton::clicked, this, &MapWRefcode_frm::submit_b_Click);
     connect(ui->cancel_b, &QPushButton::clicked, this, &MapWRefcode_frm::cancel_b_Click);
 }

@@ -3,7 +3,6 @@
 #include "frame/session.h"
 #include "frame/status.h"
 #include "frame/store.h"
-#include "frame/text.h"
 #include "maps/field_entry.h"
 #include "maps/map_wizard.h"
 #include "maps/stored_value.h"
@@ -13,7 +12,6 @@ namespace {
 
 constexpr int stored_lines = 3; // 250 letters in a window of usual width
 constexpr int ignored_lines = 4;
-constexpr int longest_value = 255;
 
 }
 
@@ -26,7 +24,7 @@ MapWStep4_Add_frm::MapWStep4_Add_frm(QWidget *parent)
 
     connect(ui->fieldval_t, &QPlainTextEdit::selectionChanged, this, &MapWStep4_Add_frm::fieldval_t_SelChange);
     connect(ui->ignore_b, &QPushButton::clicked, this, &MapWStep4_Add_frm::ignore_b_Click);
-    connect(ui->help_b, &QPushButton::clicked, this, &MapWStep4_Add_frm::help_b_Click);
+    connect(ui->help_b, &QPushButton::clicked, this, &MapWStep4_Add_frm::show_own_help);
     connect(ui->save_b, &QPushButton::clicked, this, &MapWStep4_Add_frm::save_b_Click);
     connect(ui->cancel_b, &QPushButton::clicked, this, &MapWStep4_Add_frm::cancel_b_Click);
 }
@@ -67,11 +65,11 @@ void MapWStep4_Add_frm::show_ignored_texts()
 void MapWStep4_Add_frm::show_stored_value()
 {
     const auto &wizard = maps::map_wizard;
-    const QString stored = maps::stored_value(wizard.add_name, wizard.add_value, ignored);
-    ui->stored_t->set_text(stored);
-    if (stored.isEmpty())
+    const maps::kept_value stored = maps::stored_value(wizard.add_name, wizard.add_value, ignored);
+    ui->stored_t->set_text(stored.text);
+    if (stored.text.isEmpty())
         ui->stored_note_l->setText("Nothing is left of the value of this mail.");
-    else if (trim(ui->fieldval_t->text()).size() > longest_value)
+    else if (stored.was_cut)
         ui->stored_note_l->setText("The value is longer than 255 characters, so its first 250 are stored.");
     else
         ui->stored_note_l->clear();

@@ -33,7 +33,7 @@ MapWizardFinalStep_frm::MapWizardFinalStep_frm(QWidget *parent)
 
     connect(ui->autoresp_chk, &QCheckBox::clicked, this, &MapWizardFinalStep_frm::autoresp_chk_Click);
     connect(ui->map_b, &QPushButton::clicked, this, &MapWizardFinalStep_frm::map_b_Click);
-    connect(ui->help_b, &QPushButton::clicked, this, &MapWizardFinalStep_frm::help_b_Click);
+    connect(ui->help_b, &QPushButton::clicked, this, &MapWizardFinalStep_frm::show_own_help);
     connect(ui->Command1, &QPushButton::clicked, this, &MapWizardFinalStep_frm::Command1_Click);
 }
 

@@ -35,7 +35,7 @@ MapWizardPView_frm::MapWizardPView_frm(QWidget *parent)
     connect(ui->Open_b, &QPushButton::clicked, this, &MapWizardPView_frm::Open_b_Click);
     connect(ui->save_b, &QPushButton::clicked, this, &MapWizardPView_frm::save_b_Click);
     connect(ui->ok_b, &QPushButton::clicked, this, &MapWizardPView_frm::ok_b_Click);
-    connect(ui->help_b, &QPushButton::clicked, this, &MapWizardPView_frm::help_b_Click);
+    connect(ui->help_b, &QPushButton::clicked, this, &MapWizardPView_frm::show_own_help);
     connect(ui->cancel_b, &QPushButton::clicked, this, &MapWizardPView_frm::cancel_b_Click);
 }
 

@@ -8,7 +8,7 @@ MapWizardStep1_frm::MapWizardStep1_frm(QWidget *parent)
 {
     ui->setupUi(this);
 
-    connect(ui->help_b, &QPushButton::clicked, this, &MapWizardStep1_frm::help_b_Click);
+    connect(ui->help_b, &QPushButton::clicked, this, &MapWizardStep1_frm::show_own_help);
     connect(ui->next_b, &QPushButton::clicked, this, &MapWizardStep1_frm::next_b_Click);
     connect(ui->cancel_b, &QPushButton::clicked, this, &MapWizardStep1_frm::cancel_b_Click);
 }

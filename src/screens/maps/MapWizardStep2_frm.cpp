@@ -1,11 +1,11 @@
 #include "screens/maps/MapWizardStep2_frm.h"
-#include "frame/checks.h"
+#include "accounts/account_checks.h"
+#include "accounts/account_rows.h"
 #include "frame/error_log.h"
 #include "frame/messages.h"
 #include "frame/status.h"
 #include "frame/store.h"
 #include "intake/progress_page.h"
-#include "maps/field_entry.h"
 #include "screens/intake/mfetchinprogress_frm.h"
 #include "screens/maps/MapWizardStep1_frm.h"
 #include "screens/maps/map_wizard_doors.h"
@@ -16,18 +16,8 @@
 
 namespace {
 
-const char *const wrong_address = "E-mail id not in a proper format";
 const char *const no_account = "No account is there yet. It says to which address a form of your site sends.\n"
                                "Choose Preferences > Accounts to add one.";
-
-bool address_is_taken(const QString &email, const QString &old_query)
-{
-    ado::Recordset others;
-    others.Open("select count(*) from email_tbl where email=" + quote_sql(email) + " and query <>" +
-                    quote_sql(old_query),
-                *session.store_connection);
-    return others[0].to_number() != 0;
-}
 
 }
 
@@ -46,7 +36,7 @@ MapWizardStep2_frm::MapWizardStep2_frm(QWidget *parent)
     connect(ui->inbox_lv, &QAbstractItemView::doubleClicked, this, &MapWizardStep2_frm::Edit_b_Click);
     connect(ui->change_b, &QPushButton::clicked, this, &MapWizardStep2_frm::change_b_Click);
     connect(ui->cancelc_b, &QPushButton::clicked, this, &MapWizardStep2_frm::cancelc_b_Click);
-    connect(ui->help_b, &QPushButton::clicked, this, &MapWizardStep2_frm::help_b_Click);
+    connect(ui->help_b, &QPushButton::clicked, this, &MapWizardStep2_frm::show_own_help);
     connect(ui->back_b, &QPushButton::clicked, this, &MapWizardStep2_frm::back_b_Click);
     connect(ui->next_b, &QPushButton::clicked, this, &MapWizardStep2_frm::next_b_Click);
     connect(ui->cancel_b, &QPushButton::clicked, this, &MapWizardStep2_frm::cancel_b_Click);
@@ -56,15 +46,30 @@ MapWizardStep2_frm::~MapWizardStep2_frm() = default;
 
 void MapWizardStep2_frm::Load()
 {
-    const bool read = guarded("mapwizardstep2.frm", "form load", [this] {
+    read_accounts("form load");
+    ui->next_b->setFocus();
+}
+
+// The page Accounts changes them too. Which one is selected stays, and what is typed.
+void MapWizardStep2_frm::Activate()
+{
+    const QModelIndexList chosen = ui->inbox_lv->selectionModel()->selectedRows();
+    const QString query = chosen.isEmpty() ? QString() : chosen.first().data().toString();
+    read_accounts("Activate");
+    const auto again = rows->findItems(query);
+    if (!query.isEmpty() && !again.isEmpty())
+        ui->inbox_lv->setCurrentIndex(again.first()->index());
+}
+
+void MapWizardStep2_frm::read_accounts(const char *routine)
+{
+    const bool read = guarded("mapwizardstep2.frm", routine, [this] {
         open_store_if_closed();
         PopulateQuery();
     });
-    if (!read) {
-        ui->inbox_lv->set_empty_text("The accounts cannot be shown.");
+    ui->inbox_lv->set_empty_text(read ? no_account : "The accounts cannot be shown.");
+    if (!read)
         status_line("The accounts cannot be shown: " + session.err_description);
-    }
-    ui->next_b->setFocus();
 }
 
 void MapWizardStep2_frm::PopulateQuery()
@@ -103,29 +108,22 @@ void MapWizardStep2_frm::Edit_b_Click()
     ui->query_t->selectAll();
 }
 
-QString MapWizardStep2_frm::why_no_change(QString &query, const QString &email) const
-{
-    if (!email.contains(u'@') || !email.contains(u'.') || !valid_email(email))
-        return wrong_address;
-    if (!maps::name_passes(query))
-        return "Invalid query name. Special characters, keywords not allowed";
-    if (address_is_taken(email, old_query))
-        return "This e-mail id has already been configured for a query, please enter another e-mail id";
-    return {};
-}
-
 void MapWizardStep2_frm::change_b_Click()
 {
     const bool changed = guarded("mapwizardstep2.frm", "changeb click", [this] {
         open_store_if_closed();
         QString query = ui->query_t->text();
         const QString email = ui->email_t->text();
-        const QString message = why_no_change(query, email);
+        if (!accounts::find(old_query)) {
+            say(accounts::not_there(old_query));
+            PopulateQuery();
+            return cancelc_b_Click();
+        }
+        const auto fault = accounts::why_not_renamable(old_query, query, email);
         ui->query_t->setText(query);
-        if (!message.isEmpty())
-            return say(message);
-        run_sql("update email_tbl set query=" + quote_sql(query) + ", email=" + quote_sql(email) +
-                " where query=" + quote_sql(old_query));
+        if (fault)
+            return say(fault->message);
+        accounts::rename(old_query, query, email);
         PopulateQuery();
         cancelc_b_Click();
     });

@@ -15,6 +15,7 @@ public:
     explicit MapWizardStep2_frm(QWidget *parent = nullptr);
     ~MapWizardStep2_frm() override;
     void Load() override;
+    void Activate() override;
     QSize sizeHint() const override;
 
 protected:
@@ -29,7 +30,7 @@ private:
     void next_b_Click();
     void cancel_b_Click() override;
     void show_editing(bool edits);
-    QString why_no_change(QString &query, const QString &email) const; // the message, "" when all is well
+    void read_accounts(const char *routine); // whose failure is logged under that word
 
     std::unique_ptr<Ui::MapWizardStep2_frm> ui;
     QStandardItemModel *rows; // a child of this screen

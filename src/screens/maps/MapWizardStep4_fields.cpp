@@ -100,7 +100,6 @@ bool MapWizardStep4_frm::take_pending_field()
     auto &wizard = maps::map_wizard;
     wizard.add_name = name;
     wizard.add_position = entry;
-    wizard.add_index = index;
     wizard.add_value = maps::shown_piece(pieces[index], wizard.map_separator);
     return true;
 }

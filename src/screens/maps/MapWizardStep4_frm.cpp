@@ -40,7 +40,7 @@ MapWizardStep4_frm::MapWizardStep4_frm(QWidget *parent)
     connect(ui->Values_b, &QPushButton::clicked, this, &MapWizardStep4_frm::Values_b_Click);
     connect(ui->pfields_b, &QPushButton::clicked, this, &MapWizardStep4_frm::pfields_b_Click);
     connect(ui->finish_b, &QPushButton::clicked, this, &MapWizardStep4_frm::finish_b_Click);
-    connect(ui->help_b, &QPushButton::clicked, this, &MapWizardStep4_frm::help_b_Click);
+    connect(ui->help_b, &QPushButton::clicked, this, &MapWizardStep4_frm::show_own_help);
     connect(ui->back_b, &QPushButton::clicked, this, &MapWizardStep4_frm::back_b_Click);
     connect(ui->next_b, &QPushButton::clicked, this, &MapWizardStep4_frm::next_b_Click);
     connect(ui->cancel_b, &QPushButton::clicked, this, &MapWizardStep4_frm::cancel_b_Click);

@@ -33,7 +33,7 @@ mapWizardStep3_frm::mapWizardStep3_frm(QWidget *parent)
             &mapWizardStep3_frm::inbox_lv_Click);
     connect(ui->inbox_lv, &QAbstractItemView::doubleClicked, this, &mapWizardStep3_frm::Open_b_Click);
     connect(ui->mail_client_b, &QPushButton::clicked, this, &mapWizardStep3_frm::mail_client_b_Click);
-    connect(ui->help_b, &QPushButton::clicked, this, &mapWizardStep3_frm::help_b_Click);
+    connect(ui->help_b, &QPushButton::clicked, this, &mapWizardStep3_frm::show_own_help);
     connect(ui->back_b, &QPushButton::clicked, this, &mapWizardStep3_frm::back_b_Click);
     connect(ui->Open_b, &QPushButton::clicked, this, &mapWizardStep3_frm::Open_b_Click);
     connect(ui->cancel_b, &QPushButton::clicked, this, &mapWizardStep3_frm::cancel_b_Click);

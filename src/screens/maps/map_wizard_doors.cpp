@@ -25,24 +25,6 @@ bool brought_to_front()
     return true;
 }
 
-qint64 row_count(const char *statement)
-{
-    open_store_if_closed();
-    ado::Recordset rows;
-    rows.Open(statement, *session.store_connection);
-    const qint64 count = rows.RecordCount();
-    rows.Close();
-    return count;
-}
-
-qint64 first_number(const char *statement)
-{
-    open_store_if_closed();
-    ado::Recordset row;
-    row.Open(statement, *session.store_connection);
-    return row[0].to_number();
-}
-
 void begin_anew()
 {
     if (is_loaded<MapWizardFinalStep_frm>()) // of the map before
@@ -63,7 +45,11 @@ void open_map_wizard()
     if (bring_map_wizard_to_front())
         return;
     qint64 maps_there = 0;
-    if (!guarded("menuFrm.frm", "mmw", [&] { maps_there = row_count("select * from table_list_tbl"); }))
+    const bool counted = guarded("menuFrm.frm", "mmw", [&] {
+        open_store_if_closed();
+        maps_there = row_count("select * from table_list_tbl");
+    });
+    if (!counted)
         return status_line("The Mail Mapping Wizard cannot be opened: " + session.err_description);
     begin_anew();
     if (maps_there > 0)
@@ -84,7 +70,8 @@ bool quits_map_wizard(const char *form)
 {
     bool quits = false;
     const bool counted = guarded(form, "cancelb click", [&] {
-        quits = first_number("select count(*) from table_list_tbl") > 0 || yes_no(quit_question);
+        open_store_if_closed();
+        quits = first_value("select count(*) from table_list_tbl").to_number() > 0 || yes_no(quit_question);
     });
     if (counted && !quits)
         return false;

@@ -20,20 +20,22 @@
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QListView>
+#include <QStringListModel>
 
 namespace {
 
 const char *const screen_in_log = "Mapmail_frm.frm";
-const char *const between_texts = "@@@";
 
 }
 
-mapmail_frm::mapmail_frm(QWidget *parent) : screen(parent), ui(std::make_unique<Ui::mapmail_frm>())
+mapmail_frm::mapmail_frm(QWidget *parent)
+    : screen(parent), ui(std::make_unique<Ui::mapmail_frm>()), positions(new QStringListModel(this))
 {
     ui->setupUi(this);
     ui->separator_c->addItem("Separator");
     for (const maps::separator_choice &choice : maps::classic_separators())
         ui->separator_c->addItem(choice.caption, choice.stored);
+    ui->Line_c->setModel(positions);
     if (auto *list = qobject_cast<QListView *>(ui->Line_c->view()))
         list->setUniformItemSizes(true); // a hostile mail has a million pieces
     ui->qt_splitter->setStretchFactor(0, 1);
@@ -112,9 +114,11 @@ void mapmail_frm::cut(const QString &by)
 {
     separator = by;
     body_pieces = separator.isEmpty() ? QStringList() : maps::cut_sample(body, separator);
-    ui->Line_c->clear();
+    QStringList entries;
     for (int piece = 1; piece <= body_pieces.size(); ++piece)
-        ui->Line_c->addItem(maps::line_entry(piece));
+        entries += maps::line_entry(piece);
+    positions->setStringList(entries);
+    ui->Line_c->setCurrentIndex(entries.isEmpty() ? -1 : 0);
 }
 
 void mapmail_frm::Line_c_Click()
@@ -138,7 +142,7 @@ void mapmail_frm::show_field()
     else
         show_position(field.fposition);
     ui->dont_ch->setChecked(!is_new && field.finclude);
-    set_ignored_texts(pieces(field.fignore, between_texts));
+    set_ignored_texts(intake::supporting_texts(field.fignore));
     shown_code = maps::code_of(field);
     ui->code_ch->setChecked(!shown_code.type.isEmpty());
     code_ch_Click();
@@ -149,6 +153,9 @@ void mapmail_frm::show_field()
 
 void mapmail_frm::show_position(const QString &position)
 {
+    const int piece = intake::piece_number(position);
+    if (piece >= 1 && piece <= body_pieces.size() && position == maps::line_entry(piece))
+        return ui->Line_c->setCurrentIndex(piece - 1);
     if (ui->Line_c->findText(position) < 0)
         ui->Line_c->addItem(position); // the mail beside it is shorter than what the map was made from
     ui->Line_c->setCurrentIndex(ui->Line_c->findText(position));
@@ -168,12 +175,12 @@ maps::stored_field mapmail_frm::field_on_screen() const
 
 QStringList mapmail_frm::ignored_texts() const
 {
-    return pieces(fignore, between_texts);
+    return intake::supporting_texts(fignore);
 }
 
 void mapmail_frm::set_ignored_texts(const QStringList &texts)
 {
-    fignore = texts.join(between_texts);
+    fignore = intake::joined_texts(texts);
     ui->ignored_l->setText(texts.isEmpty() ? "none" : texts.join(u'\n'));
 }
 
@@ -232,6 +239,7 @@ void mapmail_frm::next_b_Click()
         maps::stored_field field = field_on_screen();
         const QString why =
             maps::why_not_next(field.fname, field.fposition, ui->code_ch->isChecked(), shown_code, fields, place);
+        ui->field_t->setText(field.fname); // the test of the name trims it
         if (!why.isEmpty()) {
             say(why);
             return ui->field_t->setFocus();
@@ -254,7 +262,10 @@ void mapmail_frm::save_b_Click()
         Write(path, maps::map_summary(mail_table, fields, maps::code_field_of(fields)));
         if (!winopen(path))
             status_line("The summary is in " + path + ".");
-        yes_no("Save this format"); // the answer changes nothing: maps are saved by the wizard alone
+        if (yes_no("Save this format")) {
+            status_line("No map was changed: the Mail Mapping Wizard alone saves maps. The summary is in " + path +
+                        ".");
+        }
     });
 }
 

@@ -9,6 +9,7 @@
 namespace Ui {
 class mapmail_frm;
 }
+class QStringListModel;
 
 class mapmail_frm : public screen {
     Q_OBJECT
@@ -51,7 +52,8 @@ private:
     maps::stored_field field_on_screen() const;
 
     std::unique_ptr<Ui::mapmail_frm> ui;
-    QString mail_table; // whose mail is shown
+    QStringListModel *positions; // of Line_c; a child of this screen
+    QString mail_table;          // whose mail is shown
     QString body;
     QStringList body_pieces;
     QString separator; // that cut them, "" before

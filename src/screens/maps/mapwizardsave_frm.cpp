@@ -7,15 +7,19 @@
 #include "maps/field_entry.h"
 #include "maps/map_wizard.h"
 #include "maps/map_writing.h"
+#include "screens/icons.h"
 #include "screens/intake/mapinprogress_frm.h"
 #include "ui_mapwizardsave_frm.h"
+
+#include <QStyle>
 
 mapwizardsave_frm::mapwizardsave_frm(QWidget *parent)
     : wizard_screen(parent), ui(std::make_unique<Ui::mapwizardsave_frm>())
 {
     ui->setupUi(this);
+    ui->warning_mark_l->setPixmap(drawn_icon("warning").pixmap(style()->pixelMetric(QStyle::PM_SmallIconSize)));
 
-    connect(ui->help_b, &QPushButton::clicked, this, &mapwizardsave_frm::help_b_Click);
+    connect(ui->help_b, &QPushButton::clicked, this, &mapwizardsave_frm::show_own_help);
     connect(ui->save_b, &QPushButton::clicked, this, &mapwizardsave_frm::save_b_Click);
     connect(ui->cancel_b, &QPushButton::clicked, this, &mapwizardsave_frm::cancel_b_Click);
 }
@@ -35,7 +39,8 @@ void mapwizardsave_frm::Load()
     });
     if (!read)
         status_line("The existing maps cannot be shown: " + session.err_description);
-    ui->warning_l->setVisible(!ui->warning_l->text().isEmpty());
+    for (QWidget *part : {static_cast<QWidget *>(ui->warning_mark_l), static_cast<QWidget *>(ui->warning_l)})
+        part->setVisible(!ui->warning_l->text().isEmpty());
     ui->mapname_t->setFocus();
 }
 
@@ -53,12 +58,11 @@ void mapwizardsave_frm::save_b_Click()
 bool mapwizardsave_frm::may_save(QString &name)
 {
     open_store_if_closed();
-    const QString message = maps::why_no_map_name(name);
+    const auto fault = maps::why_no_map_name(name);
     ui->mapname_t->setText(name);
-    if (message.isEmpty())
+    if (!fault)
         return true;
-    const bool known = maps::name_passes(name);
-    say(message, "Tessaly", known ? message_icon::exclamation : message_icon::critical);
+    say(fault->message, "Tessaly", fault->icon);
     ui->mapname_t->setFocus();
     ui->mapname_t->selectAll();
     return false;
@@ -99,7 +103,7 @@ void mapwizardsave_frm::tell_failed_save(const QString &name)
     QString words = "The map " + name + " was not saved whole: " + session.err_description;
     guarded("mapwizardsave.frm", "saveb click", [&] {
         QString again = name;
-        if (!maps::why_no_map_name(again).isEmpty())
+        if (maps::why_no_map_name(again))
             words += " Its name is taken now: finish again with another one.";
     });
     status_line(words);

@@ -5,7 +5,7 @@ textarea_frm::textarea_frm(QWidget *parent) : wizard_screen(parent), ui(std::mak
 {
     ui->setupUi(this);
 
-    connect(ui->help_b, &QPushButton::clicked, this, &textarea_frm::help_b_Click);
+    connect(ui->help_b, &QPushButton::clicked, this, &textarea_frm::show_own_help);
     connect(ui->ok_b, &QPushButton::clicked, this, &textarea_frm::cancel_b_Click);
 }
 

@@ -27,17 +27,42 @@ Accounts::~Accounts() = default;
 
 void Accounts::Load()
 {
-    guarded("Accounts.frm", "Form_load", [this] { PopulateQuery(); });
+    if (!guarded("Accounts.frm", "Form_load", [this] { PopulateQuery(); }))
+        status_line("The accounts cannot be shown: " + session.err_description);
     ui->query_t->setFocus();
 }
 
-void Accounts::PopulateQuery()
+// The Mail Mapping Wizard changes accounts too. What is typed stays, unless it belongs to an account that is another
+// one now.
+void Accounts::Activate()
+{
+    const bool read = guarded("Accounts.frm", "Activate", [this] {
+        const std::optional<accounts::entry> before = chosen;
+        fill_query_c();
+        if (!before)
+            return;
+        const auto now = accounts::find(before->query);
+        const QSignalBlocker chosen_again(ui->query_c);
+        ui->query_c->setCurrentIndex(now ? ui->query_c->findText(now->query) : 0);
+        if (now != before)
+            show_chosen();
+    });
+    if (!read)
+        status_line("The accounts cannot be shown: " + session.err_description);
+}
+
+void Accounts::fill_query_c()
 {
     const QStringList queries = accounts::query_list();
     const QSignalBlocker one_choice_at_the_end(ui->query_c);
     ui->query_c->clear();
     ui->query_c->addItems(queries);
-    query_c_Click();
+}
+
+void Accounts::PopulateQuery()
+{
+    fill_query_c();
+    show_chosen();
 }
 
 QString Accounts::chosen_query() const
@@ -47,24 +72,38 @@ QString Accounts::chosen_query() const
 
 void Accounts::query_c_Click()
 {
+    if (!guarded("Accounts.frm", "query_c", [this] { show_chosen(); }))
+        status_line("The account cannot be shown: " + session.err_description);
+}
+
+// Enter then means Change: Add would make a second account of what was meant as a change.
+void Accounts::show_chosen()
+{
     const QString query = chosen_query();
     for (QPushButton *button : {ui->change_b, ui->Delete_b})
         button->setEnabled(!query.isEmpty());
+    ui->add_b->setDefault(query.isEmpty());
+    ui->change_b->setDefault(!query.isEmpty());
     ui->query_t->clear();
     ui->email_t->clear();
+    chosen.reset();
     if (query.isEmpty())
         return;
-    guarded("Accounts.frm", "query_c", [&] {
-        const auto found = accounts::find(query);
-        ui->query_t->setText(found ? found->query : QString());
-        ui->email_t->setText(found ? found->email : QString());
-    });
+    chosen = accounts::find(query);
+    ui->query_t->setText(chosen ? chosen->query : QString());
+    ui->email_t->setText(chosen ? chosen->email : QString());
 }
 
 void Accounts::tell(const accounts::fault &fault)
 {
     say(fault.message);
     (fault.field == accounts::typed_field::query_t ? ui->query_t : ui->email_t)->setFocus();
+}
+
+void Accounts::tell_gone(const QString &query)
+{
+    say(accounts::not_there(query));
+    PopulateQuery();
 }
 
 // Its row may stand without a table of that name; the list shows what there is.
@@ -97,6 +136,8 @@ void Accounts::change_b_Click()
     const QString query = ui->query_t->text();
     const QString email = ui->email_t->text();
     const bool went_through = guarded("Accounts.frm", "Change_b", [&] {
+        if (!accounts::find(former)) // nothing would be changed, but the table of that name made anew
+            return tell_gone(former);
         if (const auto fault = accounts::why_not_changeable(former, query, email))
             return tell(*fault);
         accounts::change(former, query, email);
@@ -111,8 +152,16 @@ void Accounts::Delete_b_Click()
     const QString query = chosen_query();
     if (query.isEmpty())
         return;
-    guarded("Accounts.frm", "Delete_b", [&] {
-        if (accounts::remove(query))
+    bool removed = false;
+    const bool went_through = guarded("Accounts.frm", "Delete_b", [&] {
+        if (!accounts::find(query))
+            return tell_gone(query);
+        removed = accounts::remove(query);
+        if (removed)
             PopulateQuery();
     });
+    if (!went_through) {
+        status_line((removed ? "The accounts cannot be shown: " : "The account " + query + " could not be deleted: ") +
+                    session.err_description);
+    }
 }

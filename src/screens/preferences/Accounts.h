@@ -1,6 +1,7 @@
 // The preferences page "Accounts": the addresses that form mail is expected at. What it may add and change:
 // accounts/account_checks.h; what then happens in the store: accounts/account_rows.h.
 #pragma once
+#include "accounts/account_rows.h"
 #include "screens/screen.h"
 #include <memory>
 
@@ -17,6 +18,7 @@ public:
     explicit Accounts(QWidget *parent = nullptr);
     ~Accounts() override;
     void Load() override;
+    void Activate() override;
 
     void PopulateQuery(); // query_c anew, on "Select query"
 
@@ -27,7 +29,11 @@ private:
     void Delete_b_Click();
     void tell(const accounts::fault &fault);
     void tell_half_done(const QString &query);
+    void fill_query_c();
+    void show_chosen();
+    void tell_gone(const QString &query);
     QString chosen_query() const; // "" with "Select query"
 
     std::unique_ptr<Ui::Accounts> ui;
+    std::optional<accounts::entry> chosen; // as it was when it was chosen
 };

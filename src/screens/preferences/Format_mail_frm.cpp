@@ -30,7 +30,7 @@ Format_mail_frm::Format_mail_frm(QWidget *parent) : screen(parent), ui(std::make
     rows = new sample_mail_list({from, subject, received}, this);
     ui->setupUi(this);
     setWindowIcon(drawn_icon("mauditor_mnu"));
-    fill_page_list(*ui->Combo1, preference_page::map_mails);
+    fill_page_list(*ui->Combo1, preference_page::map_mails); // in capitals, as everywhere: one list for all pages
     ui->qt_splitter->setStretchFactor(0, 3);
     ui->qt_splitter->setStretchFactor(1, 2);
     ui->inbox_lv->setModel(rows);
@@ -126,15 +126,20 @@ void Format_mail_frm::delete_l_Click()
         ids += rows->mail(index.row()).message_id;
     if (ids.isEmpty())
         return;
-    const bool deleted = guarded(page_in_log, "delete_l_Click", [&] {
+    bool deleted = false;
+    const bool went_through = guarded(page_in_log, "delete_l_Click", [&] {
         open_store_if_closed();
         maps::delete_raw_mails(chosen_table(), ids);
+        deleted = true;
         say(ids.size() == 1 ? QStringLiteral("The mail was deleted.")
                             : QString::number(ids.size()) + " mails were deleted.");
         show_mails();
     });
-    if (!deleted)
-        status_line("The mails could not be deleted: " + session.err_description);
+    if (!went_through) {
+        status_line((deleted ? "The mails were deleted. Those that are left cannot be shown: "
+                             : "The mails could not be deleted: ") +
+                    session.err_description);
+    }
     enable_buttons();
 }
 
@@ -156,6 +161,8 @@ void Format_mail_frm::open_b_Click()
     if (!known)
         return;
     unload();
+    if (is_loaded<mapmail_frm>()) // of the mail that was opened before
+        the<mapmail_frm>().unload();
     the<mapmail_frm>().show();
 }
 
