@@ -214,6 +214,8 @@ void take_pictures(const album &pictures)
     picture_outbox(pictures, console);
     picture_back_up(pictures, site);
     picture_boxes(pictures, site);
+    picture_for_help(pictures, console);
+    picture_help(pictures);
 }
 
 }

@@ -240,6 +240,14 @@ void picture_outbox(const album &pictures, menuFrm &console)
         "1 answer is held; 3 mails were refused; 1 mail may or may not have gone";
     console.delivery_told(told);
     pictures.keep(console, "outbox_frm-mixed");
+    const QSize usual = console.size();
+    the<outbox_frm>().unload();
+    console.resize(760, 540);
+    the<outbox_frm>().show();
+    auto &shown = control<list_view>(the<outbox_frm>(), "LV_outbox");
+    shown.setCurrentIndex(shown.model()->index(2, 0));
+    pictures.keep(console, "help-outbox_frm");
+    console.resize(usual);
     for (int number = 15; number <= 400; ++number)
         hand_over(number);
     the<outbox_frm>().unload();

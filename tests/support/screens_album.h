@@ -26,4 +26,8 @@ void picture_preferences(const album &pictures, menuFrm &console); // screens_al
 void picture_setup(const album &pictures);
 void picture_accounts(const album &pictures, menuFrm &console);
 
+// screens_album_help.cpp
+void picture_help(const album &pictures);
+void picture_for_help(const album &pictures, menuFrm &console); // of other screens, for its pages
+
 void picture_report(const album &pictures, menuFrm &console, screens_site &site); // screens_album_report.cpp
