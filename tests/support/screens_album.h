@@ -20,8 +20,14 @@ void picture_classic_maps(const album &pictures, menuFrm &console);  // screens_
 void picture_map_wizard(const album &pictures, menuFrm &console);    // screens_album_maps.cpp
 void picture_autoresponder(const album &pictures, menuFrm &console); // screens_album_answers.cpp; with and without maps
 
+void picture_preferences(const album &pictures, menuFrm &console); // screens_album_preferences.cpp
+
 // screens_album_setup.cpp
 void picture_setup(const album &pictures);
 void picture_accounts(const album &pictures, menuFrm &console);
+
+// screens_album_help.cpp
+void picture_help(const album &pictures);
+void picture_for_help(const album &pictures, menuFrm &console); // of other screens, for its pages
 
 void picture_report(const album &pictures, menuFrm &console, screens_site &site); // screens_album_report.cpp

@@ -15,7 +15,7 @@ def make(folder, settings):
     folder = pathlib.Path(folder)
     out = pathlib.Path(os.environ.get("TESSALY_OUT") or SOURCE / "out")
     beside = [out / "tessaly/tessaly", out / "tools/mailapp.mdb", out / "tessaly/tips.tip",
-              out / "tessaly/mail_providers.tsv", *(out / "tessaly").glob("*.gif")]
+              out / "tessaly/mail_providers.tsv", out / "tessaly/tslhlp.chm", *(out / "tessaly").glob("*.gif")]
     subprocess.run([SOURCE / "tools/deliver", folder / "tessaly", *beside], check=True)
     (folder / "config").mkdir(parents=True)
     file = folder / "config/brenmoorbiz.conf"

@@ -80,6 +80,8 @@ void frmSplash::mousePressEvent(QMouseEvent *)
 
 void frmSplash::keyPressEvent(QKeyEvent *event)
 {
+    if (event->key() == Qt::Key_F1)
+        return screen::keyPressEvent(event);
     const bool only_a_modifier = event->key() == Qt::Key_Shift || event->key() == Qt::Key_Control ||
                                  event->key() == Qt::Key_Alt || event->key() == Qt::Key_Meta;
     if (!only_a_modifier)
