@@ -2,6 +2,7 @@
 #include "frame/text.h"
 #include "intake/fit_reasons.h"
 #include "intake/mail_lines.h"
+#include "screens/kept_font.h"
 #include "ui_reading_pane.h"
 
 #include <QAbstractTextDocumentLayout>
@@ -56,6 +57,7 @@ QString text_to_show(const QString &body)
 reading_pane::reading_pane(QWidget *parent) : QFrame(parent), ui(std::make_unique<Ui::reading_pane>())
 {
     ui->setupUi(this);
+    show_in_kept_font(*ui->txt_body);
     ui->why_t->installEventFilter(this);
     show_no_mail();
 }
