@@ -1,6 +1,7 @@
 #include "accounts/account_rows.h"
 #include "frame/account_list.h"
 #include "frame/messages.h"
+#include "frame/status.h"
 #include "frame/store.h"
 
 namespace accounts {
@@ -59,6 +60,7 @@ void change(const QString &former, const QString &query, const QString &email)
 {
     rename(former, query, email);
     make_table(query);
+    mails_changed();
 }
 
 void rename(const QString &former, const QString &query, const QString &email)
@@ -74,6 +76,7 @@ bool remove(const QString &query)
         return false;
     }
     run_sql("delete from email_tbl where query=" + quote_sql(query));
+    mails_changed();
     return true;
 }
 

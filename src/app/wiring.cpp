@@ -8,6 +8,18 @@
 #include <QDesktopServices>
 #include <QUrl>
 
+namespace {
+
+QUrl url_of(const QString &path)
+{
+    for (const char *scheme : {"mailto:", "http://", "https://"})
+        if (path.startsWith(QLatin1String(scheme)))
+            return QUrl::fromEncoded(path.toUtf8());
+    return QUrl::fromLocalFile(path);
+}
+
+}
+
 wiring::wiring()
 {
     set_message_service(&boxes);
@@ -16,10 +28,7 @@ wiring::wiring()
     services.mail_client = &mail;
     services.mail_session = &mail_session;
     set_help_viewer([](const QString &file, const QString &topic) { the<help_frm>().open_help(file, topic); });
-    set_winopen([](const QString &path) {
-        const bool is_address = path.startsWith(u"http://") || path.startsWith(u"https://");
-        return QDesktopServices::openUrl(is_address ? QUrl(path) : QUrl::fromLocalFile(path));
-    });
+    set_winopen([](const QString &path) { return QDesktopServices::openUrl(url_of(path)); });
 }
 
 wiring::~wiring()

@@ -4,11 +4,13 @@
 #include "platform/clock.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace {
 
 constexpr int first_pause_s = 10;
 constexpr int longest_pause_s = 300;
+constexpr double most_minutes = 32767;
 
 qint16 read_minutes()
 {
@@ -53,4 +55,36 @@ bool auto_fetch_due()
     int tick_count = 0; // starts empty at each tick, on purpose: only 1 ever matches
     ++tick_count;
     return tick_count == session.autofetch_minutes;
+}
+
+// A fraction, and what the tick could not read again, is no number of minutes.
+typed_minutes read_typed_minutes(const QString &typed)
+{
+    const double number = remove_all(trim(typed), u",").toDouble();
+    if (!is_numeric(typed) || number != std::floor(number) || number > most_minutes)
+        return {0, "Minutes can only be numeric!"};
+    if (number <= 0)
+        return {0, "Minutes should be greater than zero!"};
+    return {int(number), {}};
+}
+
+std::optional<int> kept_minutes()
+{
+    ado::Recordset rows;
+    rows.Open("select * from autofetch", *session.store_connection);
+    const int minutes = int(rows["minutes"].to_number());
+    rows.Close();
+    return minutes == auto_fetch_off ? std::nullopt : std::optional(minutes);
+}
+
+void keep_minutes(int minutes)
+{
+    run_sql("Update autofetch set minutes=" + QString::number(minutes));
+}
+
+QString auto_fetch_words(std::optional<int> minutes)
+{
+    if (minutes == 1)
+        return "Mail is fetched by itself every ten seconds.";
+    return "Mail is not fetched by itself.";
 }

@@ -1,5 +1,7 @@
 // The timed fetch: what one tick of the console's timer (every 10 seconds) decides.
 #pragma once
+#include <QString>
+#include <optional>
 
 // Reads autofetch.minutes into session.autofetch_minutes. The counter starts anew at each tick, so only the value 1
 // ever fetches, and it does on every tick: kept so on purpose. While a pause lasts nothing is read or decided.
@@ -9,3 +11,15 @@ bool auto_fetch_due();
 // a fetch went through or the user asked for one.
 void pause_auto_fetch();
 void end_auto_fetch_pause();
+
+// What the user typed as minutes: the whole number to keep, or why it is none.
+struct typed_minutes {
+    int minutes = 0;
+    QString refusal; // "": it can be kept
+};
+typed_minutes read_typed_minutes(const QString &typed);
+
+constexpr int auto_fetch_off = -1;
+std::optional<int> kept_minutes(); // nothing: off
+void keep_minutes(int minutes);
+QString auto_fetch_words(std::optional<int> minutes); // what that number does at each tick, for the user

@@ -44,6 +44,11 @@ bool yes_no_before_loss(const QString &text, const QString &title)
     return show_box({message_kind::yes_no, text, title, message_icon::exclamation, {}, true}).has_value();
 }
 
+void ask_in_vain(const QString &text, const QString &title, const QString &why)
+{
+    show_box({message_kind::yes_no, text, title, message_icon::question, {}, true, why, false});
+}
+
 bool ok_cancel(const QString &text, const QString &title, message_icon icon)
 {
     return show_box({message_kind::ok_cancel, text, title, icon, {}}).has_value();

@@ -15,6 +15,7 @@ struct message_box {
     QString proposal;           // input only
     bool no_is_default = false; // yes_no only: Enter is No
     QString beside = {};        // more words below the text
+    bool yes_works = true;      // yes_no only; false: Yes stands greyed
 };
 
 class message_service {
@@ -33,6 +34,8 @@ bool yes_no(const QString &text, const QString &title = QStringLiteral("Tessaly"
             message_icon icon = message_icon::question);
 // Before something is lost for good: a second Enter loses nothing.
 bool yes_no_before_loss(const QString &text, const QString &title = QStringLiteral("Tessaly"));
+// Where Yes leads to something that is not there yet: it stands greyed, and the words below the question say so.
+void ask_in_vain(const QString &text, const QString &title, const QString &why);
 bool ok_cancel(const QString &text, const QString &title = QStringLiteral("Tessaly"),
                message_icon icon = message_icon::question);
 std::optional<QString> input(const QString &prompt, const QString &title = QStringLiteral("Tessaly"),

@@ -31,7 +31,12 @@ struct session_state {
     qint16 autofetch_minutes = 0;   // as last read
     int auto_fetch_pause_s = 0;     // a tick did not reach its server: so long the next ones do nothing; 0: no pause
     QDateTime auto_fetch_missed;    // when that was
+    QDateTime last_fetch;           // when mail was last fetched without a failure; not valid: not since the start
     QString animation_file;         // the page that a progress screen shows
+
+    // Who opened the picker of signatures, and is told what was picked.
+    bool signature_for_composer = false;
+    bool signature_for_preferences = false;
 
     quint32 err_number = 0;
     QString err_description;

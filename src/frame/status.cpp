@@ -5,6 +5,7 @@ namespace {
 struct status_sinks {
     std::function<void(const QString &)> line;
     std::function<void(const QString &, qint64, qint64)> progress;
+    std::function<void()> mails_changed;
 } sinks;
 
 }
@@ -29,4 +30,15 @@ void report_progress(const QString &what, qint64 done, qint64 total)
 void set_progress_sink(std::function<void(const QString &, qint64, qint64)> sink)
 {
     sinks.progress = std::move(sink);
+}
+
+void mails_changed()
+{
+    if (sinks.mails_changed)
+        sinks.mails_changed();
+}
+
+void set_mails_changed_sink(std::function<void()> sink)
+{
+    sinks.mails_changed = std::move(sink);
 }

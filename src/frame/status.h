@@ -10,3 +10,8 @@ void set_status_sink(std::function<void(const QString &)> sink);
 // Long work tells how far it is; the wait screens show it. total 0: not known.
 void report_progress(const QString &what, qint64 done, qint64 total);
 void set_progress_sink(std::function<void(const QString &, qint64, qint64)> sink);
+
+// The stored mails are not what they were (fetched, mapped, deleted): whoever shows their number counts anew. To be
+// told once a change, not once a mail.
+void mails_changed();
+void set_mails_changed_sink(std::function<void()> sink);

@@ -121,16 +121,18 @@ void parse_account(const account &each)
 
 bool parse_unprocessed_mails()
 {
-    return guarded("mail_module.bas", "parse_unprocessed_mails", [] {
+    const bool all_parsed = guarded("mail_module.bas", "parse_unprocessed_mails", [] {
         load_accounts();
         for (int column = 1; column < account_upper_bound(); ++column)
             parse_account(session.account_ids[size_t(column)]);
     });
+    mails_changed();
+    return all_parsed;
 }
 
 bool remap_account_mails(const QString &account_table, const QString &map_table)
 {
-    return guarded("mail_module.bas", "remap_account_mails", [&] {
+    const bool all_mapped = guarded("mail_module.bas", "remap_account_mails", [&] {
         auto &mails = *session.mail_rs;
         mails.Open("select * from " + account_table, *session.store_connection, ado::cursor_type::keyset,
                    ado::lock_type::optimistic);
@@ -146,6 +148,8 @@ bool remap_account_mails(const QString &account_table, const QString &map_table)
         }
         mails.Close();
     });
+    mails_changed();
+    return all_mapped;
 }
 
 }

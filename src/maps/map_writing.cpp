@@ -4,6 +4,7 @@
 #include "frame/text.h"
 #include "intake/map_parser.h"
 #include "maps/map_wizard.h"
+#include "platform/outside_effects.h"
 
 #include <algorithm>
 
@@ -102,14 +103,19 @@ QString why_save_would_fail()
 
 void write_map(const QString &name)
 {
-    insert_map(name);
-    const QString table_id = first_value("select max(table_id) from table_list_tbl").to_text();
-    run_sql("select * into " + name + " from model_tbl");
-    // From last to first: the columns stand in the reverse of the order of adding, on purpose.
-    const auto &fields = map_wizard.MapWHiddenA_frm;
-    std::for_each(fields.rbegin(), fields.rend(),
-                  [&](const added_field &field) { write_field(name, table_id, field); });
+    {
+        // A kill between two fields would leave a map that looks whole, and takes mails with a part of its fields.
+        const held_commits together;
+        insert_map(name);
+        const QString table_id = first_value("select max(table_id) from table_list_tbl").to_text();
+        run_sql("select * into " + name + " from model_tbl");
+        // From last to first: the columns stand in the reverse of the order of adding, on purpose.
+        const auto &fields = map_wizard.MapWHiddenA_frm;
+        std::for_each(fields.rbegin(), fields.rend(),
+                      [&](const added_field &field) { write_field(name, table_id, field); });
+    }
     map_wizard.map_name = name;
+    before_outside_effect();
 }
 
 bool bring_mails_over(const QString &name)

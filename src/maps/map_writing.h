@@ -19,7 +19,7 @@ std::optional<map_name_fault> why_no_map_name(QString &name);
 QString why_save_would_fail();
 
 // Writes table_list_tbl, the map's table, then the fields from the last added to the first, each with its codes and
-// its column. A failure throws and leaves half a map.
+// its column. A failure throws and leaves half a map; a kill leaves the whole one or none.
 void write_map(const QString &name);
 
 // The account's mails into the new map, taken before or not; then all that is still unprocessed. Tells its progress.

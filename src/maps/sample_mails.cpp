@@ -1,5 +1,6 @@
 #include "maps/sample_mails.h"
 #include "frame/error_log.h"
+#include "frame/status.h"
 #include "frame/store.h"
 
 namespace maps {
@@ -65,8 +66,10 @@ QString stored_body(const QString &table_name, const QString &message_id)
 
 void delete_raw_mails(const QString &table_name, const QStringList &message_ids)
 {
-    if (!message_ids.isEmpty())
-        run_sql("delete from " + table_name + " where message_id in (" + message_ids.join(QStringLiteral(",")) + ")");
+    if (message_ids.isEmpty())
+        return;
+    run_sql("delete from " + table_name + " where message_id in (" + message_ids.join(QStringLiteral(",")) + ")");
+    mails_changed();
 }
 
 QString account_id_of(const QString &table_name)

@@ -1,7 +1,15 @@
-// The desktop's dialogs for files and folders. Behind it: Qt's own (screens/desktop_dialogs.h), a script in tests.
+// The desktop's dialogs for files, folders and fonts. Behind it: Qt's own (screens/desktop_dialogs.h), a script in
+// tests.
 #pragma once
 #include <QString>
 #include <optional>
+
+struct chosen_font {
+    QString name;
+    double size = 0; // in points
+    bool bold = false, italic = false;
+    bool operator==(const chosen_font &other) const = default;
+};
 
 class dialog_service {
 public:
@@ -13,4 +21,5 @@ public:
     // stand behind words: "words|*.a;*.b|words|*.c".
     virtual std::optional<QString> ShowOpen(const QString &proposal, const QString &filter) = 0;
     virtual std::optional<QString> ShowFolder(const QString &proposal) = 0;
+    virtual std::optional<chosen_font> ShowFont(const chosen_font &proposal) = 0;
 };

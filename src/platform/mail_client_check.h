@@ -19,6 +19,8 @@ struct check_request {
     client_settings settings;
     QString password, smtp_password;
     QString address; // whom the guesses are for, when a host is empty
+    // Nobody asked for the way out: where it does not work, its steps end as notes, and found keeps mail in the Outbox.
+    bool sending_is_guessed = false;
 };
 
 struct check_outcome {

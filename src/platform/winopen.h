@@ -1,5 +1,5 @@
-// Shows a file or an address to the user in the desktop's own program for it. Behind it: whoever set_winopen was given
-// (app/wiring: the desktop's opener; tests: a list).
+// Shows a file, or an address with its scheme ("https://...", "mailto:..."), to the user in the desktop's own program
+// for it. Behind it: whoever set_winopen was given (app/wiring: the desktop's opener; tests: a list).
 #pragma once
 #include <QString>
 #include <functional>

@@ -1,8 +1,10 @@
 #include "screens/desktop_dialogs.h"
 #include "frame/messages.h"
+#include "screens/kept_font.h"
 
 #include <QApplication>
 #include <QFileDialog>
+#include <QFontDialog>
 
 namespace {
 
@@ -46,4 +48,15 @@ std::optional<QString> desktop_dialogs::ShowFolder(const QString &proposal)
     const busy_scope while_open;
     return chosen(
         QFileDialog::getExistingDirectory(QApplication::activeWindow(), QStringLiteral("Choose a Folder"), proposal));
+}
+
+std::optional<chosen_font> desktop_dialogs::ShowFont(const chosen_font &proposal)
+{
+    const busy_scope while_open;
+    bool is_chosen = false;
+    const QFont font = QFontDialog::getFont(&is_chosen, as_font(proposal), QApplication::activeWindow(),
+                                            QStringLiteral("Choose a Font"));
+    if (!is_chosen)
+        return std::nullopt;
+    return as_chosen(font);
 }

@@ -1,4 +1,4 @@
-// The desktop's dialogs for files, over the active window.
+// The desktop's dialogs for files and fonts, over the active window.
 #pragma once
 #include "platform/dialogs.h"
 
@@ -10,4 +10,5 @@ public:
     std::optional<QString> ShowSave(const QString &proposal, const QString &filter) override;
     std::optional<QString> ShowOpen(const QString &proposal, const QString &filter) override;
     std::optional<QString> ShowFolder(const QString &proposal) override;
+    std::optional<chosen_font> ShowFont(const chosen_font &proposal) override;
 };

@@ -4,6 +4,7 @@
 #include <QInputDialog>
 #include <QLabel>
 #include <QMessageBox>
+#include <QPushButton>
 
 namespace {
 
@@ -75,8 +76,10 @@ std::optional<QString> message_boxes::show(const message_box &box)
     dialog.setIcon(box_icon(box.icon));
     dialog.setStandardButtons(box_buttons(box.kind));
     dialog.setDefaultButton(default_button(box));
-    if (box.kind == message_kind::yes_no)
+    if (box.kind == message_kind::yes_no) {
         dialog.setEscapeButton(QMessageBox::No);
+        dialog.button(QMessageBox::Yes)->setEnabled(box.yes_works);
+    }
     const int answer = dialog.exec();
     if (answer == QMessageBox::Yes || answer == QMessageBox::Ok)
         return QString();

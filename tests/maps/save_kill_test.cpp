@@ -18,7 +18,7 @@
 
 namespace {
 
-constexpr int mails = 60;
+constexpr int mails = 6;
 
 QString store_of(const QString &folder)
 {
@@ -96,8 +96,10 @@ QString what_is_wrong_with_the_map(const QString &folder)
         count_in(folder, "pragma_table_info('customers') where name in ('person','town','number')") == "3";
     if (!is_whole && has_its_table && count_in(folder, "customers") != "0")
         return "half a map took " + count_in(folder, "customers") + " mails";
-    if (is_whole && count_in(folder, "(select distinct person from customers)") != QString::number(mails))
-        return "the whole map took other mails than those that fit";
+    // A row that the kill cut short stays without values, and its mail is taken once more: none is lost.
+    if (is_whole && count_in(folder, "(select distinct person from customers where town='Rome' and number='17')") !=
+                        QString::number(mails))
+        return "the whole map has not all mails that fit";
     return {};
 }
 
@@ -137,15 +139,22 @@ private slots:
 void save_kill_test::killed_data()
 {
     QTest::addColumn<QString>("calls");
-    QTest::newRow("before a write") << "writes";
-    QTest::newRow("before a rename") << "renames";
+    QTest::addColumn<bool>("every_statement");
+    QTest::addColumn<int>("most");
+    QTest::newRow("before a write") << "writes" << false << 20;
+    QTest::newRow("before a rename") << "renames" << false << 20;
+    QTest::newRow("before a write, each statement late enough to be committed") << "writes" << true << 40;
 }
 
 void save_kill_test::killed()
 {
     QFETCH(QString, calls);
+    QFETCH(bool, every_statement);
+    QFETCH(int, most);
     static const QByteArray store = store_with_mails();
     kill_trial trial{"save", calls};
+    trial.every_statement = every_statement;
+    trial.most = most;
     trial.make = [](const QString &folder) { put_file(store_of(folder), store); };
     trial.look = what_is_wrong_after;
     QCOMPARE(what_a_kill_does(trial), QString());

@@ -2,6 +2,7 @@
 #include "platform/app_folder.h"
 #include "support/fake_sendmail.h"
 #include "support/heard_steps.h"
+#include "support/loopback.h"
 #include "support/open_folder.h"
 #include <QDir>
 #include <QFile>
@@ -64,6 +65,34 @@ struct somebody_else {
 class mail_client_check_local_test : public QObject {
     Q_OBJECT
 private slots:
+
+    void a_way_out_that_nobody_asked_for_ends_as_a_note_and_keeps_mail_in_the_outbox_data()
+    {
+        QTest::addColumn<bool>("is_guessed");
+        QTest::addColumn<bool>("receives");
+        QTest::newRow("only guessed") << true << true;
+        QTest::newRow("asked for") << false << true;
+        QTest::newRow("only guessed, where nothing works yet") << true << false;
+    }
+
+    void a_way_out_that_nobody_asked_for_ends_as_a_note_and_keeps_mail_in_the_outbox()
+    {
+        QFETCH(bool, is_guessed);
+        QFETCH(bool, receives);
+        const QTemporaryDir folder;
+        make_maildir(folder.path());
+        mail::check_request request = maildir_request(receives ? folder.path() : folder.filePath("none"));
+        request.settings.sending = mail::send_by::smtp;
+        request.settings.smtp = {"127.0.0.1", free_loopback_port(), mail::security::none, "ann@shop.example"};
+        request.smtp_password = "sesame-4711";
+        request.sending_is_guessed = is_guessed;
+        const heard_steps heard(request);
+        QCOMPARE(heard.outcome.receives, receives);
+        QVERIFY(!heard.outcome.sends);
+        QCOMPARE(heard.state("Sending server"), is_guessed ? check_state::warning : check_state::failed);
+        QCOMPARE(heard.words("Sending server").startsWith("Sending is not set up: "), is_guessed);
+        QCOMPARE(heard.outcome.found.sending, is_guessed && receives ? mail::send_by::keep : mail::send_by::smtp);
+    }
 
     void a_maildir_that_works()
     {

@@ -1,6 +1,9 @@
 // The console's tick every ten seconds: when it fetches, and what it leaves behind.
+#include "frame/error_log.h"
 #include "frame/messages.h"
 #include "frame/session.h"
+#include "frame/status.h"
+#include "intake/map_parser.h"
 #include "screens/frame/menuFrm.h"
 #include "screens/intake/mailfrm.h"
 #include "screens/screen.h"
@@ -9,6 +12,26 @@
 
 #include <QTest>
 #include <QTimer>
+
+namespace {
+
+// A box that stays open until a tick has come.
+class ticking_box : public message_service {
+public:
+    explicit ticking_box(menuFrm &told) : console(told) {}
+    std::optional<QString> show(const message_box &) override
+    {
+        console.Timer1_Timer();
+        ticked = true;
+        return QString();
+    }
+    bool ticked = false;
+
+private:
+    menuFrm &console;
+};
+
+}
 
 class auto_fetch_tick_test : public QObject {
     Q_OBJECT
@@ -93,6 +116,52 @@ private slots:
         QCOMPARE(site.rows_of("orders"), 0);
         console.Timer1_Timer();
         QCOMPARE(site.rows_of("orders"), 1);
+    }
+
+    void a_tick_while_a_message_box_is_open_does_nothing()
+    {
+        screens_site site;
+        site.store.add_account("orders", "orders@shop.example");
+        set_minutes(site, 1);
+        site.deliver_mail("orders@shop.example");
+        menuFrm console;
+        ticking_box box(console);
+        set_message_service(&box);
+        say("Hello");
+        set_message_service(&site.boxes);
+        QVERIFY(box.ticked);
+        QCOMPARE(site.rows_of("orders"), 0);
+    }
+
+    void a_tick_while_another_routine_runs_does_nothing()
+    {
+        screens_site site;
+        site.store.add_account("orders", "orders@shop.example");
+        set_minutes(site, 1);
+        site.deliver_mail("orders@shop.example");
+        menuFrm console;
+        QVERIFY(guarded("a.frm", "b", [&console] { console.Timer1_Timer(); }));
+        QCOMPARE(site.rows_of("orders"), 0);
+    }
+
+    void a_tick_while_a_wizard_brings_mails_over_does_nothing()
+    {
+        screens_site site;
+        const qint64 account = site.store.add_account("orders", "orders@shop.example");
+        site.store.add_map("clients", account, "Order", {{"name", 1}});
+        site.store.run("insert into orders (tsl_subject,tsl_body,tsl_processed) values('Order','Ann',no)");
+        set_minutes(site, 1);
+        site.deliver_mail("orders@shop.example");
+        menuFrm console;
+        int ticks = 0;
+        set_progress_sink([&](const QString &, qint64, qint64) { // where the wait screen lets timers fire
+            ++ticks;
+            console.Timer1_Timer();
+        });
+        QVERIFY(intake::remap_account_mails("orders", "clients"));
+        QVERIFY(ticks > 0);
+        QCOMPARE(site.rows_of("orders"), 1);
+        QCOMPARE(site.rows_of("clients"), 1);
     }
 
     void the_timer_runs_from_the_first_show_every_ten_seconds()

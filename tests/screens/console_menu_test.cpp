@@ -97,8 +97,9 @@ private slots:
                 enabled += action->objectName();
         }
         enabled.sort();
-        QCOMPARE(enabled, (QStringList{"about", "account", "bkp_folder_mnu", "contents", "exit", "fetchmail",
-                                       "mail_client_mnu", "mauditor_mnu", "mmw", "outbox_mnu", "rst_bkp", "showtips"}));
+        QCOMPARE(enabled, (QStringList{"about", "account", "bkp_folder_mnu", "contents", "exit", "fetchmail", "general",
+                                       "lprint", "mail_client_mnu", "mauditor_mnu", "mmw", "openex_mnu", "openmy_mnu",
+                                       "outbox_mnu", "rst_bkp", "showtips"}));
     }
 
     void composer_menus_are_hidden()
@@ -118,6 +119,32 @@ private slots:
         QVERIFY(is_visible<mailfrm>());
         QVERIFY(session.no_fetch);
         QCOMPARE(site.rows_of("orders"), 0);
+    }
+
+    void print_without_labels_asks_whether_to_generate_them_and_yes_is_not_there_yet()
+    {
+        screens_site site;
+        menuFrm console;
+        site.boxes.will_say_no();
+        control<QAction>(console, "lprint").trigger();
+        QCOMPARE(site.boxes.shown,
+                 QStringList{"You have not generated the labels yet. Would you like to generate labels now?"});
+        const message_box &asked = site.boxes.boxes.front();
+        QCOMPARE(asked.title, "Label Printing");
+        QVERIFY(asked.kind == message_kind::yes_no);
+        QVERIFY(!asked.yes_works);
+        QCOMPARE(asked.beside, "The screens that make labels are not there yet.");
+    }
+
+    void print_with_labels_says_that_it_cannot_yet()
+    {
+        screens_site site;
+        site.store.run("insert into formula_tbl(formula1) values('Ann')");
+        menuFrm console;
+        control<QAction>(console, "lprint").trigger();
+        QCOMPARE(site.boxes.shown.size(), 1);
+        QVERIFY(site.boxes.shown[0].startsWith("Labels cannot be printed yet"));
+        QVERIFY(site.boxes.boxes[0].kind == message_kind::say);
     }
 
     void status_lines_go_to_the_status_bar()

@@ -41,6 +41,74 @@ private slots:
         QVERIFY(!site.saved().configured); // only OK saves
     }
 
+    void sending_of_which_nothing_was_typed_is_only_guessed_data()
+    {
+        QTest::addColumn<QByteArray>("typed_field");
+        QTest::addColumn<bool>("is_guessed");
+        QTest::newRow("nothing typed") << QByteArray() << true;
+        QTest::newRow("the server") << QByteArray("smtp_host_t") << false;
+        QTest::newRow("the user") << QByteArray("smtp_user_t") << false;
+    }
+
+    void sending_of_which_nothing_was_typed_is_only_guessed()
+    {
+        QFETCH(QByteArray, typed_field);
+        QFETCH(bool, is_guessed);
+        page_site site;
+        held_check check;
+        site.open();
+        the<mail_client_frm>().set_check(check.routine());
+        page::type("address_t", "ann@shop.example");
+        page::type("password_t", secret);
+        if (!typed_field.isEmpty())
+            page::type(typed_field, "smtp.shop.example");
+        page::press("test_b");
+        check.go.release();
+        QTRY_VERIFY(page::test_has_ended());
+        QCOMPARE(check.asked.sending_is_guessed, is_guessed);
+    }
+
+    void the_road_that_was_chosen_is_not_guessed()
+    {
+        page_site site;
+        held_check check;
+        site.open();
+        the<mail_client_frm>().set_check(check.routine());
+        page::type("address_t", "ann@shop.example");
+        page::type("password_t", secret);
+        page::pick("send_c", 1);
+        page::press("test_b");
+        check.go.release();
+        QTRY_VERIFY(page::test_has_ended());
+        QVERIFY(!check.asked.sending_is_guessed);
+    }
+
+    void where_guessed_sending_does_not_work_fetching_alone_can_be_saved()
+    {
+        page_site site;
+        site.open();
+        the<mail_client_frm>().set_check([](const mail::check_request &request, const auto &, const auto &tell) {
+            tell({"Mail server", mail::check_state::good, "imap.shop.example answers."});
+            tell({"Sending server", mail::check_state::warning, "Sending is not set up: nobody answers."});
+            mail::check_outcome outcome;
+            outcome.receives = true;
+            outcome.found = request.settings;
+            outcome.found.incoming.host = "imap.shop.example";
+            outcome.found.sending = mail::send_by::keep;
+            return outcome;
+        });
+        page::type("address_t", "ann@shop.example");
+        page::type("password_t", secret);
+        page::press("test_b");
+        QTRY_VERIFY(page::test_has_ended());
+        QCOMPARE(page::label("result_l"), "It works: mail can be fetched. What is sent stays in the Outbox. Press OK "
+                                          "to keep these settings.");
+        page::press("ok_b");
+        QVERIFY(site.saved().configured);
+        QCOMPARE(site.saved().sending, mail::send_by::keep);
+        QCOMPARE(site.saved().incoming.host, "imap.shop.example");
+    }
+
     void a_test_is_stopped_by_its_button_and_by_escape_data()
     {
         QTest::addColumn<bool>("by_key");

@@ -74,6 +74,23 @@ private slots:
         });
     }
 
+    void a_yes_that_leads_nowhere_yet_is_greyed_and_return_is_no()
+    {
+        message_box box = question;
+        box.no_is_default = true;
+        box.beside = "It is not there yet.";
+        box.yes_works = false;
+        const auto look = [](QWidget &shown) {
+            auto *asked = qobject_cast<QMessageBox *>(&shown);
+            QVERIFY(asked);
+            QVERIFY(!asked->button(QMessageBox::Yes)->isEnabled());
+            QVERIFY(asked->button(QMessageBox::No)->isEnabled());
+            QCOMPARE(asked->informativeText(), "It is not there yet.");
+        };
+        QVERIFY(!answer(box, Qt::Key_Return, look).has_value());
+        QVERIFY(!answer(box, Qt::Key_Escape, look).has_value());
+    }
+
     void more_words_stand_below_the_text()
     {
         message_box box{message_kind::say, "Done.", "Tessaly", message_icon::information, {}};

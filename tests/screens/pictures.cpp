@@ -148,10 +148,9 @@ void picture_small_screens(const album &pictures)
     the<frmSplash>().show();
     pictures.keep(the<frmSplash>(), "frmSplash");
     the<frmSplash>().unload();
-    frmAbout about;
-    about.show();
-    about.adjustSize();
-    pictures.keep(about, "frmAbout");
+    the<frmAbout>().show();
+    pictures.keep(the<frmAbout>(), "frmAbout");
+    the<frmAbout>().unload();
     Exit_frm leaving;
     control<QTimer>(leaving, "Timer1").disconnect(); // it would back up, and end the program
     leaving.adjustSize();
@@ -233,6 +232,7 @@ void take_pictures(const album &pictures)
     picture_waits(pictures, console);
     picture_small_screens(pictures);
     picture_accounts(pictures, console);
+    picture_preferences(pictures, console);
     picture_mail_client(pictures, console);
     picture_outbox(pictures, console);
     picture_back_up(pictures, site);

@@ -3,6 +3,7 @@
 #include "platform/widgets/report_output.h"
 #include "platform/widgets/table_report.h"
 #include "screens/desktop_printing.h"
+#include "support/screens_driver.h"
 #include "support/screens_pdf.h"
 #include "support/test_store.h"
 
@@ -276,6 +277,15 @@ private slots:
         printer.setOutputFormat(QPrinter::PdfFormat);
         printer.setOutputFileName(folder.filePath("no/such/folder/n.pdf"));
         QCOMPARE(error_number_of([&] { paint_report(report, printer); }), 482u);
+    }
+
+    void the_print_dialog_can_be_left()
+    {
+        const Responder keeper; // nobody announced it, so it is rejected
+        desktop_printing printing;
+        numbered_pages report;
+        QVERIFY(!printing.PrintReport(report));
+        QCOMPARE(keeper.refused, QStringList{"Print"});
     }
 
     void without_a_print_server_there_is_no_printer()

@@ -24,7 +24,7 @@ QString what_is_wrong_at(const kill_trial &trial, int point)
 {
     const QTemporaryDir folder;
     trial.make(folder.path());
-    const killed_run run = run_killed_work(trial.work, folder.path(), trial.calls, point);
+    const killed_run run = run_killed_work(trial.work, folder.path(), trial.calls, point, trial.every_statement);
     const QString where = QString("killed before call %1 of the %2: ").arg(point).arg(trial.calls);
     if (!run.was_killed)
         return where + "it was not: " + run.errors;
@@ -48,7 +48,8 @@ void do_killed_work(int &argc, char **argv, const QList<killed_work> &works)
     qFatal("There is no work %s", argv[2]);
 }
 
-killed_run run_killed_work(const QString &name, const QString &folder, const QString &calls, int kill_at)
+killed_run run_killed_work(const QString &name, const QString &folder, const QString &calls, int kill_at,
+                           bool every_statement)
 {
     const QTemporaryDir beside;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
@@ -56,6 +57,8 @@ killed_run run_killed_work(const QString &name, const QString &folder, const QSt
     environment.insert("ASAN_OPTIONS", "verify_asan_link_order=0");
     environment.insert("DISK_SHIM_CALLS", calls);
     environment.insert("DISK_SHIM_COUNT", beside.filePath("count"));
+    if (every_statement)
+        environment.insert("DISK_SHIM_HASTE", "3600");
     environment.insert("DISK_SHIM_KILL", QString::number(kill_at));
     QProcess process;
     process.setProcessEnvironment(environment);
@@ -74,7 +77,7 @@ QString what_a_kill_does(const kill_trial &trial)
 {
     const QTemporaryDir whole;
     trial.make(whole.path());
-    const killed_run run = run_killed_work(trial.work, whole.path(), trial.calls, 0);
+    const killed_run run = run_killed_work(trial.work, whole.path(), trial.calls, 0, trial.every_statement);
     if (run.was_killed || run.status != 0)
         return "the work fails undisturbed: " + run.errors;
     if (run.calls < trial.least)

@@ -25,7 +25,9 @@ struct killed_run {
 };
 
 // calls: "writes" or "renames" (the shim's words); kill_at: the number from 1 before which it is killed, 0 for never.
-killed_run run_killed_work(const QString &name, const QString &folder, const QString &calls, int kill_at);
+// every_statement: time flies, so that each statement is committed before the next one.
+killed_run run_killed_work(const QString &name, const QString &folder, const QString &calls, int kill_at,
+                           bool every_statement = false);
 
 // Before each of the calls, but no more than most of them, in a folder that make prepares: the work is killed, and
 // look says what is wrong with what it left, or "". Gives the first thing that is wrong, with the point; fewer calls
@@ -33,6 +35,7 @@ killed_run run_killed_work(const QString &name, const QString &folder, const QSt
 struct kill_trial {
     QString work, calls;
     int least = 1, most = 40;
+    bool every_statement = false;
     std::function<void(const QString &folder)> make = {};
     std::function<QString(const QString &folder)> look = {};
 };

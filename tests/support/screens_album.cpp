@@ -47,7 +47,9 @@ check_thread::routine says(const lines &told, const mail::check_outcome &outcome
         while (goes_on && !patience.give_up())
             QTest::qSleep(5);
         mail::check_outcome end = outcome;
+        const mail::send_by sending = outcome.found.configured ? outcome.found.sending : request.settings.sending;
         end.found = request.settings;
+        end.found.sending = sending;
         end.cancelled = goes_on;
         return end;
     };
@@ -65,6 +67,28 @@ void picture_test(const album &pictures, menuFrm &console, const QString &name, 
     while (result.text() == "Testing ...")
         QTest::qWait(5);
     pictures.keep(console, "mail_client_frm-" + name);
+}
+
+// Of whoever typed nothing about sending.
+void picture_fetching_alone(const album &pictures, menuFrm &console)
+{
+    using enum mail::check_state;
+    mail::check_outcome outcome;
+    outcome.receives = true;
+    outcome.found.configured = true;
+    outcome.found.sending = mail::send_by::keep;
+    the<mail_client_frm>().set_check(says(
+        {{"Mail server", good, "imap.rosecottage.example answers at port 993."},
+         {"Signing in", good, "Signed in as zoe@rosecottage.example."},
+         {"Sending server", warning,
+          "Sending is not set up: No server was found for zoe@rosecottage.example; tried were "
+          "smtp.rosecottage.example, mail.rosecottage.example. Type the server's name as your provider tells it."}},
+        outcome));
+    press_on_mail_page("test_b");
+    const auto &result = control<QLabel>(the<mail_client_frm>(), "result_l");
+    while (result.text() == "Testing ...")
+        QTest::qWait(5);
+    pictures.keep(console, "mail_client_frm-fetching-alone");
 }
 
 void picture_running_test(const album &pictures, menuFrm &console)
@@ -176,6 +200,7 @@ void picture_mail_client(const album &pictures, menuFrm &console)
     pictures.keep(console, "mail_client_frm-typed");
     picture_running_test(pictures, console);
     picture_tests(pictures, console);
+    picture_fetching_alone(pictures, console);
     choose("pop3_o");
     control<QComboBox>(the<mail_client_frm>(), "security_c").setCurrentIndex(2);
     type("host_t", "pop.rosecottage.example");

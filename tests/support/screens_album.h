@@ -20,6 +20,8 @@ void picture_classic_maps(const album &pictures, menuFrm &console);  // screens_
 void picture_map_wizard(const album &pictures, menuFrm &console);    // screens_album_maps.cpp
 void picture_autoresponder(const album &pictures, menuFrm &console); // screens_album_answers.cpp; with and without maps
 
+void picture_preferences(const album &pictures, menuFrm &console); // screens_album_preferences.cpp
+
 // screens_album_setup.cpp
 void picture_setup(const album &pictures);
 void picture_accounts(const album &pictures, menuFrm &console);

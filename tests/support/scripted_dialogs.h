@@ -1,4 +1,5 @@
-// File dialogs of a test: a queue of chosen paths (nothing is Cancel) and a transcript. In force as long as it lives.
+// Dialogs of a test: queues of chosen paths and fonts (nothing is Cancel) and a transcript. In force as long as it
+// lives.
 #pragma once
 #include "platform/dialogs.h"
 #include "platform/services.h"
@@ -14,7 +15,8 @@ public:
     scripted_dialogs &operator=(const scripted_dialogs &) = delete;
 
     std::deque<std::optional<QString>> choices;
-    QStringList asked; // "proposal|filter"
+    std::deque<std::optional<chosen_font>> fonts;
+    QStringList asked; // "proposal|filter"; of a font its name
 
     std::optional<QString> ShowSave(const QString &proposal, const QString &filter) override
     {
@@ -27,6 +29,16 @@ public:
     std::optional<QString> ShowFolder(const QString &proposal) override
     {
         return next_choice(proposal, QStringLiteral("folder"));
+    }
+
+    std::optional<chosen_font> ShowFont(const chosen_font &proposal) override
+    {
+        asked += proposal.name;
+        if (fonts.empty())
+            qFatal("A font dialog without a prepared choice: %s", qPrintable(proposal.name));
+        const auto font = fonts.front();
+        fonts.pop_front();
+        return font;
     }
 
 private:

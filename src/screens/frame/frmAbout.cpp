@@ -1,40 +1,12 @@
 #include "screens/frame/frmAbout.h"
 #include "frame/error_log.h"
 #include "frame/messages.h"
+#include "frame/tell_a_friend.h"
+#include "screens/frame/TechSupport.h"
+#include "screens/frame/rolling_list.h"
+#include "screens/frame/system_information_button.h"
 #include "screens/icons.h"
 #include "ui_frmAbout.h"
-
-#include <QProcess>
-#include <QStandardPaths>
-
-namespace {
-
-// The desktops' own tools, with what makes them show the machine.
-const std::vector<QStringList> &system_information_tools()
-{
-    static const std::vector<QStringList> tools{
-        {"gnome-control-center", "info-overview"},
-        {"kinfocenter"},
-        {"mate-system-monitor", "--show-system-tab"},
-        {"hardinfo2"},
-        {"hardinfo"},
-        {"gnome-system-monitor"},
-        {"xfce4-about"},
-    };
-    return tools;
-}
-
-bool start_system_information()
-{
-    for (const QStringList &tool : system_information_tools()) {
-        const QString program = QStandardPaths::findExecutable(tool.first());
-        if (!program.isEmpty() && QProcess::startDetached(program, tool.mid(1)))
-            return true;
-    }
-    return false;
-}
-
-}
 
 frmAbout::frmAbout(QWidget *parent) : screen(parent), ui(std::make_unique<Ui::frmAbout>())
 {
@@ -44,7 +16,9 @@ frmAbout::frmAbout(QWidget *parent) : screen(parent), ui(std::make_unique<Ui::fr
     title.setPointSizeF(title.pointSizeF() * 1.6);
     ui->lblTitle->setFont(title);
 
-    connect(ui->cmdSysInfo, &QPushButton::clicked, this, &frmAbout::cmdSysInfo_Click);
+    connect(ui->cmdSysInfo, &QPushButton::clicked, this, [] { show_system_information("frmAbout.frm"); });
+    connect(ui->techsupport_b, &QPushButton::clicked, this, &frmAbout::techsupport_b_Click);
+    connect(ui->tellfriend_b, &QPushButton::clicked, this, &frmAbout::tellfriend_b_Click);
     connect(ui->cmdOK, &QPushButton::clicked, this, &frmAbout::cmdOK_Click);
 }
 
@@ -57,18 +31,29 @@ void frmAbout::Load()
         "Tessaly is built on the work of many people. Thank you to",
         "the Qt project: windows, texts, settings (LGPL 3)",
         "the SQLite project: the store (public domain)",
-        "the GNOME project: GMime, reading mail (LGPL 2.1)",
+        "the GNOME project: GMime, reading and writing mail (LGPL 2.1)",
+        "the curl project: the lines to mail servers (curl license)",
+        "the makers of QtKeychain: the way to the desktop's keyring (BSD)",
+        "the DejaVu project: letters that are easy to read",
         "the Debian project: the ground it all stands on",
+        "and everybody who writes free software.",
     });
+    (new rolling_list(*ui->credits_li))->begin();
     ui->cmdOK->setFocus();
 }
 
-void frmAbout::cmdSysInfo_Click()
+void frmAbout::techsupport_b_Click()
 {
-    guarded("frmAbout.frm", "cmdSysInfo", [] {
-        if (!start_system_information())
-            say("System Information Is Unavailable At This Time", "Tessaly", message_icon::exclamation);
-    });
+    the<TechSupport>().show_modal();
+}
+
+void frmAbout::tellfriend_b_Click()
+{
+    bool taken = false;
+    if (!guarded("frmAbout.frm", "tellfriend_b", [&taken] { taken = tell_a_friend(); }))
+        return;
+    if (!taken)
+        say("This desktop has no mail program that could write the mail.", "Tessaly", message_icon::exclamation);
 }
 
 void frmAbout::cmdOK_Click()

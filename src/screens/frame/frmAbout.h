@@ -1,4 +1,5 @@
-// What program this is, who made what it stands on, and the way to the desktop's system information.
+// What program this is, who made what it stands on, and the ways to the desktop's system information, to support
+// (TechSupport.h), and to a friend who might want the program (frame/tell_a_friend.h).
 #pragma once
 #include "screens/screen.h"
 #include <memory>
@@ -15,7 +16,8 @@ public:
     void Load() override;
 
 private:
-    void cmdSysInfo_Click();
+    void techsupport_b_Click();
+    void tellfriend_b_Click();
     void cmdOK_Click();
 
     std::unique_ptr<Ui::frmAbout> ui;

@@ -1,16 +1,15 @@
 // The console: menu, toolbar, the area where every other screen opens, the auto-fetch timer, and the program's end.
-// Its menu's names and captions: menu_tree.h.
+// Its menu's names and captions: menu_tree.h; what they do: menuFrm_commands.cpp; its status bar: console_status.h.
 #pragma once
 #include <QMainWindow>
 
 class QMenu;
 class QTimer;
-class QToolButton;
 namespace delivery {
 struct report;
 }
 class console_area;
-class status_text;
+class console_status;
 
 class menuFrm : public QMainWindow {
     Q_OBJECT
@@ -32,29 +31,34 @@ protected:
 
 private:
     void build_menu();
+    void connect_commands();
     void build_toolbar();
     QAction *command(const char *name) const;
     void works(const char *name, void (menuFrm::*handler)());
 
+    // menuFrm_commands.cpp
     void bkp_folder_mnu_Click();
     void rst_bkp_Click();
     void fetchmail_Click();
     void mauditor_mnu_Click();
     void mmw_Click();
     void outbox_mnu_Click();
+    void lprint_Click();
+    void general_Click();
     void account_Click();
     void mail_client_mnu_Click();
     void exit_Click();
     void contents_Click();
     void showtips_Click();
     void about_Click();
+    void openex_mnu_Click();
+    void openmy_mnu_Click();
 
     quint32 GetBkColor() const;
 
     console_area *area;
     QTimer *Timer1;
-    status_text *lasting_line;
-    QToolButton *outbox_b; // what waits to be sent
+    console_status *status;
     bool delivery_is_due = false;
     bool closing = false; // the question was answered; a second close asks nothing
 };

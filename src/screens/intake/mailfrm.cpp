@@ -12,6 +12,7 @@
 #include "intake/mail_lines.h"
 #include "intake/mail_source.h"
 #include "intake/map_parser.h"
+#include "platform/clock.h"
 #include "platform/network.h"
 #include "platform/outside_effects.h"
 #include "screens/frame/closing.h"
@@ -123,6 +124,7 @@ void mailfrm::fetch_and_parse()
     intake::parse_unprocessed_mails();
     intake::finish_fetch();
     intake::raise_cut();
+    session.last_fetch = now();
     end_auto_fetch_pause();
     before_outside_effect(); // a pass that cannot be kept is a failure that is told, not a loss that nobody hears of
     intake::close_mail_source();

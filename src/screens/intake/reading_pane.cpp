@@ -2,6 +2,7 @@
 #include "frame/text.h"
 #include "intake/fit_reasons.h"
 #include "intake/mail_lines.h"
+#include "screens/kept_font.h"
 #include "ui_reading_pane.h"
 
 #include <QEvent>
@@ -69,6 +70,7 @@ void fit_height(QLabel &lines)
 reading_pane::reading_pane(QWidget *parent) : QFrame(parent), ui(std::make_unique<Ui::reading_pane>())
 {
     ui->setupUi(this);
+    show_in_kept_font(*ui->txt_body);
     ui->why_t->installEventFilter(this);
     ui->lbl_from->installEventFilter(this);
     show_no_mail();

@@ -36,10 +36,8 @@ Format_mail_frm::Format_mail_frm(QWidget *parent) : screen(parent), ui(std::make
     ui->inbox_lv->setModel(rows);
     ui->inbox_lv->remember_columns("Format_mail_frm.inbox_lv", {200, 320, 170});
     ui->inbox_lv->set_empty_text(choose_first);
-    if (!page_exists(preference_page::online_form)) {
-        ui->Command4->setEnabled(false);
-        ui->Command4->setToolTip("This page is not there yet.");
-    }
+    lead_to_page(*ui->Command3, preference_page::accounts);
+    lead_to_page(*ui->Command4, preference_page::online_form);
 
     connect(ui->query_c, &QComboBox::currentIndexChanged, this, &Format_mail_frm::query_c_Click);
     connect(ui->inbox_lv->selectionModel(), &QItemSelectionModel::selectionChanged, this,
@@ -47,8 +45,6 @@ Format_mail_frm::Format_mail_frm(QWidget *parent) : screen(parent), ui(std::make
     connect(ui->inbox_lv, &QAbstractItemView::doubleClicked, this, &Format_mail_frm::open_b_Click);
     connect(ui->delete_l, &QPushButton::clicked, this, &Format_mail_frm::delete_l_Click);
     connect(ui->open_b, &QPushButton::clicked, this, &Format_mail_frm::open_b_Click);
-    connect(ui->Command3, &QPushButton::clicked, this, [] { open_page(preference_page::accounts); });
-    connect(ui->Command4, &QPushButton::clicked, this, [] { open_page(preference_page::online_form); });
     connect(ui->help_b, &QPushButton::clicked, this, &Format_mail_frm::show_own_help);
     connect(ui->close_b, &QPushButton::clicked, this, &Format_mail_frm::unload);
 }

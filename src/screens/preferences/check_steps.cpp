@@ -60,7 +60,7 @@ void show_step(QListWidget &list, const mail::check_line &line)
     list.scrollToItem(item);
 }
 
-QString outcome_text(const mail::check_outcome &outcome, const mail::client_settings &asked)
+QString outcome_text(const mail::check_outcome &outcome)
 {
     if (outcome.cancelled)
         return "The test was stopped.";
@@ -70,7 +70,7 @@ QString outcome_text(const mail::check_outcome &outcome, const mail::client_sett
         return "Mail cannot be fetched yet. The line that failed says why.";
     if (outcome.sends)
         return "It works: mail can be fetched and sent. Press OK to keep these settings.";
-    if (asked.sending == mail::send_by::keep)
+    if (outcome.found.sending == mail::send_by::keep)
         return "It works: mail can be fetched. What is sent stays in the Outbox. Press OK to keep these settings.";
     return "Mail can be fetched, but not sent. The line that failed says why.";
 }

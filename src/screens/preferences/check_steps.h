@@ -8,4 +8,4 @@ void clear_steps(QListWidget &list);
 void show_step(QListWidget &list, const mail::check_line &line);
 
 // What came of the whole test, in a sentence.
-QString outcome_text(const mail::check_outcome &outcome, const mail::client_settings &asked);
+QString outcome_text(const mail::check_outcome &outcome);

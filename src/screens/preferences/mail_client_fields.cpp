@@ -162,6 +162,7 @@ void mail_client_fields::show_found(const mail::client_settings &found)
     filling = true;
     if (mail_page::needs_server(found.kind))
         show_server(fetching, found.incoming);
+    ui.send_c->setCurrentIndex(line_of(roads, found.sending));
     if (found.sending == mail::send_by::smtp)
         show_server(sending, found.smtp);
     filling = false;

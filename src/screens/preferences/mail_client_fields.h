@@ -23,6 +23,7 @@ public:
     mail_page::entries typed_entries() const;
     void show_found(const mail::client_settings &found); // what a test has found out
     mail::client_kind kind() const;
+    bool sending_is_guessed() const; // nothing of it was chosen or typed here
 
 private:
     struct server_fields { // of fetching, or of sending

@@ -13,6 +13,15 @@ bool is_whole_address(const QString &address)
 
 }
 
+bool mail_client_fields::sending_is_guessed() const
+{
+    const std::initializer_list<const QObject *> fields{ui.send_c, sending.host, sending.security, sending.port,
+                                                        sending.user};
+    const bool is_touched =
+        std::any_of(fields.begin(), fields.end(), [this](const QObject *field) { return own.contains(field); });
+    return !is_touched && !ui.other_password_c->isChecked() && !ui.no_login_c->isChecked();
+}
+
 // What was saved is the user's own, unless it is what the address says: then it goes with the address.
 void mail_client_fields::mark_stored_as_own(const server_fields &fields, const std::vector<mail::server_guess> &guesses,
                                             const QString &address)

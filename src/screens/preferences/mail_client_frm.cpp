@@ -118,15 +118,14 @@ void mail_client_frm::test_b_Click()
     const mail_page::entries typed = fields->typed_entries();
     if (const auto fault = mail_page::untestable(typed))
         return tell_fault(*fault, message_icon::information);
-    tested = typed.settings;
     clear_steps(*ui->steps_li);
     ui->result_l->setText("Testing ...");
     show_testing(true);
-    running =
-        std::make_unique<check_thread>(check,
-                                       mail::check_request{typed.settings, typed.password,
-                                                           typed.smtp_password.value_or(typed.password), typed.address},
-                                       nullptr);
+    running = std::make_unique<check_thread>(check,
+                                             mail::check_request{typed.settings, typed.password,
+                                                                 typed.smtp_password.value_or(typed.password),
+                                                                 typed.address, fields->sending_is_guessed()},
+                                             nullptr);
     connect(running.get(), &check_thread::told, this, &mail_client_frm::test_told);
     connect(running.get(), &check_thread::ended, this, &mail_client_frm::test_ended);
 }
@@ -148,7 +147,7 @@ void mail_client_frm::test_told(const mail::check_line &line)
 void mail_client_frm::test_ended(const mail::check_outcome &outcome)
 {
     running.release()->deleteLater(); // it speaks at this moment
-    ui->result_l->setText(outcome_text(outcome, tested));
+    ui->result_l->setText(outcome_text(outcome));
     if (!outcome.cancelled)
         fields->show_found(outcome.found);
     show_testing(false);

@@ -53,5 +53,4 @@ private:
     std::optional<mail_page::entries> as_opened;
     check_thread::routine check;
     std::unique_ptr<check_thread> running; // while a test runs
-    mail::client_settings tested;          // what it was asked
 };

@@ -1,14 +1,19 @@
 #include "screens/preferences/page_list.h"
 #include "screens/preferences/Accounts.h"
 #include "screens/preferences/Format_mail_frm.h"
+#include "screens/preferences/OnlinePref.h"
+#include "screens/preferences/Preference.h"
 #include "screens/preferences/mail_client_frm.h"
 
 #include <QComboBox>
+#include <QPushButton>
 #include <QStandardItemModel>
 #include <algorithm>
 #include <vector>
 
 namespace {
+
+const char *const not_there = "This page is not there yet.";
 
 struct listed_page {
     preference_page page;
@@ -40,10 +45,10 @@ const std::vector<listed_page> &all_pages()
 {
     using enum preference_page;
     static const std::vector<listed_page> pages{
-        {general, "GENERAL", nullptr, nullptr},
+        {general, "GENERAL", show_page<Preference>, leave_page<Preference>},
         {accounts, "ACCOUNTS", show_page<Accounts>, leave_page<Accounts>},
         {labels, "LABELS", nullptr, nullptr},
-        {online_form, "ONLINE FORM", nullptr, nullptr},
+        {online_form, "ONLINE FORM", show_page<OnlinePref>, leave_page<OnlinePref>},
         {map_mails, "MAP MAILS", show_page<Format_mail_frm>, leave_page<Format_mail_frm>},
         {mail_client, "MAIL CLIENT", show_page<mail_client_frm>, leave_mail_client},
     };
@@ -63,7 +68,7 @@ void add_entry(QComboBox &list, const listed_page &line)
         return;
     const int index = list.count() - 1;
     static_cast<QStandardItemModel *>(list.model())->item(index)->setEnabled(false);
-    list.setItemData(index, "This page is not there yet.", Qt::ToolTipRole);
+    list.setItemData(index, not_there, Qt::ToolTipRole);
 }
 
 }
@@ -95,4 +100,13 @@ void open_page(preference_page wanted)
 bool page_exists(preference_page page)
 {
     return line_of(page).show;
+}
+
+void lead_to_page(QPushButton &button, preference_page wanted)
+{
+    QObject::connect(&button, &QPushButton::clicked, &button, [wanted] { open_page(wanted); });
+    if (page_exists(wanted))
+        return;
+    button.setEnabled(false);
+    button.setToolTip(not_there);
 }

@@ -3,6 +3,7 @@
 #pragma once
 
 class QComboBox;
+class QPushButton;
 
 enum class preference_page { general, accounts, labels, online_form, map_mails, mail_client };
 
@@ -12,4 +13,7 @@ void fill_page_list(QComboBox &list, preference_page here);
 
 // Closes whichever page is open, and opens this one. An open page may stay because the user wants it to.
 void open_page(preference_page wanted);
-bool page_exists(preference_page page); // for a page's own buttons to the others
+bool page_exists(preference_page page);
+
+// A page's own button to another one, greyed while that one does not exist.
+void lead_to_page(QPushButton &button, preference_page wanted);

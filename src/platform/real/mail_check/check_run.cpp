@@ -56,7 +56,10 @@ void check_run::begin(const QString &name)
 
 void check_run::end(const step_end &how)
 {
-    tell_line({running, how.state, how.words});
+    if (ends_as_notes && how.state == check_state::failed)
+        tell_line({running, check_state::warning, QStringLiteral("Sending is not set up: ") + how.words});
+    else
+        tell_line({running, how.state, how.words});
 }
 
 void check_run::tell(const QString &name, const step_end &how)

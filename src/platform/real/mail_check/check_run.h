@@ -25,6 +25,7 @@ public:
     const check_request &request;
     const net::patience &patience;
     check_outcome outcome;
+    bool ends_as_notes = false; // a failure is told as something to be known
 
 private:
     const teller &tell_line;

@@ -120,9 +120,7 @@ bool check_smtp(check_run &run)
     return works;
 }
 
-}
-
-bool check_sending(check_run &run)
+bool check_road(check_run &run)
 {
     switch (run.request.settings.sending) {
     case send_by::smtp:
@@ -135,6 +133,17 @@ bool check_sending(check_run &run)
     run.tell(sending, {check_state::warning, QStringLiteral("Nothing goes out: what the program sends stays in its "
                                                             "Outbox. Choose a sending server to change that.")});
     return false;
+}
+
+}
+
+bool check_sending(check_run &run)
+{
+    run.ends_as_notes = run.request.sending_is_guessed;
+    const bool works = check_road(run);
+    if (run.ends_as_notes && run.outcome.receives && !works)
+        run.outcome.found.sending = send_by::keep;
+    return works;
 }
 
 }

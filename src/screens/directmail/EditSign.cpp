@@ -1,0 +1,63 @@
+#include "screens/directmail/EditSign.h"
+#include "frame/error_log.h"
+#include "frame/messages.h"
+#include "frame/session.h"
+#include "frame/status.h"
+#include "frame/store.h"
+#include "frame/text.h"
+#include "screens/directmail/Signature.h"
+#include "ui_EditSign.h"
+
+EditSign::EditSign(QWidget *parent) : screen(parent), ui(std::make_unique<Ui::EditSign>())
+{
+    ui->setupUi(this);
+
+    connect(ui->Command1, &QPushButton::clicked, this, &EditSign::Command1_Click);
+    connect(ui->Command2, &QPushButton::clicked, this, &EditSign::Command2_Click);
+    connect(ui->Command3, &QPushButton::clicked, this, &EditSign::unload);
+    connect(ui->help_b, &QPushButton::clicked, this, &EditSign::show_own_help);
+}
+
+EditSign::~EditSign() = default;
+
+void EditSign::Load()
+{
+    const bool is_read = guarded("Editsign.frm", "Form_load", [this] {
+        open_store_if_closed();
+        ui->Text1->setText(the<Signature>().selected_title());
+        ado::Recordset row;
+        row.Open("Select signtext from sign where signtitle=" + quote_sql(trim(ui->Text1->text())),
+                 *session.store_connection);
+        if (!row.EOF_())
+            ui->Text2->setPlainText(row["signtext"].text_or_empty());
+        row.Close();
+    });
+    if (!is_read)
+        status_line("The signature cannot be read: " + session.err_description);
+    ui->Text2->setFocus();
+}
+
+void EditSign::Command1_Click()
+{
+    ui->Text2->clear();
+    ui->Text2->setFocus();
+}
+
+void EditSign::Command2_Click()
+{
+    if (trim(ui->Text2->toPlainText()).isEmpty()) {
+        say("Please enter signature");
+        return ui->Text2->setFocus();
+    }
+    if (!guarded("Editsign.frm", "Command2", [this] { update_signature(); }))
+        status_line("The signature could not be changed: " + session.err_description);
+}
+
+void EditSign::update_signature()
+{
+    open_store_if_closed();
+    const QString text = trim(ui->Text2->toPlainText());
+    run_sql("update sign set signtext= " + quote_sql(text) + " where signtitle= " + quote_sql(trim(ui->Text1->text())));
+    the<Signature>().show_preview(text);
+    unload();
+}

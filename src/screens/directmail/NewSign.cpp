@@ -1,0 +1,77 @@
+#include "screens/directmail/NewSign.h"
+#include "frame/error_log.h"
+#include "frame/messages.h"
+#include "frame/session.h"
+#include "frame/status.h"
+#include "frame/store.h"
+#include "frame/text.h"
+#include "screens/directmail/Signature.h"
+#include "ui_NewSign.h"
+
+namespace {
+
+bool is_stored(const QString &title)
+{
+    ado::Recordset signatures;
+    signatures.Open("Select * from sign", *session.store_connection);
+    for (; !signatures.EOF_(); signatures.MoveNext()) {
+        if (same_text(signatures["signtitle"].text_or_empty(), title))
+            return true;
+    }
+    return false;
+}
+
+}
+
+NewSign::NewSign(QWidget *parent) : screen(parent), ui(std::make_unique<Ui::NewSign>())
+{
+    ui->setupUi(this);
+
+    connect(ui->Command1, &QPushButton::clicked, this, &NewSign::Command1_Click);
+    connect(ui->Command2, &QPushButton::clicked, this, &NewSign::Command2_Click);
+    connect(ui->Command3, &QPushButton::clicked, this, &NewSign::unload);
+}
+
+NewSign::~NewSign() = default;
+
+void NewSign::Load()
+{
+    ui->Text1->setFocus();
+    ui->Text1->selectAll();
+}
+
+void NewSign::Command1_Click()
+{
+    ui->Text2->clear();
+    ui->Text2->setFocus();
+}
+
+// A title of blanks is not empty here, and is kept as an empty one.
+void NewSign::Command2_Click()
+{
+    if (ui->Text1->text().isEmpty()) {
+        say("Title of the Signature must be specified.", "Title.");
+        return ui->Text1->setFocus();
+    }
+    if (ui->Text2->toPlainText().isEmpty()) {
+        say("Please enter signature", "Title.");
+        return ui->Text2->setFocus();
+    }
+    if (!guarded("NewSign.frm", "Command2", [this] { add_signature(); }))
+        status_line("The signature could not be kept: " + session.err_description);
+}
+
+void NewSign::add_signature()
+{
+    open_store_if_closed();
+    const QString title = trim(ui->Text1->text());
+    if (is_stored(title)) {
+        say("The Signature with the Title " + title + " already exists.", "Error.", message_icon::critical);
+        ui->Text1->selectAll();
+        return ui->Text1->setFocus();
+    }
+    run_sql("insert into sign values( " + quote_sql(title) + "," + quote_sql(ui->Text2->toPlainText()) + "," +
+            quote_sql("No") + " )");
+    the<Signature>().add_title(title);
+    unload();
+}

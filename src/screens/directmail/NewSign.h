@@ -1,0 +1,23 @@
+// Making a signature; opens over the picker (Signature.h), whose list gets its title.
+#pragma once
+#include "screens/screen.h"
+#include <memory>
+
+namespace Ui {
+class NewSign;
+}
+
+class NewSign : public screen {
+    Q_OBJECT
+public:
+    explicit NewSign(QWidget *parent = nullptr);
+    ~NewSign() override;
+    void Load() override;
+
+private:
+    void Command1_Click();
+    void Command2_Click();
+    void add_signature();
+
+    std::unique_ptr<Ui::NewSign> ui;
+};

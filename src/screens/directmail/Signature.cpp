@@ -1,0 +1,177 @@
+#include "screens/directmail/Signature.h"
+#include "frame/error_log.h"
+#include "frame/messages.h"
+#include "frame/session.h"
+#include "frame/status.h"
+#include "frame/store.h"
+#include "frame/text.h"
+#include "screens/directmail/EditSign.h"
+#include "screens/directmail/NewSign.h"
+#include "screens/preferences/Preference.h"
+#include "ui_Signature.h"
+
+#include <QCloseEvent>
+#include <QKeyEvent>
+
+namespace {
+
+const char *const picker_in_log = "Signature.frm";
+
+// None where no row is selected.
+QString stored_choice()
+{
+    ado::Recordset rows;
+    rows.Open("select * from sign where signselected='Yes'", *session.store_connection);
+    return rows.EOF_() ? QString() : rows["signtitle"].text_or_empty();
+}
+
+}
+
+Signature::Signature(QWidget *parent) : screen(parent), ui(std::make_unique<Ui::Signature>())
+{
+    ui->setupUi(this);
+
+    connect(ui->List1, &QListWidget::itemSelectionChanged, this, &Signature::List1_Click);
+    connect(ui->List1, &QListWidget::itemDoubleClicked, this, &Signature::Command1_Click);
+    connect(ui->Command1, &QPushButton::clicked, this, &Signature::Command1_Click);
+    connect(ui->Command2, &QPushButton::clicked, this, &Signature::Command2_Click);
+    connect(ui->Command3, &QPushButton::clicked, this, &Signature::Command3_Click);
+    connect(ui->Command4, &QPushButton::clicked, this, &Signature::Command4_Click);
+    connect(ui->Command5, &QPushButton::clicked, this, &Signature::Command5_Click);
+}
+
+Signature::~Signature() = default;
+
+void Signature::Load()
+{
+    const bool is_read = guarded(picker_in_log, "Form_load", [this] {
+        open_store_if_closed();
+        ado::Recordset signatures;
+        signatures.Open("Select * from sign", *session.store_connection);
+        for (; !signatures.EOF_(); signatures.MoveNext())
+            ui->List1->addItem(signatures["signtitle"].text_or_empty());
+        signatures.Close();
+    });
+    if (!is_read)
+        status_line("The signatures cannot be shown: " + session.err_description);
+    ui->List1->setFocus();
+}
+
+QString Signature::selected_title() const
+{
+    const QList<QListWidgetItem *> selected = ui->List1->selectedItems();
+    return selected.isEmpty() ? QString() : selected.first()->text();
+}
+
+void Signature::add_title(const QString &title)
+{
+    ui->List1->addItem(title);
+}
+
+void Signature::show_preview(const QString &signtext)
+{
+    ui->Label2->setText(signtext);
+}
+
+void Signature::List1_Click()
+{
+    ui->Label2->clear();
+    if (ui->List1->selectedItems().isEmpty())
+        return;
+    guarded(picker_in_log, "List1", [this] {
+        open_store_if_closed();
+        ado::Recordset row;
+        row.Open("select signtext from sign where signtitle=" + quote_sql(selected_title()), *session.store_connection);
+        if (!row.EOF_())
+            ui->Label2->setText(row["signtext"].text_or_empty());
+        row.Close();
+    });
+}
+
+// A signature may have an empty title, so the selection is asked and not the text.
+bool Signature::nothing_selected(const QString &command)
+{
+    if (!ui->List1->selectedItems().isEmpty())
+        return false;
+    say("Select an item from the list and click " + command + ".", "Error.", message_icon::critical);
+    return true;
+}
+
+void Signature::Command1_Click()
+{
+    if (!nothing_selected("Edit"))
+        the<EditSign>().show_modal();
+}
+
+void Signature::Command2_Click()
+{
+    if (nothing_selected("Remove"))
+        return;
+    const QString title = selected_title();
+    if (!ok_cancel("The Signature titled " + title + " will be removed.", "Confirm."))
+        return;
+    const bool is_removed = guarded(picker_in_log, "Command2", [&title] {
+        open_store_if_closed();
+        run_sql("delete from sign where signtitle=" + quote_sql(trim(title)));
+    });
+    if (!is_removed)
+        return status_line("The signature could not be removed: " + session.err_description);
+    const QSignalBlocker the_next_one_is_not_selected_instead(ui->List1);
+    delete ui->List1->selectedItems().first();
+    ui->List1->setCurrentRow(-1);
+    ui->Label2->clear();
+}
+
+void Signature::Command3_Click()
+{
+    the<NewSign>().show_modal();
+}
+
+void Signature::Command4_Click()
+{
+    if (nothing_selected("OK"))
+        return;
+    if (!guarded(picker_in_log, "Command4", [this] { choose_selected(); }))
+        return status_line("The signature could not be chosen: " + session.err_description);
+    unload();
+}
+
+void Signature::choose_selected()
+{
+    open_store_if_closed();
+    run_sql("update sign set signselected='No' where signselected= " + quote_sql("Yes"));
+    run_sql("update sign set signselected='Yes' where signtitle= " + quote_sql(trim(selected_title())));
+    tell_opener(stored_choice());
+}
+
+// The preferences then say that none is chosen, though the store keeps the one that was, on purpose: the page tells it
+// when it is opened anew.
+void Signature::Command5_Click()
+{
+    tell_opener({});
+    unload();
+}
+
+// The composer, when it opens the picker, fills its list of signatures anew from here too.
+void Signature::tell_opener(const QString &title)
+{
+    if (session.signature_for_preferences && is_loaded<Preference>())
+        the<Preference>().show_signature(title);
+    session.signature_for_composer = false;
+    session.signature_for_preferences = false;
+}
+
+// The window's cross and Escape are Cancel.
+void Signature::closeEvent(QCloseEvent *event)
+{
+    event->accept();
+    Command5_Click();
+}
+
+void Signature::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_Escape)
+        Command5_Click();
+    else
+        screen::keyPressEvent(event);
+}

@@ -1,0 +1,29 @@
+// The preferences page "General": auto-fetch, the font for reading, the signature, and the way to the auto-responder.
+// What a number of minutes does: frame/auto_fetch.h. Where the signature is chosen: screens/directmail/Signature.h.
+#pragma once
+#include "screens/screen.h"
+#include <memory>
+
+namespace Ui {
+class Preference;
+}
+
+class Preference : public screen {
+    Q_OBJECT
+public:
+    explicit Preference(QWidget *parent = nullptr);
+    ~Preference() override;
+    void Load() override;
+
+    void show_signature(const QString &title); // "": none is chosen
+
+private:
+    void show_auto_fetch();
+    void autofetch_ch_Click();
+    void Command1_Click();
+    void Command2_Click();
+    void Command3_Click();
+    void set_minutes();
+
+    std::unique_ptr<Ui::Preference> ui;
+};

@@ -1,0 +1,168 @@
+// The console's status bar: how many mails are in no table yet, and when mail was last fetched.
+#include "frame/messages.h"
+#include "frame/session.h"
+#include "frame/status.h"
+#include "frame/store.h"
+#include "frame/text.h"
+#include "intake/map_parser.h"
+#include "intake/unprocessed_count.h"
+#include "maps/sample_mails.h"
+#include "platform/clock.h"
+#include "screens/frame/menuFrm.h"
+#include "screens/intake/mailfrm.h"
+#include "screens/screen.h"
+#include "support/screens_driver.h"
+#include "support/screens_site.h"
+
+#include <QAction>
+#include <QLabel>
+#include <QTest>
+#include <QTimer>
+#include <QToolButton>
+
+namespace {
+
+// Two accounts and the console; the form "Order" sends to the first.
+struct status_site : screens_site {
+    status_site()
+    {
+        account = store.add_account("orders", "orders@shop.example");
+        store.add_account("contact", "hello@shop.example");
+    }
+    ~status_site() { session.last_fetch = {}; }
+    void fetch()
+    {
+        session.no_fetch = false;
+        the<mailfrm>().load();
+        the<mailfrm>().unload();
+    }
+    QString count() { return control<QToolButton>(console, "unprocessed_b").text(); }
+    QString fetched() { return control<QLabel>(console, "fetched_l").text(); }
+    menuFrm console;
+    qint64 account = 0;
+};
+
+}
+
+class console_status_test : public QObject {
+    Q_OBJECT
+private slots:
+    void it_counts_the_mails_of_all_accounts_when_the_console_opens()
+    {
+        status_site site;
+        for (const char *table : {"orders", "contact", "contact"})
+            site.store.run(QString("insert into ") + table + " (tsl_subject,tsl_processed) values('Hello',no)");
+        site.store.run("insert into orders (tsl_subject,tsl_processed) values('Hello',yes)");
+        QVERIFY(!control<QToolButton>(site.console, "unprocessed_b").isVisible());
+        site.console.show();
+        QTRY_COMPARE(site.count(), "3 unprocessed");
+        QVERIFY(control<QToolButton>(site.console, "unprocessed_b").isVisible());
+        QVERIFY(!control<QLabel>(site.console, "fetched_l").isVisible()); // not since the start
+    }
+
+    void a_fetch_raises_the_number_and_tells_its_time()
+    {
+        status_site site;
+        site.console.show();
+        QTRY_COMPARE(site.count(), "0 unprocessed");
+        site.deliver_mail("orders@shop.example");
+        site.deliver_mail("hello@shop.example");
+        site.fetch();
+        QTRY_COMPARE(site.count(), "2 unprocessed");
+        QVERIFY(session.last_fetch.isValid());
+        QCOMPARE(site.fetched(), "Fetched " + us_date_time(session.last_fetch).section(' ', 1));
+        QVERIFY(control<QLabel>(site.console, "fetched_l").isVisible());
+    }
+
+    void a_fetch_of_another_day_is_told_with_its_date()
+    {
+        status_site site;
+        session.last_fetch = now().addDays(-2);
+        site.console.show();
+        QTRY_COMPARE(site.fetched(), "Fetched " + us_date_time(session.last_fetch));
+    }
+
+    void a_fetch_that_only_shows_what_is_stored_is_none()
+    {
+        status_site site;
+        session.no_fetch = true;
+        the<mailfrm>().load();
+        QVERIFY(!session.last_fetch.isValid());
+    }
+
+    void a_new_map_lowers_the_number()
+    {
+        status_site site;
+        site.deliver_mail("orders@shop.example", "Order", "Name: Ann");
+        site.deliver_mail("orders@shop.example", "Something else", "Text");
+        site.fetch();
+        site.console.show();
+        QTRY_COMPARE(site.count(), "2 unprocessed");
+        site.store.add_map("clients", site.account, "Order", {{"name", 1}});
+        intake::remap_account_mails("orders", "clients");
+        QTRY_COMPARE(site.count(), "1 unprocessed");
+    }
+
+    void a_deletion_lowers_the_number()
+    {
+        status_site site;
+        site.deliver_mail("orders@shop.example");
+        site.fetch();
+        site.console.show();
+        QTRY_COMPARE(site.count(), "1 unprocessed");
+        maps::delete_raw_mails("orders", {site.store.cell("select max(message_id) from orders")});
+        QTRY_COMPARE(site.count(), "0 unprocessed");
+    }
+
+    void many_changes_in_a_row_are_counted_once()
+    {
+        status_site site;
+        site.console.show();
+        QTRY_COMPARE(site.count(), "0 unprocessed");
+        site.store.run("insert into orders (tsl_subject,tsl_processed) values('Hello',no)");
+        for (int change = 0; change < 1000; ++change)
+            mails_changed();
+        QCOMPARE(site.count(), "0 unprocessed"); // not at once
+        QTRY_COMPARE(site.count(), "1 unprocessed");
+    }
+
+    void a_click_opens_the_mail_auditor_without_fetching()
+    {
+        status_site site;
+        site.console.show();
+        QTRY_VERIFY(control<QToolButton>(site.console, "unprocessed_b").isVisible());
+        site.deliver_mail("orders@shop.example");
+        control<QToolButton>(site.console, "unprocessed_b").click();
+        QVERIFY(is_visible<mailfrm>());
+        QCOMPARE(site.rows_of("orders"), 0);
+    }
+
+    void where_an_accounts_table_is_gone_no_number_is_shown()
+    {
+        status_site site;
+        site.console.show();
+        QTRY_VERIFY(control<QToolButton>(site.console, "unprocessed_b").isVisible());
+        site.store.run("drop table contact");
+        mails_changed();
+        QTRY_VERIFY(!control<QToolButton>(site.console, "unprocessed_b").isVisible());
+        QCOMPARE(session.err_routine, "count_mails");
+    }
+
+    void nothing_is_counted_in_the_middle_of_a_routine()
+    {
+        status_site site;
+        site.console.show();
+        QTRY_COMPARE(site.count(), "0 unprocessed");
+        site.store.run("insert into orders (tsl_subject,tsl_processed) values('Hello',no)");
+        {
+            const busy_scope routine_runs;
+            mails_changed();
+            QMetaObject::invokeMethod(&control<QTimer>(site.console, "count_timer"), "timeout");
+            QCOMPARE(site.count(), "0 unprocessed");
+        }
+        QTRY_COMPARE(site.count(), "1 unprocessed");
+    }
+};
+
+QTEST_MAIN(console_status_test)
+#include "console_status_test.moc"
