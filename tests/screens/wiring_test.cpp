@@ -3,17 +3,46 @@
 #include "frame/messages.h"
 #include "frame/session.h"
 #include "frame/store.h"
+#include "frame/tell_a_friend.h"
 #include "intake/fetch_session.h"
 #include "platform/app_folder.h"
 #include "platform/outside_effects.h"
 #include "platform/services.h"
 #include "platform/settings.h"
+#include "platform/winopen.h"
 #include "screens/intake/mailfrm.h"
 #include "screens/screen.h"
 #include "support/screens_driver.h"
 #include "support/screens_site.h"
 
+#include <QDesktopServices>
 #include <QTest>
+#include <QUrl>
+#include <QUrlQuery>
+#include <array>
+
+// The desktop's programs, as far as they are told what to open.
+class heard_desktop : public QObject {
+    Q_OBJECT
+public:
+    heard_desktop()
+    {
+        for (const char *scheme : schemes)
+            QDesktopServices::setUrlHandler(scheme, this, "hear");
+    }
+    ~heard_desktop() override
+    {
+        for (const char *scheme : schemes)
+            QDesktopServices::unsetUrlHandler(scheme);
+    }
+    QList<QUrl> heard;
+
+public slots:
+    void hear(const QUrl &url) { heard += url; }
+
+private:
+    static constexpr std::array schemes{"file", "mailto", "https"};
+};
 
 class wiring_test : public QObject {
     Q_OBJECT
@@ -44,6 +73,22 @@ private slots:
         QCOMPARE(session.err_routine, "Form_load");
         QVERIFY(!intake::fetching.MAPISession1);
         the<mailfrm>().unload();
+    }
+
+    void files_and_addresses_reach_the_desktop_as_what_they_are()
+    {
+        screens_site site;
+        const wiring services_in_force;
+        heard_desktop desktop;
+        QVERIFY(winopen("/tmp/a form 100%.htm"));
+        QVERIFY(winopen("https://www.shop.example/a%20form"));
+        QVERIFY(tell_a_friend());
+        QCOMPARE(desktop.heard.size(), 3);
+        QCOMPARE(desktop.heard[0].toLocalFile(), "/tmp/a form 100%.htm");
+        QCOMPARE(desktop.heard[1].toString(QUrl::FullyEncoded), "https://www.shop.example/a%20form");
+        QCOMPARE(desktop.heard[2].scheme(), "mailto");
+        QCOMPARE(QUrlQuery(desktop.heard[2]).queryItemValue("subject", QUrl::FullyDecoded),
+                 "Your friend has recommended");
     }
 
     void what_cannot_be_committed_at_the_end_of_a_fetch_is_told()
