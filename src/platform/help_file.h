@@ -25,7 +25,7 @@ struct help_file {
 };
 
 // Throws run_time_error 53 (not found) or 57 (no help file, or too damaged to find anything in it). Where only a
-// stretch is damaged, what lies there is missing and the rest is as it was.
+// stretch is damaged, what lies there is missing or garbled (the packing has no check sum), the rest is as it was.
 help_file read_help_file(const QString &path);
 help_file help_file_in(const QByteArray &bytes); // the same of bytes, for those who try out damaged ones
 
