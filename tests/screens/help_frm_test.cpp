@@ -5,10 +5,12 @@
 #include "screens/frame/outbox_frm.h"
 #include "support/screens_help.h"
 
+#include <QAbstractTextDocumentLayout>
 #include <QAction>
 #include <QApplication>
 #include <QDialog>
 #include <QDir>
+#include <QImage>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -17,6 +19,7 @@
 #include <QScrollBar>
 #include <QSet>
 #include <QTest>
+#include <QTextBlock>
 #include <QTimer>
 #include <QToolButton>
 #include <QTreeWidget>
@@ -72,6 +75,23 @@ void make_help(const screens_site &site, const QString &body)
     tool.start(QStringLiteral(SOURCE_ROOT "/tools/make_help"), {site.file("pages"), site.file("tslhlp.chm")});
     if (!tool.waitForFinished() || tool.exitCode() != 0)
         qFatal("the test's help file was not made");
+}
+
+// A page with a picture of twice its height in width, wider than any page.
+void make_help_with_picture(const screens_site &site)
+{
+    QDir().mkpath(site.file("pages/pictures"));
+    QImage picture(2000, 1000, QImage::Format_RGB32);
+    picture.fill(Qt::gray);
+    if (!picture.save(site.file("pages/pictures/wide.png")))
+        qFatal("the test's picture cannot be written");
+    make_help(site, "<p><img src=\"pictures/wide.png\" alt=\"Wide\"></p><p>Below</p>");
+}
+
+QRectF place_of_block(int number)
+{
+    const QTextDocument &document = *page().document();
+    return document.documentLayout()->blockBoundingRect(document.findBlockByNumber(number));
 }
 
 // As the window system brings a click: a locked window does not get it.
@@ -374,6 +394,35 @@ private slots:
         QCOMPARE(opened, QStringList{"https://www.rosecottage.example/a"});
         QCOMPARE(page().shown_page(), "start.html");
         set_winopen({});
+    }
+
+    void a_picture_is_as_wide_as_the_page_whatever_becomes_of_it()
+    {
+        help_site site;
+        make_help_with_picture(site);
+        show_help({});
+        for (const int width : {900, 620, 1200}) {
+            the<help_frm>().resize(width, 640);
+            const double room = page().viewport()->width() - 2 * page().document()->documentMargin();
+            QTRY_VERIFY(qAbs(page().document()->size().width() - page().viewport()->width()) < 1);
+            QVERIFY(page().horizontalScrollBar()->maximum() == 0);
+            const double high = place_of_block(0).height();
+            QVERIFY2(high >= room / 2 - 1, qPrintable(QString("%1 at %2").arg(high).arg(room)));
+            const double line = page().fontMetrics().lineSpacing(); // what stands below a picture's foot
+            QVERIFY2(high < room / 2 + line, qPrintable(QString("%1 at %2").arg(high).arg(room)));
+        }
+    }
+
+    void a_page_shown_again_has_its_picture_at_the_width_of_now()
+    {
+        help_site site;
+        make_help_with_picture(site);
+        show_help({});
+        page().say("Another page");
+        the<help_frm>().resize(620, 640);
+        tool("start_b").click();
+        const double room = page().viewport()->width() - 2 * page().document()->documentMargin();
+        QVERIFY(qAbs(place_of_block(0).height() - room / 2) < page().fontMetrics().lineSpacing());
     }
 
     void links_can_be_read_on_any_ground_data()

@@ -237,8 +237,16 @@ void take_pictures(const album &pictures)
     picture_outbox(pictures, console);
     picture_back_up(pictures, site);
     picture_boxes(pictures, site);
-    picture_for_help(pictures, console);
     picture_help(pictures);
+}
+
+void take_pictures_for_help(const album &pictures)
+{
+    screens_site site;
+    fill_site(site);
+    menuFrm console;
+    console.show();
+    picture_for_help(pictures, console, site);
 }
 
 }
@@ -252,6 +260,7 @@ int main(int argc, char **argv)
     QDir().mkpath(folder);
     QApplication::setStyle(new desktop_style); // the application owns it
     take_pictures({folder, "light"});
+    take_pictures_for_help({folder, "light"});
     QApplication::setPalette(dark_colours());
     take_pictures({folder, "dark"});
     return 0;

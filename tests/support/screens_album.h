@@ -28,6 +28,7 @@ void picture_accounts(const album &pictures, menuFrm &console);
 
 // screens_album_help.cpp
 void picture_help(const album &pictures);
-void picture_for_help(const album &pictures, menuFrm &console); // of other screens, for its pages
+// Of other screens, for its pages, over a site that holds nothing but the mails to be fetched.
+void picture_for_help(const album &pictures, menuFrm &console, screens_site &site);
 
 void picture_report(const album &pictures, menuFrm &console, screens_site &site); // screens_album_report.cpp

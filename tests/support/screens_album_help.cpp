@@ -1,19 +1,24 @@
 // Pictures of the help, and of screens at the width of its pages, which tools/help_pictures takes.
 #include "frame/help.h"
 #include "frame/session.h"
+#include "frame/store.h"
 #include "platform/app_folder.h"
 #include "platform/settings.h"
+#include "screens/directmail/Signature.h"
 #include "screens/frame/help_frm.h"
 #include "screens/frame/help_page.h"
 #include "screens/frame/menuFrm.h"
+#include "screens/intake/Showdetails.h"
 #include "screens/intake/mailfrm.h"
 #include "screens/list_view.h"
 #include "screens/preferences/Accounts.h"
 #include "screens/preferences/Format_mail_frm.h"
+#include "screens/preferences/Preference.h"
 #include "screens/preferences/autoresponder.h"
 #include "screens/preferences/mail_client_frm.h"
 #include "support/screens_album.h"
 #include "support/screens_driver.h"
+#include "support/screens_site.h"
 
 #include <QComboBox>
 #include <QFile>
@@ -24,6 +29,26 @@
 #include <QToolButton>
 
 namespace {
+
+// A line of a list that is empty makes a picture of nothing.
+void select_line(QWidget &screen, const char *list_name, int row)
+{
+    auto &list = control<list_view>(screen, list_name);
+    const QModelIndex index = list.model()->index(row, 0);
+    if (!index.isValid())
+        qFatal("%s has no line %d to be pictured", list_name, row);
+    list.setCurrentIndex(index);
+}
+
+// The screen's own window, as large as the page has room for: nothing of it cut off, nothing made smaller.
+void keep_window(const album &pictures, screen &shown)
+{
+    QWidget &frame = *shown.parentWidget();
+    constexpr QSize room(640, 480);
+    frame.resize(frame.size().boundedTo(room).expandedTo(frame.minimumSizeHint()));
+    pictures.keep(frame, "help-" + shown.objectName());
+    shown.unload();
+}
 
 void picture_search(const album &pictures)
 {
@@ -47,14 +72,14 @@ void picture_finding(const album &pictures)
     the<help_frm>().unload();
 }
 
-void picture_answer(const album &pictures, menuFrm &console)
+void picture_answer(const album &pictures)
 {
     the<autoresponder>().show();
-    control<QComboBox>(the<autoresponder>(), "mapname_c").setCurrentIndex(1);
+    control<QComboBox>(the<autoresponder>(), "mapname_c").setCurrentText("spring_orders");
     control<QLineEdit>(the<autoresponder>(), "subject_t").setText("Thank you for your order");
+    control<QComboBox>(the<autoresponder>(), "greetfield_c").setCurrentText("full_name");
     control<QPlainTextEdit>(the<autoresponder>(), "autocontent_t").setPlainText("We pack it within two days.");
-    pictures.keep(console, "help-autoresponder");
-    the<autoresponder>().unload();
+    keep_window(pictures, the<autoresponder>());
 }
 
 void picture_mail_page(const album &pictures, menuFrm &console)
@@ -64,11 +89,48 @@ void picture_mail_page(const album &pictures, menuFrm &console)
         {"send", "smtp"}, {"smtp_host", "smtp.rosecottage.example"}, {"from", "zoe@rosecottage.example"}};
     for (const auto &[key, value] : settings)
         SaveSetting("mail_client", key, value);
+    const QSize usual = console.size();
+    console.resize(680, 520);
     the<mail_client_frm>().show();
     pictures.keep(console, "help-mail_client_frm");
     the<mail_client_frm>().unload();
+    console.resize(usual);
     for (const auto &[key, value] : settings)
         SaveSetting("mail_client", key, {});
+}
+
+void picture_auditor_page(const album &pictures, menuFrm &console)
+{
+    const QSize usual = console.size();
+    console.resize(760, 600);
+    session.no_fetch = true;
+    the<mailfrm>().show();
+    the<mailfrm>().parentWidget()->showMaximized();
+    select_line(the<mailfrm>(), "LV_sub", 3);
+    pictures.keep(console, "help-mailfrm");
+    the<mailfrm>().unload();
+    console.resize(usual);
+}
+
+void picture_reply_page(const album &pictures)
+{
+    Showdetails reply;
+    reply.set_mails({{"orders", 1, {}, {}, {}}});
+    reply.load();
+    control<QComboBox>(reply, "account_c").setCurrentText("orders");
+    reply.resize(520, 360);
+    pictures.keep(reply, "help-Showdetails");
+}
+
+void picture_general_page(const album &pictures)
+{
+    run_sql("insert into sign values( 'Shop','Kind regards\nZo\u00eb Kr\u00e4mer\nRose Cottage Nursery','Yes' )");
+    run_sql("insert into sign values( 'Private','Yours, Zo\u00eb','No' )");
+    the<Preference>().show();
+    keep_window(pictures, the<Preference>());
+    the<Signature>().show();
+    control<QListWidget>(the<Signature>(), "List1").setCurrentRow(0);
+    keep_window(pictures, the<Signature>());
 }
 
 void open_help(const QString &topic)
@@ -99,27 +161,21 @@ void picture_help(const album &pictures)
     the<help_frm>().unload();
 }
 
-void picture_for_help(const album &pictures, menuFrm &console)
+void picture_for_help(const album &pictures, menuFrm &console, screens_site &site)
 {
-    const QSize usual = console.size();
-    console.resize(680, 520);
-    session.no_fetch = true;
-    the<mailfrm>().show();
-    auto &list = control<list_view>(the<mailfrm>(), "LV_sub");
-    list.setCurrentIndex(list.model()->index(3, 0));
-    pictures.keep(console, "help-mailfrm");
+    the<mailfrm>().show(); // fetches what the other pictures show
     the<mailfrm>().unload();
+    picture_reply_page(pictures);
     the<Accounts>().show();
-    control<QComboBox>(the<Accounts>(), "query_c").setCurrentIndex(1);
-    pictures.keep(console, "help-Accounts");
-    the<Accounts>().unload();
+    control<QComboBox>(the<Accounts>(), "query_c").setCurrentText("orders");
+    keep_window(pictures, the<Accounts>());
     the<Format_mail_frm>().show();
-    control<QComboBox>(the<Format_mail_frm>(), "query_c").setCurrentIndex(1);
-    auto &mails = control<list_view>(the<Format_mail_frm>(), "inbox_lv");
-    mails.setCurrentIndex(mails.model()->index(1, 0));
-    pictures.keep(console, "help-Format_mail_frm");
-    the<Format_mail_frm>().unload();
+    control<QComboBox>(the<Format_mail_frm>(), "query_c").setCurrentText("orders");
+    select_line(the<Format_mail_frm>(), "inbox_lv", 1);
+    keep_window(pictures, the<Format_mail_frm>());
+    picture_general_page(pictures);
+    site.store.add_map("spring_orders", 1, "Order", {{"full_name"}, {"city"}});
+    picture_answer(pictures);
     picture_mail_page(pictures, console);
-    picture_answer(pictures, console);
-    console.resize(usual);
+    picture_auditor_page(pictures, console);
 }

@@ -59,6 +59,11 @@ void picture_pages(const album &pictures, menuFrm &console)
     const auto press = [](const char *name) { control<QAbstractButton>(the<PrintRpt>(), name).click(); };
     control<QPushButton>(the<mailfrm>(), "prnrep_t").click();
     pictures.keep(console, "PrintRpt");
+    QWidget &frame = *the<PrintRpt>().parentWidget();
+    const QSize usual = frame.size();
+    frame.resize(640, 460); // the room of the help's page
+    pictures.keep(frame, "help-PrintRpt");
+    frame.resize(usual);
     press("last_b");
     control<QComboBox>(the<PrintRpt>(), "zoom_c").setCurrentIndex(0);
     pictures.keep(console, "PrintRpt-last-page");

@@ -3,8 +3,10 @@
 
 #include <QEvent>
 #include <QImage>
+#include <QResizeEvent>
 #include <QScrollBar>
 #include <QTextBlock>
+#include <QTextCursor>
 #include <algorithm>
 #include <cmath>
 
@@ -43,6 +45,15 @@ QColor readable_link(const QPalette &colours)
     return link;
 }
 
+template <typename Deed>
+void for_each_picture(const QTextDocument &document, Deed deed)
+{
+    for (QTextBlock block = document.begin(); block.isValid(); block = block.next())
+        for (auto part = block.begin(); !part.atEnd(); ++part)
+            if (part.fragment().charFormat().isImageFormat())
+                deed(block, part.fragment().charFormat().toImageFormat().name());
+}
+
 }
 
 help_page::help_page(QWidget *parent) : QTextBrowser(parent)
@@ -54,6 +65,8 @@ help_page::help_page(QWidget *parent) : QTextBrowser(parent)
     connect(this, &QTextBrowser::anchorClicked, this, &help_page::link_clicked);
     connect(this, &QTextBrowser::sourceChanged, this, [this](const QUrl &now) {
         shown = now.path().mid(1); // source() is still the page before
+        close_lines_at_pictures();
+        fit_pictures(); // the document may still know them from when the page was wider
         mark(marked);
     });
 }
@@ -101,6 +114,35 @@ QImage help_page::fitting_picture(const QByteArray &bytes) const
     if (picture.width() <= room || room <= 0)
         return picture;
     return picture.scaledToWidth(room, Qt::SmoothTransformation);
+}
+
+// The room between the lines of a text grows with the line: below a picture it would be a third of the picture.
+void help_page::close_lines_at_pictures()
+{
+    for_each_picture(*document(), [](const QTextBlock &block, const QString &) {
+        QTextBlockFormat closed = block.blockFormat();
+        closed.setLineHeight(0, QTextBlockFormat::SingleHeight);
+        QTextCursor(block).setBlockFormat(closed);
+    });
+}
+
+void help_page::fit_pictures()
+{
+    if (!from)
+        return;
+    for_each_picture(*document(), [this](const QTextBlock &block, const QString &name) {
+        const QUrl url = document()->baseUrl().resolved(QUrl(name));
+        document()->addResource(QTextDocument::ImageResource, url,
+                                loadResource(QTextDocument::ImageResource, QUrl(name)));
+        document()->markContentsDirty(block.position(), block.length());
+    });
+}
+
+void help_page::resizeEvent(QResizeEvent *event)
+{
+    QTextBrowser::resizeEvent(event);
+    if (event->size().width() != event->oldSize().width())
+        fit_pictures();
 }
 
 void help_page::link_clicked(const QUrl &link)

@@ -21,10 +21,13 @@ public:
 
 protected:
     void changeEvent(QEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
 
 private:
     void link_clicked(const QUrl &link);
     void set_colours();
+    void close_lines_at_pictures();
+    void fit_pictures();
     QImage fitting_picture(const QByteArray &bytes) const;
 
     const help::help_file *from = nullptr;
