@@ -6,19 +6,39 @@ struct status_sinks {
     std::function<void(const QString &)> line;
     std::function<void(const QString &, qint64, qint64)> progress;
     std::function<void()> mails_changed;
+    int fetch_scopes = 0;
+    bool shows_fetch_line = false;
 } sinks;
 
 }
 
 void status_line(const QString &text)
 {
+    sinks.shows_fetch_line = sinks.fetch_scopes > 0;
     if (sinks.line)
         sinks.line(text);
+}
+
+fetch_lines_scope::fetch_lines_scope()
+{
+    ++sinks.fetch_scopes;
+}
+
+fetch_lines_scope::~fetch_lines_scope()
+{
+    --sinks.fetch_scopes;
+}
+
+void take_away_fetch_line()
+{
+    if (sinks.shows_fetch_line)
+        status_line({});
 }
 
 void set_status_sink(std::function<void(const QString &)> sink)
 {
     sinks.line = std::move(sink);
+    sinks.shows_fetch_line = false;
 }
 
 void report_progress(const QString &what, qint64 done, qint64 total)

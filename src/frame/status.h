@@ -7,6 +7,17 @@
 void status_line(const QString &text);
 void set_status_sink(std::function<void(const QString &)> sink);
 
+// As long as it lives every line is one that a fetch tells. The next fetch by itself takes away such a line, and no
+// line that something else told.
+class fetch_lines_scope {
+public:
+    fetch_lines_scope();
+    ~fetch_lines_scope();
+    fetch_lines_scope(const fetch_lines_scope &) = delete;
+    fetch_lines_scope &operator=(const fetch_lines_scope &) = delete;
+};
+void take_away_fetch_line();
+
 // Long work tells how far it is; the wait screens show it. total 0: not known.
 void report_progress(const QString &what, qint64 done, qint64 total);
 void set_progress_sink(std::function<void(const QString &, qint64, qint64)> sink);

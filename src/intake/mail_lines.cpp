@@ -20,10 +20,17 @@ QDateTime moment_of(const ado::Value &value)
     return date;
 }
 
-QString date_text(const ado::Value &value)
+// Nothing where the moment says it all. A day alone has no hour to show.
+QString odd_date_text(const ado::Value &value, const QDateTime &moment)
 {
-    const QDateTime moment = moment_of(value);
-    return moment.isValid() ? us_date_time(moment) : value.text_or_empty();
+    const bool is_moment =
+        std::holds_alternative<QDateTime>(value.held) || (moment.isValid() && moment.time() != QTime(0, 0));
+    return is_moment ? QString() : value.text_or_empty();
+}
+
+QString words_of_date(const QDateTime &moment, const QString &odd_text)
+{
+    return moment.isValid() && odd_text.isEmpty() ? us_date_time(moment) : odd_text;
 }
 
 void add_lines_of(const QString &table, std::vector<mail_line> &lines)
@@ -39,10 +46,16 @@ void add_lines_of(const QString &table, std::vector<mail_line> &lines)
 
 mail_text text_in(ado::Recordset &row, const QString &who, const QString &date)
 {
-    return {row[who].text_or_empty(), row["tsl_subject"].text_or_empty(), date_text(row[date]),
-            row["tsl_body"].text_or_empty()};
+    const QDateTime moment = moment_of(row[date]);
+    return {row[who].text_or_empty(), row["tsl_subject"].text_or_empty(),
+            words_of_date(moment, odd_date_text(row[date], moment)), row["tsl_body"].text_or_empty()};
 }
 
+}
+
+QString date_shown(const mail_line &line)
+{
+    return words_of_date(line.date, line.date_text);
 }
 
 std::vector<mail_line> stored_mail_lines(int &left_out)
@@ -84,11 +97,13 @@ std::vector<mail_line> sent_mail_lines()
 
 mail_line sent_mail_line(ado::Recordset &sent_mails)
 {
+    const QDateTime moment = moment_of(sent_mails["tsl_sentdate"]);
     return {{},
             sent_mails["sentid"].to_number(),
             sent_mails["tsl_to"].text_or_empty(),
             sent_mails["tsl_subject"].text_or_empty(),
-            moment_of(sent_mails["tsl_sentdate"])};
+            moment,
+            odd_date_text(sent_mails["tsl_sentdate"], moment)};
 }
 
 mail_text sent_mail_text(const mail_line &line)

@@ -16,8 +16,10 @@ struct mail_line { // no body: fifty thousand lines stay small
     qint64 id = 0; // message_id, or sentid
     QString who;   // who it is from, or to
     QString subject;
-    QDateTime date; // not valid: none
+    QDateTime date;         // not valid: none
+    QString date_text = {}; // as stored, where that is no date with a time
 };
+QString date_shown(const mail_line &line);
 
 struct mail_text {
     QString who, subject, date, body;

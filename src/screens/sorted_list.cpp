@@ -1,4 +1,5 @@
 #include "screens/sorted_list.h"
+#include "frame/text.h"
 #include "screens/icons.h"
 
 #include <QHash>
@@ -10,6 +11,11 @@ void sorted_list::show_lines(std::vector<int> lines)
 {
     shown = std::move(lines);
     sort_shown();
+}
+
+QVariant sorted_list::whole_text_tip(const QString &text)
+{
+    return text.isEmpty() ? QVariant() : "<qt>" + left(text, 2000).toHtmlEscaped() + "</qt>";
 }
 
 void sorted_list::sort_shown()

@@ -22,6 +22,8 @@ protected:
     void show_lines(std::vector<int> lines);
     // Two lines by a head: below 0, 0, or above it.
     virtual int compare(size_t a, size_t b, int head) const = 0;
+    // The tip of a text that may not fit its column: wrapped, never taken for HTML; none for no text.
+    static QVariant whole_text_tip(const QString &text);
 
 private:
     void sort_shown();

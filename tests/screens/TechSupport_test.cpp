@@ -4,6 +4,7 @@
 #include "platform/winopen.h"
 #include "screens/frame/TechSupport.h"
 #include "screens/screen.h"
+#include "support/failing_messages.h"
 #include "support/screens_driver.h"
 #include "support/screens_site.h"
 
@@ -86,6 +87,23 @@ private slots:
         command("cmdSysInfo").click();
         qputenv("PATH", path);
         QCOMPARE(site.boxes.shown, QStringList{"System Information Is Unavailable At This Time"});
+    }
+
+    void a_log_that_no_program_shows_is_told_and_a_failing_box_is_logged()
+    {
+        screens_site site;
+        guarded("a.frm", "b", [] { throw run_time_error{5, "Something"}; });
+        set_winopen([](const QString &) { return false; });
+        the<TechSupport>().show();
+        command("log_b").click();
+        QCOMPARE(site.boxes.shown,
+                 QStringList{"No program on this desktop shows the file " + site.file("errorlog.txt") + "."});
+        {
+            const failing_messages no_box(site.boxes);
+            command("log_b").click();
+        }
+        set_winopen({});
+        QCOMPARE(site.last_logged(), "TechSupport.frm|log_b");
     }
 
     void escape_and_ok_end_it()

@@ -4,6 +4,7 @@
 #include "screens/frame/frmAbout.h"
 #include "screens/frame/rolling_list.h"
 #include "screens/screen.h"
+#include "support/failing_messages.h"
 #include "support/screens_driver.h"
 #include "support/screens_site.h"
 
@@ -106,6 +107,9 @@ private slots:
         the<frmAbout>().show();
         control<QPushButton>(the<frmAbout>(), "tellfriend_b").click();
         QCOMPARE(site.boxes.shown, QStringList{"This desktop has no mail program that could write the mail."});
+        const failing_messages no_box(site.boxes);
+        control<QPushButton>(the<frmAbout>(), "tellfriend_b").click();
+        QCOMPARE(site.last_logged(), "frmAbout.frm|tellfriend_b");
     }
 
     void the_credits_roll_round_and_round_where_the_desktop_moves()

@@ -1,5 +1,6 @@
 // The Mail Auditor: deleting the selected mails, from both lists, by button, popup command and key.
 #include "frame/session.h"
+#include "frame/status.h"
 #include "support/screens_auditor.h"
 
 #include <QAbstractItemModel>
@@ -18,6 +19,18 @@ void click_button(mailfrm &screen, const char *name)
 {
     QTest::mouseClick(&control<QToolButton>(screen, name), Qt::LeftButton);
 }
+
+class heard_changes {
+public:
+    heard_changes()
+    {
+        set_mails_changed_sink([this] { ++heard; });
+    }
+    ~heard_changes() { set_mails_changed_sink({}); }
+    heard_changes(const heard_changes &) = delete;
+    heard_changes &operator=(const heard_changes &) = delete;
+    int heard = 0;
+};
 
 }
 
@@ -143,6 +156,40 @@ private slots:
         QCOMPARE(column_texts(list, 1), QStringList{"Question"});
         QCOMPARE(site.rows_of("orders"), 0);
         QVERIFY(site.status_lines.last().startsWith("Not every mail could be deleted: "));
+    }
+
+    void deleting_several_tells_once_that_the_mails_changed()
+    {
+        auditor_site site;
+        site.store_mails(4);
+        mailfrm &screen = stored_mails_shown();
+        auto &list = control<list_view>(screen, "LV_sub");
+        const heard_changes changes;
+        for (const int row : {0, 2, 3})
+            click_row(list, row, row == 0 ? Qt::NoModifier : Qt::ControlModifier);
+        QCOMPARE(changes.heard, 0);
+        click_button(screen, "Indelete_b");
+        QCOMPARE(site.rows_of("orders"), 1);
+        QCOMPARE(changes.heard, 1);
+    }
+
+    void a_half_failed_delete_tells_the_change_and_a_whole_failure_tells_none()
+    {
+        auditor_site site;
+        site.store_mail("orders", "ann@mail.example", "Order");
+        site.store_mail("contact", "bob@mail.example", "Question");
+        mailfrm &screen = stored_mails_shown();
+        auto &list = control<list_view>(screen, "LV_sub");
+        const heard_changes changes;
+        list.selectAll();
+        site.store.run("drop table contact");
+        click_button(screen, "Indelete_b");
+        QCOMPARE(site.rows_of("orders"), 0);
+        QCOMPARE(changes.heard, 1);
+        list.selectAll();
+        click_button(screen, "Indelete_b");
+        QCOMPARE(column_texts(list, 1), QStringList{"Question"});
+        QCOMPARE(changes.heard, 1);
     }
 
     void sent_mails_are_deleted_and_read_again()

@@ -113,6 +113,17 @@ private slots:
         QCOMPARE(head_marks(list), (QStringList{"key1", "keynone", "keynone"}));
     }
 
+    void the_tip_of_a_subject_shows_its_letters()
+    {
+        auditor_site site;
+        site.store_mail("orders", "ann@mail.example", "<b>Tea</b> & roses");
+        site.store_mail("orders", "ann@mail.example", "");
+        const QAbstractItemModel &rows = *control<list_view>(stored_mails_shown(), "LV_sub").model();
+        QCOMPARE(rows.index(0, 1).data(Qt::ToolTipRole).toString(), "<qt>&lt;b&gt;Tea&lt;/b&gt; &amp; roses</qt>");
+        QVERIFY(!rows.index(0, 0).data(Qt::ToolTipRole).isValid());
+        QVERIFY(!rows.index(1, 1).data(Qt::ToolTipRole).isValid());
+    }
+
     void the_sort_keys_never_show()
     {
         auditor_site site;

@@ -4,6 +4,7 @@
 #include "frame/session.h"
 #include "frame/status.h"
 #include "intake/map_parser.h"
+#include "platform/settings.h"
 #include "screens/frame/menuFrm.h"
 #include "screens/intake/mailfrm.h"
 #include "screens/screen.h"
@@ -172,6 +173,26 @@ private slots:
         console.show();
         QVERIFY(control<QTimer>(console, "Timer1").isActive());
         QCOMPARE(control<QTimer>(console, "Timer1").interval(), 10000);
+    }
+
+    void a_tick_takes_away_the_line_of_a_fetch_and_no_other()
+    {
+        screens_site site;
+        site.store.add_account("orders", "orders@shop.example");
+        set_minutes(site, 1);
+        menuFrm console;
+        QStringList lines;
+        set_status_sink([&lines](const QString &line) { lines += line; });
+        status_line("The report was cancelled.");
+        console.Timer1_Timer();
+        QCOMPARE(lines, QStringList{"The report was cancelled."});
+        SaveSetting("mail_client", "maildir", "/no/such/Maildir");
+        console.Timer1_Timer();
+        QCOMPARE(lines.last(), "Not everything went well: Path not found: /no/such/Maildir");
+        SaveSetting("mail_client", "maildir", site.maildir());
+        console.Timer1_Timer();
+        QCOMPARE(lines.last(), QString());
+        QCOMPARE(lines.size(), 3);
     }
 
     void a_tick_opens_a_closed_store()

@@ -10,6 +10,7 @@
 #include "screens/list_view.h"
 #include "screens/screen.h"
 #include "support/failing_mail_client.h"
+#include "support/failing_messages.h"
 #include "support/screens_driver.h"
 #include "support/screens_site.h"
 
@@ -79,6 +80,16 @@ private slots:
         QVERIFY(!is_loaded<mfetchinprogress_frm>());
         QCOMPARE(site.away.asked_with.connect_ms, net::patience().connect_ms);
         QVERIFY(!site.away.asked_with.is_tick);
+    }
+
+    void a_box_that_cannot_be_shown_leaves_a_line()
+    {
+        cut_off_site site;
+        const failing_messages no_box(site.boxes);
+        the<mailfrm>().load();
+        QCOMPARE(site.status_lines.last(), "Mail could not be fetched: Nobody answers at imap.example.org, port 993.");
+        QCOMPARE(control<list_view>(the<mailfrm>(), "LV_sub").model()->rowCount(), 1);
+        QCOMPARE(site.last_logged(), "Mailfrm.frm|Form_load");
     }
 
     void a_tick_opens_no_box_and_leaves_a_line()

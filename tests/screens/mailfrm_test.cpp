@@ -311,6 +311,38 @@ private slots:
         QVERIFY(control<QFrame>(screen, "inbox_fr").isVisible());
     }
 
+    void a_sent_date_that_is_no_date_with_a_time_is_shown_as_stored()
+    {
+        screens_site site;
+        site.store.add_account("orders", "orders@shop.example");
+        for (const char *date : {"11/9/2026", "11/9/2026 12:00:00 AM", "2026-11-09 10:00", "8/7/2026 10:00:00 AM", ""})
+            site.store.run("insert into sentitems_tbl (tsl_to,tsl_subject,tsl_sentdate,tsl_body) "
+                           "values('a@b.org','Re: x','" +
+                           QString(date) + "','body')");
+        mailfrm &screen = stored_mails_shown();
+        control<QToolButton>(screen, "sentitems_b").click();
+        auto &list = control<list_view>(screen, "LV_sub_si");
+        QCOMPARE(column_texts(list, 2),
+                 (QStringList{"11/9/2026", "11/9/2026 12:00:00 AM", "2026-11-09 10:00", "8/7/2026 10:00:00 AM", ""}));
+        for (int row = 0; row < 5; ++row) {
+            click_row(list, row);
+            QCOMPARE(control<QLabel>(screen, "lbl_from").text().section("Date:  ", 1), column_texts(list, 2).at(row));
+        }
+    }
+
+    void sent_mails_that_cannot_be_read_are_logged_and_told()
+    {
+        screens_site site;
+        site.store.add_account("orders", "orders@shop.example");
+        mailfrm &screen = stored_mails_shown();
+        site.store.run("drop table sentitems_tbl");
+        control<QToolButton>(screen, "sentitems_b").click();
+        QCOMPARE(site.last_logged(), "Mailfrm.frm|sentitems_b_click");
+        QCOMPARE(site.status_lines.last(),
+                 "Not everything about the sent mails could be read: " + session.err_description);
+        QVERIFY(control<QFrame>(screen, "sentitems_fr").isVisible());
+    }
+
     void what_is_stored_is_shown_though_the_mail_client_fails()
     {
         screens_site site;

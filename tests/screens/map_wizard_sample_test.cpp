@@ -232,7 +232,7 @@ private slots:
         map_wizard_site site;
         site.store_mail("orders", "<b>loud</b>", "Text");
         the<step3>().show();
-        QCOMPARE(mails().model()->index(4, 1).data(Qt::ToolTipRole).toString(), "&lt;b&gt;loud&lt;/b&gt;");
+        QCOMPARE(mails().model()->index(4, 1).data(Qt::ToolTipRole).toString(), "<qt>&lt;b&gt;loud&lt;/b&gt;</qt>");
     }
 };
 

@@ -90,6 +90,26 @@ private slots:
         QCOMPARE(on_bar<QComboBox>("field2_c").currentText(), "city");
     }
 
+    void the_fields_of_the_chosen_account_are_read_again()
+    {
+        sent_site site;
+        open_sent_view();
+        choose_entry("account_c", "orders");
+        choose_entry("field1_c", "city");
+        choose_entry("field2_c", "first_name");
+        on_bar<QLineEdit>("val1_t").setText("Paris");
+        site.store.run("alter table clients add column street text(50)");
+        site.store.run("alter table clients drop column first_name");
+        on_bar<QToolButton>("inbox_b").click();
+        on_bar<QToolButton>("sentitems_b").click();
+        QCOMPARE(entries("field1_c"), (QStringList{"Select", "tsl_subject", "tsl_Email", "city", "street"}));
+        QCOMPARE(on_bar<QComboBox>("field1_c").currentText(), "city");
+        QCOMPARE(on_bar<QLineEdit>("val1_t").text(), "Paris");
+        QVERIFY(on_bar<QLineEdit>("val1_t").isEnabled());
+        QCOMPARE(on_bar<QComboBox>("field2_c").currentText(), "Select");
+        QVERIFY(!on_bar<QLineEdit>("val2_t").isEnabled());
+    }
+
     void a_value_is_typed_only_beside_a_field()
     {
         const sent_site site;

@@ -6,6 +6,18 @@
 #include <QTest>
 #include <QTimer>
 
+namespace {
+
+const QLabel &on_bar_after_november()
+{
+    open_sent_view();
+    choose_november();
+    generate();
+    return on_bar<QLabel>("report_l");
+}
+
+}
+
 class sent_report_run_test : public QObject {
     Q_OBJECT
 private slots:
@@ -97,6 +109,28 @@ private slots:
         QCOMPARE(site.store.cell("select gendate from lastdate where id=3"), "8/13/1976");
         QCOMPARE(site.status_lines.last(), "The report was cancelled.");
         QVERIFY(!is_visible<genrepwait_frm>());
+    }
+
+    void after_a_stopped_report_the_words_are_about_the_former_one()
+    {
+        sent_site site;
+        const QString former = "The list shows the former report, which can no longer be printed: "
+                               "3 mails of orders between 11/1/2026 and 11/30/2026.";
+        const QString present = "The list shows the report: 3 mails of orders between 11/1/2026 and 11/30/2026.";
+        const auto &words = on_bar_after_november();
+        QCOMPARE(words.text(), present);
+        choose_entry("field3_c", "city"); // without a value
+        generate();
+        QCOMPARE(site.reported(), 0);
+        QCOMPARE(listed(), (QStringList{"First", "Third", "Second"}));
+        QCOMPARE(words.text(), former);
+        choose_entry("field3_c", "Select");
+        generate();
+        QCOMPARE(words.text(), present);
+        QTimer::singleShot(0, [] { control<QPushButton>(the<genrepwait_frm>(), "cancel_b").click(); });
+        generate();
+        QCOMPARE(site.reported(), 0);
+        QCOMPARE(words.text(), former);
     }
 
     void words_that_are_no_pattern_are_logged_and_told()

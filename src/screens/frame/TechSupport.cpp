@@ -40,6 +40,8 @@ void TechSupport::copy_b_Click()
 
 void TechSupport::log_b_Click()
 {
-    if (!winopen(error_log_path()))
-        say("No program on this desktop shows the file " + error_log_path() + ".");
+    guarded("TechSupport.frm", "log_b", [] {
+        if (!winopen(error_log_path()))
+            say("No program on this desktop shows the file " + error_log_path() + ".");
+    });
 }

@@ -49,11 +49,10 @@ void frmAbout::techsupport_b_Click()
 
 void frmAbout::tellfriend_b_Click()
 {
-    bool taken = false;
-    if (!guarded("frmAbout.frm", "tellfriend_b", [&taken] { taken = tell_a_friend(); }))
-        return;
-    if (!taken)
-        say("This desktop has no mail program that could write the mail.", "Tessaly", message_icon::exclamation);
+    guarded("frmAbout.frm", "tellfriend_b", [] {
+        if (!tell_a_friend())
+            say("This desktop has no mail program that could write the mail.", "Tessaly", message_icon::exclamation);
+    });
 }
 
 void frmAbout::cmdOK_Click()

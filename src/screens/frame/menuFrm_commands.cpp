@@ -4,6 +4,7 @@
 #include "frame/messages.h"
 #include "frame/restore.h"
 #include "frame/session.h"
+#include "frame/status.h"
 #include "frame/store.h"
 #include "intake/progress_page.h"
 #include "screens/frame/backup_frm.h"
@@ -82,7 +83,9 @@ void menuFrm::rst_bkp_Click()
     const bool good = guarded("menuFrm.frm", "rst_bkp", [&] { restored = restore_backup(); });
     unsetCursor();
     if (!good) {
-        say("The back-up was not restored. " + session.err_description, "Tessaly", message_icon::exclamation);
+        const QString words = "The back-up was not restored. " + session.err_description;
+        if (!guarded("menuFrm.frm", "rst_bkp", [&words] { say(words, "Tessaly", message_icon::exclamation); }))
+            status_line(words);
         guarded("menuFrm.frm", "rst_bkp", open_store_if_closed);
     }
     if (!restored)

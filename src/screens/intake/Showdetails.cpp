@@ -50,19 +50,25 @@ void Showdetails::show_mail()
     ui->count_l->setText("Reply " + QString::number(shown_mail + 1) + " of " + QString::number(mails.size()));
     ui->skip_b->setVisible(are_several);
     ui->skip_b->setEnabled(shown_mail + 1 < mails.size());
-    guarded("Showdetails.frm", "Form_load", [this] {
-        proposed = {};
-        if (shown_mail < mails.size()) {
-            const intake::mail_line &line = mails[shown_mail];
-            proposed =
-                intake::reply_to(line.table.isEmpty() ? intake::sent_mail_text(line) : intake::stored_mail_text(line));
-        }
-        ui->to_t->setText(proposed.to);
-        ui->subject_t->setText(proposed.subject);
-        ui->subject_t->setCursorPosition(0);
-        ui->body_t->setPlainText(proposed.body);
-        proposed = typed_reply(); // the boxes may hold less than they were given
+    propose({}); // what cannot be read must not leave the former mail's recipient behind
+    const bool was_read = guarded("Showdetails.frm", "Form_load", [this] {
+        if (shown_mail >= mails.size())
+            return;
+        const intake::mail_line &line = mails[shown_mail];
+        propose(intake::reply_to(line.table.isEmpty() ? intake::sent_mail_text(line) : intake::stored_mail_text(line)));
     });
+    ui->send_b->setEnabled(was_read);
+    if (!was_read)
+        status_line("The mail to be answered could not be read: " + session.err_description);
+}
+
+void Showdetails::propose(const intake::mail_reply &reply)
+{
+    ui->to_t->setText(reply.to);
+    ui->subject_t->setText(reply.subject);
+    ui->subject_t->setCursorPosition(0);
+    ui->body_t->setPlainText(reply.body);
+    proposed = typed_reply(); // the boxes may hold less than they were given
 }
 
 intake::mail_reply Showdetails::typed_reply() const
@@ -125,28 +131,43 @@ void Showdetails::tell_failure(bool handed_over)
 {
     if (handed_over)
         return status_line("The reply goes out, but it could not be listed: " + session.err_description);
-    if (session.err_number != mapi::unknown_recipient)
-        return say("The reply could not be sent. " + session.err_description, "Tessaly", message_icon::exclamation);
-    say("The Recipient name is unknown.");
-    ui->to_t->setFocus();
+    const bool is_unknown = session.err_number == mapi::unknown_recipient;
+    const QString words = is_unknown ? QStringLiteral("The Recipient name is unknown.")
+                                     : "The reply could not be sent. " + session.err_description;
+    if (is_unknown)
+        ui->to_t->setFocus();
+    const bool was_shown = guarded("Showdetails.frm", "send_b", [&] {
+        say(words, "Tessaly", is_unknown ? message_icon::information : message_icon::exclamation);
+    });
+    if (!was_shown)
+        status_line(words);
 }
 
-bool Showdetails::may_leave()
+// Where the question cannot be asked, what was typed stays.
+bool Showdetails::may_leave(const char *routine)
 {
     const intake::mail_reply typed = typed_reply();
     const bool changed = typed.to != proposed.to || typed.subject != proposed.subject || typed.body != proposed.body;
-    return !changed || yes_no_before_loss("This reply was not sent. Do you want to throw it away?");
+    if (!changed)
+        return true;
+    bool leaves = false;
+    const bool was_asked = guarded("Showdetails.frm", routine, [&leaves] {
+        leaves = yes_no_before_loss("This reply was not sent. Do you want to throw it away?");
+    });
+    if (!was_asked)
+        status_line("The reply is kept, as what was done before could not be: " + session.err_description);
+    return leaves;
 }
 
 void Showdetails::skip_b_Click()
 {
-    if (may_leave())
+    if (may_leave("skip_b"))
         go_on();
 }
 
 void Showdetails::cancel_b_Click()
 {
-    if (may_leave())
+    if (may_leave("cancel_b"))
         unload();
 }
 
@@ -162,7 +183,7 @@ void Showdetails::keyPressEvent(QKeyEvent *event)
 {
     const bool is_enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     if (is_enter && event->modifiers().testFlag(Qt::ControlModifier))
-        return send_b_Click();
+        return ui->send_b->click();
     if (event->key() == Qt::Key_Escape)
         return cancel_b_Click();
     if (is_enter) {

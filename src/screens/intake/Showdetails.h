@@ -31,7 +31,8 @@ protected:
 private:
     void show_mail();
     void go_on();
-    bool may_leave();
+    void propose(const intake::mail_reply &reply);
+    bool may_leave(const char *routine);
     intake::mail_reply typed_reply() const;
     bool is_ready_to_send(const intake::mail_reply &reply);
     void tell_failure(bool handed_over);

@@ -63,14 +63,14 @@ QVariant mail_list::data(const QModelIndex &index, int role) const
     if (!index.isValid() || (role != Qt::DisplayRole && role != Qt::ToolTipRole))
         return {};
     const intake::mail_line &one = line(index.row());
-    if (role == Qt::ToolTipRole) // long subjects do not fit their column; never taken for HTML
-        return index.column() == subject_column ? one.subject.toHtmlEscaped() : QVariant();
+    if (role == Qt::ToolTipRole)
+        return index.column() == subject_column ? whole_text_tip(one.subject) : QVariant();
     switch (index.column()) {
     case who_column:
         return one.who;
     case subject_column:
         return one.subject;
     default:
-        return one.date.isValid() ? us_date_time(one.date) : QString();
+        return intake::date_shown(one);
     }
 }

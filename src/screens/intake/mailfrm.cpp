@@ -64,6 +64,9 @@ void mailfrm::Load()
     ui->LV_sub->setFocus();
     if (!guarded("Mailfrm.frm", "Form_load", open_store_if_closed))
         return CriticalError(); // without the store nothing can be fetched, shown or done
+    std::optional<fetch_lines_scope> lines_are_the_fetchs;
+    if (!session.no_fetch)
+        lines_are_the_fetchs.emplace();
     const bool all_went = guarded("Mailfrm.frm", "Form_load", [this] {
         if (session.no_fetch)
             load_accounts();
@@ -90,10 +93,13 @@ void mailfrm::tell_broken_fetch()
         return status_line(cancelled_line);
     if (!net::is_network_failure(failure))
         return status_line("Not everything went well: " + failure.description);
-    if (!net::present_patience().is_tick)
-        return say("Mail could not be fetched.\n\n" + failure.description + "\n\nThe mails stored so far are shown.",
-                   "Tessaly", message_icon::exclamation);
-    pause_auto_fetch();
+    if (net::present_patience().is_tick)
+        pause_auto_fetch();
+    else if (guarded("Mailfrm.frm", "Form_load", [&] {
+                 say("Mail could not be fetched.\n\n" + failure.description + "\n\nThe mails stored so far are shown.",
+                     "Tessaly", message_icon::exclamation);
+             }))
+        return;
     status_line("Mail could not be fetched: " + failure.description);
 }
 
@@ -109,16 +115,20 @@ void mailfrm::show_what_is_stored()
 
 void mailfrm::CriticalError()
 {
-    say("Critical Error: " + QString::number(qint32(session.err_number)) + " " + session.err_description, "Tessaly",
-        message_icon::critical);
+    guarded("Mailfrm.frm", "CriticalError", [] {
+        say("Critical Error: " + QString::number(qint32(session.err_number)) + " " + session.err_description, "Tessaly",
+            message_icon::critical);
+    });
     end_program();
 }
 
 void mailfrm::fetch_and_parse()
 {
-    status_line({}); // what an earlier fetch had to tell is past
-    if (!net::present_patience().is_tick)
-        end_auto_fetch_pause(); // the user asks: what the ticks know of the server is old
+    take_away_fetch_line();                 // what an earlier fetch had to tell is past
+    if (!net::present_patience().is_tick) { // the user asks: what the ticks know of the server is old
+        end_auto_fetch_pause();
+        status_line({});
+    }
     intake::choose_mail_source();
     fetch_mail();
     store_lvindex();
@@ -158,9 +168,10 @@ void mailfrm::showmails_from_database()
 void mailfrm::populate_sentitems_tbl()
 {
     open_store_if_closed();
+    auto lines = intake::sent_mail_lines();
     sent->set_empty_text(empty_sent);
     ui->report_bar->show_no_report();
-    show_sent_mails(intake::sent_mail_lines());
+    show_sent_mails(std::move(lines));
     lists_all_sent = true;
 }
 
@@ -241,10 +252,12 @@ void mailfrm::inb_Click()
 void mailfrm::sitm_Click()
 {
     ui->sentitems_b->setChecked(true);
-    guarded("Mailfrm.frm", "sentitems_b_click", [this] {
+    const bool all_went = guarded("Mailfrm.frm", "sentitems_b_click", [this] {
         populate_sentitems_tbl();
         ui->report_bar->open_view();
     });
+    if (!all_went)
+        status_line("Not everything about the sent mails could be read: " + session.err_description);
     show_view(*ui->sentitems_fr);
     LV_sub_si_Click();
 }

@@ -69,7 +69,8 @@ void mailfrm::set_up_popups()
 
 void mailfrm::Indelete_b_Click()
 {
-    delete_lines(*inbox, "Indelete_b", intake::delete_stored_mail);
+    if (delete_lines(*inbox, "Indelete_b", intake::delete_stored_mail))
+        mails_changed();
 }
 
 void mailfrm::Sdelete_b_Click()

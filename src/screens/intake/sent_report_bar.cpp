@@ -26,20 +26,20 @@ QString chosen_in(const QComboBox &list)
     return list.currentIndex() > 0 ? list.currentText() : QString();
 }
 
-void fill_with_fields(QComboBox &list, const QStringList &fields)
+void fill_with_fields(QComboBox &list, const QStringList &fields, const QString &chosen)
 {
     const QSignalBlocker quiet(list);
     list.clear();
     list.addItem(first_entry);
     list.addItems(fields);
-    list.setCurrentIndex(0);
+    list.setCurrentIndex(qMax(0, chosen.isEmpty() ? 0 : list.findText(chosen)));
 }
 
 QString report_words(const intake::report_request &request, qsizetype mails)
 {
     const QString days = us_date(request.from) + " and " + us_date(request.to);
     const QString count = mails == 0 ? "no mail" : mails == 1 ? "1 mail" : QString::number(mails) + " mails";
-    return "The list shows the report: " + count + " of " + request.account + " between " + days + ".";
+    return count + " of " + request.account + " between " + days + ".";
 }
 
 }
@@ -100,6 +100,8 @@ void sent_report_bar::fill_accounts()
     }
     if (ui->account_c->currentData() != former)
         account_c_Click();
+    else
+        read_fields(keep_choice::yes); // the map may have been changed meanwhile
 }
 
 // What was sent since the last report; the first one is about today.
@@ -115,13 +117,21 @@ void sent_report_bar::set_dates()
 
 void sent_report_bar::account_c_Click()
 {
+    read_fields(keep_choice::no);
+}
+
+void sent_report_bar::read_fields(keep_choice keep)
+{
     QStringList fields;
     const QString id = ui->account_c->currentData().toString();
     if (!id.isEmpty())
         guarded("Mailfrm.frm", "account_c_click", [&] { fields = intake::report_fields(id); });
-    fill_with_fields(*ui->subject_field_c, fields);
+    const auto fill = [&](QComboBox &list) {
+        fill_with_fields(list, fields, keep == keep_choice::yes ? chosen_in(list) : QString());
+    };
+    fill(*ui->subject_field_c);
     for (int filter = 1; filter <= 4; ++filter)
-        fill_with_fields(field_c(filter), fields);
+        fill(field_c(filter));
     field_c_Click();
 }
 
@@ -192,6 +202,7 @@ void sent_report_bar::genrep_b_Click()
     guarded("Mailfrm.frm", "genrep_b", [this] {
         open_store_if_closed();
         intake::empty_report(); // before the checks: a stopped report leaves nothing to print
+        show_former_report();
         const intake::report_request request = chosen();
         if (const auto gap = intake::why_no_report(request))
             return tell_gap(*gap);
@@ -237,7 +248,8 @@ std::optional<std::vector<intake::mail_line>> sent_report_bar::write_rows()
 void sent_report_bar::show_outcome(const run &made)
 {
     if (made.mails >= 0) {
-        ui->report_l->setText(report_words(made.request, made.mails));
+        listed_report = report_words(made.request, made.mails);
+        ui->report_l->setText("The list shows the report: " + listed_report);
         status_line({});
     } else if (made.cancelled) {
         status_line("The report was cancelled.");
@@ -248,7 +260,14 @@ void sent_report_bar::show_outcome(const run &made)
 
 void sent_report_bar::show_no_report()
 {
+    listed_report.clear();
     ui->report_l->clear();
+}
+
+void sent_report_bar::show_former_report()
+{
+    if (!listed_report.isEmpty())
+        ui->report_l->setText("The list shows the former report, which can no longer be printed: " + listed_report);
 }
 
 void sent_report_bar::prnrep_t_Click()

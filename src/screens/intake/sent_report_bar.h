@@ -44,6 +44,8 @@ private:
     QLineEdit &value_t(int filter) const;
     void fill_accounts();
     void set_dates();
+    enum class keep_choice { no, yes };
+    void read_fields(keep_choice keep);
     void account_c_Click();
     void field_c_Click();
     void report_b_Click();
@@ -56,9 +58,11 @@ private:
     void tell_gap(const intake::report_gap &gap);
     void make_report(const intake::report_request &request, const std::function<bool()> &give_up);
     void show_outcome(const run &made);
+    void show_former_report(); // its rows stay in the list, but not in the store
 
     std::unique_ptr<Ui::sent_report_bar> ui;
     bool dates_are_the_users = false;
     bool fold_is_the_users = false; // chosen on this screen
+    QString listed_report;          // "": the list shows none
     std::optional<run> under_way;
 };

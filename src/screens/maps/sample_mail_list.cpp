@@ -93,7 +93,7 @@ QVariant sample_mail_list::data(const QModelIndex &index, int role) const
     const column which = columns[size_t(index.column())];
     if (role == Qt::DisplayRole)
         return cell_text(mail(index.row()), which);
-    if (which != column::subject) // long ones do not fit their column
+    if (which != column::subject)
         return {};
-    return mail(index.row()).subject.toHtmlEscaped(); // never taken for HTML
+    return whole_text_tip(mail(index.row()).subject);
 }
