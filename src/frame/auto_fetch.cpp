@@ -72,7 +72,7 @@ std::optional<int> kept_minutes()
 {
     ado::Recordset rows;
     rows.Open("select * from autofetch", *session.store_connection);
-    const int minutes = int(rows["minutes"].to_number());
+    const int minutes = rows.EOF_() ? auto_fetch_off : int(rows["minutes"].to_number());
     rows.Close();
     return minutes == auto_fetch_off ? std::nullopt : std::optional(minutes);
 }

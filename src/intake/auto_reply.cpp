@@ -2,6 +2,8 @@
 #include "frame/store.h"
 #include "frame/text.h"
 
+#include <cmath>
+
 namespace intake {
 
 namespace {
@@ -13,6 +15,13 @@ bool is_own_column(const QString &column)
 {
     static const QStringList own{"MESSAGE_ID", "TSL_STATUS", "TSL_RECDATE", "TSL_SUBJECT", "TSL_EMAIL"};
     return own.contains(upper_case(column));
+}
+
+// Without outer blanks and thousands commas; "" for what is no number, or one that is too large for the store.
+QString plain_token(const QString &token)
+{
+    const QString plain = is_numeric(token) ? trim(token).remove(u',') : QString();
+    return std::isfinite(plain.toDouble()) ? plain : QString();
 }
 
 QString quoted_values(const QString &map, const auto_reply &typed)
@@ -96,7 +105,7 @@ QString text_of(const auto_reply &reply, const QString &greeted)
 
 QString next_token(const QString &token)
 {
-    const QString plain = is_numeric(token) ? trim(token).remove(u',') : QStringLiteral("0");
+    const QString plain = plain_token(token);
     bool is_whole = false;
     const qint64 whole = plain.toLongLong(&is_whole);
     constexpr qint64 room_for_one_more = 999999999999999998;
@@ -116,7 +125,7 @@ std::optional<auto_reply_fault> why_not_saveable(const QString &map, const auto_
     const bool has_prefix = typed.SubjectType == dynamic_subject || typed.SubjectType == support_token;
     if (has_prefix && typed.SubjectPrefix.isEmpty())
         return auto_reply_fault{"Please enter subject prefix.", "prefix_t"};
-    if (typed.SubjectType == support_token && !is_numeric(typed.LastToken))
+    if (typed.SubjectType == support_token && plain_token(typed.LastToken).isEmpty())
         return auto_reply_fault{"Please enter numeric value.", "token_t"};
     return std::nullopt;
 }

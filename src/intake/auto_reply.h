@@ -30,7 +30,7 @@ QString newest_value(const QString &map, const QString &column); // "" without a
 // "" of another type. The blanks beside an empty part stay. value is the newest row's SubjectDynamic.
 QString subject_of(const auto_reply &reply, const QString &value);
 QString text_of(const auto_reply &reply, const QString &greeted);
-QString next_token(const QString &token); // "007" is followed by "8"; what is no number counts as 0
+QString next_token(const QString &token); // "007" is followed by "8"; what is no finite number counts as 0
 
 // The first test that fails, and the control that it is about. map is "" while none is chosen.
 struct auto_reply_fault {

@@ -4,6 +4,8 @@
 #include "frame/text.h"
 #include "platform/clock.h"
 
+#include <algorithm>
+
 namespace intake {
 
 namespace {

@@ -40,6 +40,15 @@ QColor between(const QColor &a, const QColor &b, double part)
 
 }
 
+QString typed_text(const QPlainTextEdit &box)
+{
+    QString text = box.document()->toRawText();
+    for (QChar &letter : text)
+        if (letter == QChar::ParagraphSeparator || letter == QChar::LineSeparator)
+            letter = u'\n';
+    return text;
+}
+
 exact_text::exact_text(QWidget *parent) : QPlainTextEdit(parent), places{0}
 {
     setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);

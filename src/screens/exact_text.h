@@ -11,6 +11,9 @@ struct text_stretch { // places in the text as it was given
     qsizetype length = 0;
 };
 
+// As typed: a no-break blank stays one. Lines end in LF.
+QString typed_text(const QPlainTextEdit &box);
+
 class exact_text : public QPlainTextEdit {
     Q_OBJECT
 public:

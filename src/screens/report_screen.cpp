@@ -50,11 +50,30 @@ QByteArray report_screen::log_name() const
 
 void report_screen::Load()
 {
-    guarded(log_name(), "Form_Load", [this] { CRViewer->ViewReport(make_report()); });
+    std::shared_ptr<paged_report> report;
+    if (!guarded(log_name(), "Form_Load", [&] { report = make_report(); }))
+        CRViewer->set_empty_text("The report could not be read.\n" + session.err_description);
+    CRViewer->ViewReport(std::move(report));
     CRViewer->take_focus();
 }
 
+void report_screen::answer(const char *routine, void (report_screen::*deed)())
+{
+    if (!guarded(log_name(), routine, [&] { (this->*deed)(); }))
+        status_line(session.err_description);
+}
+
 void report_screen::print_b_Click()
+{
+    answer("print_b", &report_screen::print_report);
+}
+
+void report_screen::save_b_Click()
+{
+    answer("save_b", &report_screen::save_report);
+}
+
+void report_screen::print_report()
 {
     if (services.printing->availablePrinterNames().isEmpty())
         return say("No printer is set up on this computer.\n\nSave as PDF keeps the report in a file, which can be "
@@ -66,7 +85,7 @@ void report_screen::print_b_Click()
         status_line("The report was handed to the printer.");
 }
 
-void report_screen::save_b_Click()
+void report_screen::save_report()
 {
     const auto chosen = services.dialogs->ShowSave(CRViewer->report()->title() + ".pdf", "PDF files|*.pdf");
     if (!chosen)

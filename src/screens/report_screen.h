@@ -21,6 +21,9 @@ protected:
 private:
     void print_b_Click();
     void save_b_Click();
+    void answer(const char *routine, void (report_screen::*deed)()); // guarded, as a box can fail too
+    void print_report();
+    void save_report();
     QByteArray log_name() const;
 
     report_viewer *CRViewer;

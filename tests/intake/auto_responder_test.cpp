@@ -247,6 +247,7 @@ void auto_responder_test::tokens_are_raised_data()
     QTest::newRow("99999999999") << "100000000000";
     QTest::newRow("") << "1"; // what no screen has tested
     QTest::newRow("seven") << "1";
+    QTest::newRow("1e999") << "1"; // more than the store holds
 }
 
 void auto_responder_test::tokens_are_raised()
@@ -583,6 +584,8 @@ void auto_responder_test::the_tests_come_in_their_order_data()
     intake::auto_reply worded = token;
     worded.SubjectPrefix = "No";
     worded.LastToken = "5x";
+    intake::auto_reply endless = worded;
+    endless.LastToken = "1e999";
     intake::auto_reply good = worded;
     good.LastToken = " 5 ";
     intake::auto_reply good_dynamic = dynamic; // without a field: that is an empty value
@@ -593,6 +596,7 @@ void auto_responder_test::the_tests_come_in_their_order_data()
     QTest::newRow("dynamic, no prefix") << "names" << dynamic << "Please enter subject prefix.";
     QTest::newRow("token, no prefix") << "names" << token << "Please enter subject prefix.";
     QTest::newRow("token, no number") << "names" << worded << "Please enter numeric value.";
+    QTest::newRow("token, too large") << "names" << endless << "Please enter numeric value.";
     QTest::newRow("token") << "names" << good << "";
     QTest::newRow("dynamic") << "names" << good_dynamic << "";
 }

@@ -212,6 +212,17 @@ private slots:
         QCOMPARE(site.status_lines.filter("cannot be shown").size(), 1);
     }
 
+    void without_a_row_auto_fetch_is_shown_as_off()
+    {
+        general_site site;
+        site.store.run("delete * from autofetch");
+        page().show();
+        QVERIFY(!autofetch_ch().isChecked());
+        QCOMPARE(minutes_t().text(), "0");
+        QCOMPARE(session.err_number, 0u);
+        QCOMPARE(label("sign_l"), "No signature configured/selected");
+    }
+
     void the_programs_font_is_shown_until_one_is_chosen()
     {
         general_site site;

@@ -1,8 +1,11 @@
 // The printed report: what it shows, printing with and without a printer, and saving it as a PDF file.
 #include "frame/session.h"
+#include "platform/outside_effects.h"
+#include "platform/run_time_error.h"
 #include "platform/widgets/paged_report.h"
 #include "platform/widgets/report_viewer.h"
 #include "screens/intake/PrintRpt.h"
+#include "support/screens_access_keys.h"
 #include "support/screens_driver.h"
 #include "support/screens_pdf.h"
 #include "support/screens_site.h"
@@ -81,6 +84,43 @@ private slots:
         QVERIFY(words.text().startsWith("There is no report to print."));
         QVERIFY(!control<QPushButton>(the<PrintRpt>(), "print_b").isEnabled());
         QVERIFY(!control<QPushButton>(the<PrintRpt>(), "save_b").isEnabled());
+    }
+
+    void a_report_that_cannot_be_read_is_told()
+    {
+        screens_site site;
+        site.store.run("drop table printreport_tbl");
+        const QString words = control<QLabel>(shown_report(), "empty_l").text();
+        QVERIFY(control<QLabel>(the<PrintRpt>(), "empty_l").isVisible());
+        QCOMPARE(session.err_routine, "Form_Load");
+        QVERIFY(!session.err_description.isEmpty());
+        QCOMPARE(words, "The report could not be read.\n" + session.err_description);
+        QVERIFY(!control<QPushButton>(the<PrintRpt>(), "print_b").isEnabled());
+    }
+
+    void a_store_that_cannot_be_kept_before_a_box_is_told()
+    {
+        screens_site site;
+        add_row(site, "a@b.org", "11/9/2026");
+        const scripted_printing printers;
+        shown_report();
+        const int full = on_outside_effect([] { throw run_time_error{61, QStringLiteral("Disk full")}; });
+        press_button("print_b"); // there is no printer, which is said in a box
+        forget_outside_effect(full);
+        QCOMPARE(site.boxes.shown, QStringList());
+        QCOMPARE(session.err_routine, "print_b");
+        QCOMPARE(site.status_lines.last(), "Disk full");
+    }
+
+    void its_access_keys_are_single_and_none_is_one_of_the_menus()
+    {
+        screens_site site;
+        add_row(site, "a@b.org", "11/9/2026");
+        const menuFrm console;
+        shown_report();
+        const QString keys = access_keys(the<PrintRpt>());
+        QCOMPARE(keys.size(), 3);
+        QCOMPARE(repeated_letter(keys + menu_keys(console) + "C"), QString()); // C: the composer brings its menu
     }
 
     void without_a_printer_it_says_what_to_do()

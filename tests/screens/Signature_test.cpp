@@ -205,6 +205,21 @@ private slots:
         QVERIFY(!is_loaded<Signature>());
     }
 
+    void a_chosen_signature_without_a_title_is_no_missing_one()
+    {
+        preferences_site site;
+        site.store.run("insert into sign values( '','Bye','No' )");
+        picker().unload();
+        control<QPushButton>(the<Preference>(), "Command3").click();
+        List1().setCurrentRow(2);
+        press("Command4");
+        QCOMPARE(site.row(""), "Bye|Yes");
+        QCOMPARE(site.label(), "");
+        the<Preference>().unload();
+        the<Preference>().show();
+        QCOMPARE(site.label(), "");
+    }
+
     void cancel_says_none_is_selected_though_the_store_keeps_it()
     {
         preferences_site site;
@@ -314,13 +329,13 @@ private slots:
         picker().show();
         QVERIFY(in_modal<NewSign>("Command3", [] {
             control<QLineEdit>(the<NewSign>(), "Text1").setText(" Zoe's ");
-            control<QPlainTextEdit>(the<NewSign>(), "Text2").setPlainText("Bye\nZoe");
+            control<QPlainTextEdit>(the<NewSign>(), "Text2").setPlainText("Bye\u00a0all\nZoe");
             press_on<NewSign>("Command2");
             QVERIFY(!is_loaded<NewSign>());
         }));
         QCOMPARE(site.boxes.shown, QStringList());
         QCOMPARE(titles(), (QStringList{"Shop", "Private", "Zoe's"}));
-        QCOMPARE(site.row("Zoe''s"), "Bye\nZoe|No");
+        QCOMPARE(site.row("Zoe''s"), "Bye\u00a0all\r\nZoe|No");
         QCOMPARE(site.selected(), "Private");
     }
 
@@ -427,6 +442,80 @@ private slots:
         }));
         QCOMPARE(site.boxes.shown, QStringList{"Please enter signature"});
         QCOMPARE(site.row("Private"), "Yours|Yes");
+    }
+
+    void lines_are_stored_with_both_letters_of_their_end_and_shown_as_lines()
+    {
+        signature_site site;
+        site.store.run("update sign set signtext='Yours\u00a0all\r\nZoe' where signtitle='Private'");
+        site.store.run("update sign set signtext='Yours\u00a0all\nZoe' where signtitle='Shop'");
+        picker().show();
+        auto &label = control<QLabel>(picker(), "Label2");
+        List1().setCurrentRow(0);
+        const int two_lines_high = label.heightForWidth(400);
+        List1().setCurrentRow(1);
+        QCOMPARE(label.heightForWidth(400), two_lines_high);
+        QVERIFY(in_modal<EditSign>("Command1", [] {
+            auto &text = control<QPlainTextEdit>(the<EditSign>(), "Text2");
+            QCOMPARE(text.blockCount(), 2);
+            text.appendPlainText("Bath");
+            press_on<EditSign>("Command2");
+        }));
+        QCOMPARE(site.row("Private"), "Yours\u00a0all\r\nZoe\r\nBath|Yes");
+        QCOMPARE(preview(), "Yours\u00a0all\r\nZoe\r\nBath");
+    }
+
+    void leaving_otherwise_than_by_cancel_asks_once_when_something_was_typed_data()
+    {
+        QTest::addColumn<bool>("is_new");
+        QTest::addColumn<bool>("by_key");
+        QTest::newRow("a new one, Escape") << true << true;
+        QTest::newRow("a new one, the cross") << true << false;
+        QTest::newRow("another text, Escape") << false << true;
+        QTest::newRow("another text, the cross") << false << false;
+    }
+
+    void leaving_otherwise_than_by_cancel_asks_once_when_something_was_typed()
+    {
+        QFETCH(bool, is_new);
+        QFETCH(bool, by_key);
+        signature_site site;
+        picker().show();
+        List1().setCurrentRow(1);
+        const auto is_open = [is_new] { return is_new ? is_visible<NewSign>() : is_visible<EditSign>(); };
+        const auto deeds = [&] {
+            QWidget *frame = QApplication::activeModalWidget();
+            const auto leave = [&] { by_key ? QTest::keyClick(frame, Qt::Key_Escape) : void(frame->close()); };
+            control<QPlainTextEdit>(*frame, "Text2").setPlainText("Bye");
+            site.boxes.will_say_no();
+            leave();
+            QVERIFY(is_open());
+            QCOMPARE(control<QPlainTextEdit>(*frame, "Text2").toPlainText(), "Bye");
+            site.boxes.will_say_yes();
+            leave();
+            QVERIFY(!is_open());
+        };
+        QVERIFY(is_new ? in_modal<NewSign>("Command3", deeds) : in_modal<EditSign>("Command1", deeds));
+        QCOMPARE(site.boxes.shown, QStringList(2, "What was typed here is not saved. Go on without saving?"));
+        QCOMPARE(site.row("Private"), "Yours|Yes");
+        QCOMPARE(site.rows_of("sign"), 2);
+    }
+
+    void leaving_asks_nothing_where_nothing_was_typed()
+    {
+        signature_site site;
+        picker().show();
+        List1().setCurrentRow(1);
+        const auto escape = [] { QTest::keyClick(QApplication::activeModalWidget(), Qt::Key_Escape); };
+        QVERIFY(in_modal<NewSign>("Command3", [&] {
+            escape();
+            QVERIFY(!is_loaded<NewSign>());
+        }));
+        QVERIFY(in_modal<EditSign>("Command1", [&] {
+            escape();
+            QVERIFY(!is_loaded<EditSign>());
+        }));
+        QCOMPARE(site.boxes.shown, QStringList());
     }
 
     void failures_of_edit_are_logged()

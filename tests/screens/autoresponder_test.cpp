@@ -5,6 +5,7 @@
 #include "platform/outbox.h"
 #include "screens/frame/menuFrm.h"
 #include "screens/maps/MapWizardFinalStep_frm.h"
+#include "screens/preferences/Preference.h"
 #include "screens/preferences/autoresponder.h"
 #include "support/screens_map_wizard.h"
 
@@ -102,6 +103,56 @@ private slots:
         update();
         QCOMPARE(site.boxes.shown, QStringList{"Please select map"});
         QCOMPARE(site.boxes.boxes[0].title, "Tessaly");
+    }
+
+    void a_map_made_meanwhile_is_there_when_the_screen_is_shown_again()
+    {
+        screens_site site;
+        menuFrm console;
+        console.show();
+        the<autoresponder>().show();
+        QVERIFY(part<QLabel>("empty_l").isVisible());
+        the<Preference>().show();
+        const qint64 account = site.store.add_account("orders", "orders@shop.example");
+        site.store.add_map("shop", account, "Order", {{.name = "person"}});
+        the<autoresponder>().show();
+        QCOMPARE(entries("mapname_c"), (QStringList{"Select Map", "shop"}));
+        QVERIFY(!part<QLabel>("empty_l").isVisible());
+        QCOMPARE(part<QComboBox>("mapname_c").currentIndex(), 0);
+        forget_screens();
+    }
+
+    void what_is_typed_stays_when_the_maps_are_listed_again()
+    {
+        responder_site site;
+        menuFrm console;
+        console.show();
+        choose("leads");
+        type(the<autoresponder>(), "subject_t", "Thank you");
+        the<Preference>().show();
+        site.store.add_map("newest", site.account, "New", {{.name = "person"}});
+        the<autoresponder>().show();
+        QCOMPARE(entries("mapname_c"), (QStringList{"Select Map", "shop", "leads", "newest"}));
+        QCOMPARE(part<QComboBox>("mapname_c").currentText(), "leads");
+        QCOMPARE(part<QLineEdit>("subject_t").text(), "Thank you");
+        QCOMPARE(site.boxes.shown, QStringList());
+        forget_screens();
+    }
+
+    void a_map_that_is_gone_takes_what_was_typed_for_it_along()
+    {
+        responder_site site;
+        menuFrm console;
+        console.show();
+        choose("leads");
+        type(the<autoresponder>(), "subject_t", "Thank you");
+        the<Preference>().show();
+        site.store.run("delete * from table_list_tbl where table_name='leads'");
+        the<autoresponder>().show();
+        QCOMPARE(part<QComboBox>("mapname_c").currentText(), "Select Map");
+        QCOMPARE(part<QLineEdit>("subject_t").text(), "");
+        QVERIFY(!part<QWidget>("subject_fr").isEnabled());
+        forget_screens();
     }
 
     void the_maps_stand_behind_a_heading()
@@ -211,9 +262,11 @@ private slots:
         type(the<autoresponder>(), "prefix_t", "No");
         type(the<autoresponder>(), "token_t", "5x");
         update();
-        QCOMPARE(site.boxes.shown,
-                 (QStringList{"Please enter mail text", "Please enter subject text.", "Please enter subject prefix.",
-                              "Please enter subject prefix.", "Please enter numeric value."}));
+        type(the<autoresponder>(), "token_t", "1e999"); // more than the store holds
+        update();
+        QCOMPARE(site.boxes.shown, (QStringList{"Please enter mail text", "Please enter subject text.",
+                                                "Please enter subject prefix.", "Please enter subject prefix.",
+                                                "Please enter numeric value.", "Please enter numeric value."}));
         QCOMPARE(site.stored("shop"), QStringList());
     }
 
@@ -268,6 +321,45 @@ private slots:
         part<QComboBox>("dynamic_c").setCurrentText("company");
         QCOMPARE(preview(), "It will go out as: \u201c <company> \u201d"); // no mail yet
         QCOMPARE(session.err_number, 0u);
+    }
+
+    void the_preview_shows_how_the_text_will_begin()
+    {
+        responder_site site;
+        choose("shop");
+        const auto begins = [] { return part<QLabel>("greeting_l").text(); };
+        QCOMPARE(begins(), "Without a field every reply begins with: \u201cDear \u201d");
+        part<QComboBox>("greetfield_c").setCurrentText("person");
+        QCOMPARE(begins(), "It will begin with: \u201cDear Ann Moss\u201d");
+        type(the<autoresponder>(), "greet_t", "Hello");
+        QCOMPARE(begins(), "It will begin with: \u201cHello Ann Moss\u201d");
+        QVERIFY(part<QLabel>("greeting_l").isVisible());
+        part<QLineEdit>("greet_t").clear();
+        QVERIFY(!part<QLabel>("greeting_l").isVisible());
+    }
+
+    void a_field_s_value_is_read_once_and_not_at_each_key()
+    {
+        responder_site site;
+        choose("shop");
+        part<QRadioButton>("dynamic_o").click();
+        part<QComboBox>("dynamic_c").setCurrentText("city");
+        site.store.run("drop table shop");
+        type(the<autoresponder>(), "prefix_t", "Order from");
+        QCOMPARE(preview(), "It will go out as: \u201cOrder from Bath \u201d");
+        QCOMPARE(session.err_number, 0u);
+    }
+
+    void a_no_break_blank_is_stored_as_one()
+    {
+        responder_site site;
+        choose("shop");
+        type(the<autoresponder>(), "subject_t", "Thank you");
+        part<QPlainTextEdit>("autocontent_t").setPlainText("10\u00a0000 thanks\nAnn");
+        update();
+        QCOMPARE(site.stored("shop")[8], "10\u00a0000 thanks\r\nAnn");
+        choose("leads"); // nothing is left to be saved
+        QCOMPARE(site.boxes.shown, QStringList());
     }
 
     void escape_loses_nothing_that_was_typed()
@@ -337,18 +429,7 @@ private slots:
         responder_site site;
         choose("shop");
         QCOMPARE(part<QPushButton>("autosubmit_s").isDefault(), true);
-        QStringList captions;
-        for (const QAbstractButton *button : the<autoresponder>().findChildren<QAbstractButton *>())
-            captions += button->text();
-        for (const QLabel *label : the<autoresponder>().findChildren<QLabel *>())
-            if (label->buddy())
-                captions += label->text();
-        QString keys = "fmlwpho"; // the console's menus
-        for (const QString &caption : captions) {
-            const QChar key = caption[caption.indexOf(u'&') + 1].toLower();
-            QVERIFY2(caption.contains(u'&') && !keys.contains(key), qPrintable(caption));
-            keys += key;
-        }
+        QCOMPARE(key_clash(the<autoresponder>()), "");
         QCOMPARE(part<QLineEdit>("token_t").accessibleName(), "Dynamic number:");
         QCOMPARE(part<QPlainTextEdit>("autocontent_t").accessibleName(), "Mail text");
     }

@@ -16,6 +16,7 @@
 
 #include <QAction>
 #include <QLabel>
+#include <QScopeGuard>
 #include <QTest>
 #include <QTimer>
 #include <QToolButton>
@@ -80,6 +81,21 @@ private slots:
         session.last_fetch = now().addDays(-2);
         site.console.show();
         QTRY_COMPARE(site.fetched(), "Fetched " + us_date_time(session.last_fetch));
+    }
+
+    void after_midnight_the_tick_adds_the_date()
+    {
+        status_site site;
+        site.store.run("update autofetch set minutes=-1");
+        QDateTime moment(QDate(2026, 11, 21), QTime(23, 59, 50), Qt::UTC);
+        set_clock([&moment] { return moment; });
+        const auto own_clock = qScopeGuard([] { set_clock({}); });
+        session.last_fetch = moment;
+        site.console.show();
+        QTRY_COMPARE(site.fetched(), "Fetched 11:59:50 PM");
+        moment = moment.addSecs(20);
+        site.console.Timer1_Timer();
+        QCOMPARE(site.fetched(), "Fetched 11/21/2026 11:59:50 PM");
     }
 
     void a_fetch_that_only_shows_what_is_stored_is_none()

@@ -239,6 +239,33 @@ private slots:
         QVERIFY(is_visible<help_frm>());
     }
 
+    void a_found_page_can_be_opened_again_data()
+    {
+        QTest::addColumn<bool>("by_key");
+        QTest::newRow("Enter") << true;
+        QTest::newRow("a click") << false;
+    }
+    void a_found_page_can_be_opened_again()
+    {
+        QFETCH(bool, by_key);
+        help_site site;
+        show_help({});
+        search_for("outbox refused");
+        QTest::keyClick(&field("search_t"), Qt::Key_Return);
+        const QString found = results().item(0)->data(Qt::UserRole).toString();
+        QCOMPARE(page().shown_page(), found);
+        QVERIFY(found != "start.html");
+        tool("start_b").click();
+        QCOMPARE(page().shown_page(), "start.html");
+        if (by_key)
+            QTest::keyClick(&results(), Qt::Key_Return);
+        else
+            QTest::mouseClick(results().viewport(), Qt::LeftButton, {},
+                              results().visualItemRect(results().item(0)).center());
+        QCOMPARE(page().shown_page(), found);
+        QVERIFY(!page().extraSelections().isEmpty());
+    }
+
     void a_search_without_a_find_says_so()
     {
         help_site site;

@@ -3,8 +3,10 @@
 #include "frame/status.h"
 #include "platform/settings.h"
 #include "screens/frame/closing.h"
+#include "screens/frame/menuFrm.h"
 #include "support/screens_auditor.h"
 
+#include <QApplication>
 #include <QFile>
 #include <QHeaderView>
 #include <QLabel>
@@ -200,6 +202,32 @@ private slots:
         click_row(control<list_view>(screen, "LV_sub"), 0);
         QCOMPARE(screen.width(), width);
         QVERIFY(screen.minimumSizeHint().width() <= 700);
+    }
+
+    void the_smallest_console_shows_each_line_above_the_text()
+    {
+        screens_site site;
+        site.store.add_account("orders", "orders@shop.example");
+        store_mail(site, "orders", "ann@mail.example", QString("A subject without end ").repeated(12),
+                   "8/6/2026 9:00:00 AM", "One\r\nTwo");
+        menuFrm console;
+        console.resize(console.minimumSize());
+        console.show();
+        mailfrm &screen = stored_mails_shown();
+        click_row(control<list_view>(screen, "LV_sub"), 0);
+        QApplication::processEvents();
+        const auto &head = control<QLabel>(screen, "lbl_from");
+        const auto &why = control<QPlainTextEdit>(screen, "why_t");
+        const auto &body = control<QPlainTextEdit>(screen, "txt_body");
+        const auto span = [&screen](const QWidget &widget) {
+            return QRect(widget.mapTo(&screen, QPoint()), widget.size());
+        };
+        QVERIFY(head.height() >= head.heightForWidth(head.width()));
+        QVERIFY(span(control<QLabel>(screen, "why_lb")).top() > span(head).bottom());
+        QCOMPARE(why.verticalScrollBar()->maximum(), 0);
+        QVERIFY(span(body).top() > span(why).bottom());
+        QVERIFY(span(body).bottom() < screen.height());
+        QVERIFY(body.viewport()->height() >= 2 * body.fontMetrics().lineSpacing());
     }
 
     void received_sorts_by_date_and_marks_its_head()

@@ -10,6 +10,7 @@
 #include "screens/maps/mapWizardStep3_frm.h"
 #include "screens/maps/mapwizardsave_frm.h"
 #include "screens/maps/textarea_frm.h"
+#include "support/screens_access_keys.h"
 #include "support/screens_map_wizard.h"
 
 #include <QAbstractButton>
@@ -75,39 +76,6 @@ void save_without_first_letters(int count)
         hit(Qt::Key_Space);
         hit(Qt::Key_Return);
     });
-}
-
-// The keys of what can be reached in the window as it is shown.
-QString access_keys(const QWidget &window)
-{
-    QString keys;
-    const auto add = [&keys](const QString &caption) {
-        const QString key = QKeySequence::mnemonic(caption).toString().section('+', -1);
-        keys += key;
-    };
-    for (const auto *button : window.findChildren<QAbstractButton *>())
-        if (button->isVisibleTo(&window))
-            add(button->text());
-    for (const auto *label : window.findChildren<QLabel *>())
-        if (label->buddy() && label->isVisibleTo(&window))
-            add(label->text());
-    return keys;
-}
-
-QString repeated_letter(QString keys)
-{
-    std::sort(keys.begin(), keys.end());
-    const auto twice = std::adjacent_find(keys.begin(), keys.end());
-    return twice == keys.end() ? QString() : QString(*twice);
-}
-
-QString menu_keys(const menuFrm &console)
-{
-    QString keys;
-    for (const QAction *action : console.menuBar()->actions())
-        if (action->isVisible())
-            keys += QKeySequence::mnemonic(action->text()).toString().section('+', -1);
-    return keys;
 }
 
 }

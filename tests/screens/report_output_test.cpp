@@ -61,6 +61,31 @@ QStringList saved_pages(const table_report::content &what)
     return pdf_pages(path);
 }
 
+// A printer on paper of one report's own choice, whose pages come into a file.
+void set_up_printer(QPrinter &printer, const QString &path, QPageSize::PageSizeId paper)
+{
+    printer.setOutputFormat(QPrinter::PdfFormat);
+    printer.setOutputFileName(path);
+    printer.setFullPage(true);
+    printer.setPageSize(QPageSize(paper));
+    printer.setPageMargins(QMarginsF(0, 0, 0, 0));
+}
+
+int painted_dots(const paged_report &report, int page)
+{
+    QImage picture(595, 842, QImage::Format_RGB32);
+    picture.fill(Qt::white);
+    QPainter painter(&picture);
+    painter.scale(0.1, 0.1);
+    report.paint_page(painter, page);
+    painter.end();
+    int dots = 0;
+    for (int y = 0; y < picture.height(); ++y)
+        for (int x = 0; x < picture.width(); ++x)
+            dots += picture.pixel(x, y) == 0xffffffff ? 0 : 1;
+    return dots;
+}
+
 // Pages as coarse as a test needs them: each a number in words.
 class numbered_pages : public paged_report {
 public:
@@ -234,17 +259,43 @@ private slots:
         const QString path = folder.filePath("some.pdf");
         numbered_pages report;
         QPrinter printer(QPrinter::HighResolution);
-        printer.setOutputFormat(QPrinter::PdfFormat);
-        printer.setOutputFileName(path);
-        printer.setFullPage(true);
-        printer.setPageSize(QPageSize(QPageSize::A4)); // other paper than the report's own
-        printer.setPageMargins(QMarginsF(0, 0, 0, 0));
+        set_up_printer(printer, path, QPageSize::A4); // other paper than the report's own
         paint_report(report, printer, 2, 3);
         const QStringList pages = pdf_pages(path);
         QCOMPARE(pages.size(), 2);
         QVERIFY(pages[0].contains("number 2"));
         QVERIFY(pages[1].contains("number 3"));
         QCOMPARE(report.laid_out_for, report.page_size().size(QPageSize::Inch) * units_an_inch);
+    }
+
+    void a_page_that_larger_paper_does_not_need_is_told_and_nothing_printed()
+    {
+        const QTemporaryDir folder;
+        const QString path = folder.filePath("beyond.pdf");
+        table_report report(report_of(std::vector<QStringList>(200, {"a@b.org", "Your order", "11/20/2026"})));
+        lay_out_on_own_paper(report);
+        const int own_pages = report.page_count();
+        QVERIFY(own_pages > 1);
+        QPrinter printer(QPrinter::HighResolution);
+        set_up_printer(printer, path, QPageSize::A0);
+        QString told;
+        try {
+            paint_report(report, printer, own_pages, own_pages);
+        } catch (const run_time_error &error) {
+            told = error.description;
+        }
+        QCOMPARE(told, QStringLiteral("There is no page %1: on this paper the report has 1 page.").arg(own_pages));
+        QVERIFY(!QFile::exists(path));
+        QCOMPARE(report.page_count(), own_pages); // laid out for its own paper again
+    }
+
+    void nothing_is_painted_beyond_the_last_page()
+    {
+        table_report report(small_report());
+        lay_out_on_own_paper(report);
+        QVERIFY(painted_dots(report, 0) > 0);
+        QCOMPARE(painted_dots(report, 1), 0);
+        QCOMPARE(painted_dots(report, -1), 0);
     }
 
     void a_printer_gets_what_the_file_gets()
@@ -274,9 +325,9 @@ private slots:
         const QTemporaryDir folder;
         numbered_pages report;
         QPrinter printer;
-        printer.setOutputFormat(QPrinter::PdfFormat);
-        printer.setOutputFileName(folder.filePath("no/such/folder/n.pdf"));
+        set_up_printer(printer, folder.filePath("no/such/folder/n.pdf"), QPageSize::A4);
         QCOMPARE(error_number_of([&] { paint_report(report, printer); }), 482u);
+        QCOMPARE(report.laid_out_for, report.page_size().size(QPageSize::Inch) * units_an_inch); // to be shown on
     }
 
     void the_print_dialog_can_be_left()

@@ -12,6 +12,7 @@
 #include <QSignalSpy>
 #include <QSpinBox>
 #include <QTest>
+#include <QWheelEvent>
 
 namespace {
 
@@ -55,6 +56,14 @@ public:
         return picture.toImage().pixelColor(page.width() / 2, page.height() / 2).red() - 9;
     }
     void press(int key, Qt::KeyboardModifiers with = {}) { QTest::keyClick(area(), Qt::Key(key), with); }
+    void wheel(int delta)
+    {
+        QWidget *pane = area()->viewport();
+        const QPointF middle(pane->rect().center());
+        QWheelEvent event(middle, pane->mapToGlobal(middle), {}, {0, delta}, Qt::NoButton, Qt::NoModifier,
+                          Qt::NoScrollPhase, false);
+        QCoreApplication::sendEvent(pane, &event);
+    }
     QScrollArea *area() const { return &control<QScrollArea>(*this, "area_fr"); }
     QScrollBar &bar() const { return *area()->verticalScrollBar(); }
     int page_width_shown() const { return control<report_page>(*this, "page_fr").width(); }
@@ -125,6 +134,36 @@ private slots:
         viewer.press(Qt::Key_PageUp);
         QCOMPARE(viewer.painted_page(), 1);
         QCOMPARE(viewer.bar().value(), viewer.bar().maximum());
+    }
+
+    void a_notch_of_the_wheel_turns_one_page()
+    {
+        shown_viewer viewer(5);
+        viewer.Zoom(report_viewer::whole_page);
+        viewer.wheel(-120);
+        QCOMPARE(viewer.painted_page(), 2);
+        viewer.wheel(-120);
+        QCOMPARE(viewer.painted_page(), 3);
+        viewer.wheel(120);
+        QCOMPARE(viewer.painted_page(), 2);
+    }
+
+    void small_steps_of_a_touchpad_turn_when_they_make_a_notch()
+    {
+        shown_viewer viewer(5);
+        viewer.Zoom(report_viewer::whole_page);
+        for (int step = 1; step <= 11; ++step)
+            viewer.wheel(-10);
+        QCOMPARE(viewer.painted_page(), 1);
+        viewer.wheel(-10);
+        QCOMPARE(viewer.painted_page(), 2);
+        viewer.wheel(-110);
+        viewer.wheel(10); // the other way counts from nothing
+        viewer.wheel(-20);
+        QCOMPARE(viewer.painted_page(), 2);
+        for (int step = 1; step <= 12; ++step)
+            viewer.wheel(10);
+        QCOMPARE(viewer.painted_page(), 1);
     }
 
     void a_page_number_may_be_typed()

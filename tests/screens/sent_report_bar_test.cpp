@@ -1,4 +1,5 @@
 // What the sent view offers for a report: dates, accounts, fields, and how it folds.
+#include "support/screens_access_keys.h"
 #include "support/screens_sent_site.h"
 
 #include <QTest>
@@ -106,6 +107,7 @@ private slots:
     {
         const sent_site site;
         open_sent_view();
+        QCoreApplication::processEvents();
         QVERIFY(on_bar<QPushButton>("genrep_b").isVisible());
         on_bar<QToolButton>("report_b").click();
         QVERIFY(!on_bar<QPushButton>("genrep_b").isVisible());
@@ -114,6 +116,46 @@ private slots:
         QVERIFY(!on_bar<QPushButton>("genrep_b").isVisible());
         on_bar<QToolButton>("report_b").click();
         QVERIFY(on_bar<QPushButton>("genrep_b").isVisible());
+    }
+
+    void in_a_low_window_it_begins_folded_and_opens_on_wish()
+    {
+        const sent_site site;
+        the<mailfrm>().show();
+        the<mailfrm>().resize(620, 360);
+        open_sent_view();
+        QTRY_VERIFY(!on_bar<QPushButton>("genrep_b").isVisible());
+        QVERIFY(!on_bar<QToolButton>("report_b").isChecked());
+        on_bar<QToolButton>("report_b").click();
+        QVERIFY(on_bar<QPushButton>("genrep_b").isVisible());
+        on_bar<QToolButton>("inbox_b").click();
+        on_bar<QToolButton>("sentitems_b").click();
+        QCoreApplication::processEvents();
+        QVERIFY(on_bar<QPushButton>("genrep_b").isVisible()); // as the user left it
+    }
+
+    void in_a_window_that_has_grown_it_is_whole_again()
+    {
+        const sent_site site;
+        the<mailfrm>().show();
+        the<mailfrm>().resize(620, 360);
+        open_sent_view();
+        QTRY_VERIFY(!on_bar<QPushButton>("genrep_b").isVisible());
+        on_bar<QToolButton>("inbox_b").click();
+        the<mailfrm>().resize(920, 700);
+        on_bar<QToolButton>("sentitems_b").click();
+        QCoreApplication::processEvents();
+        QVERIFY(on_bar<QPushButton>("genrep_b").isVisible());
+    }
+
+    void the_access_keys_are_single_and_none_is_one_of_the_menus()
+    {
+        const sent_site site;
+        const menuFrm console;
+        open_sent_view();
+        const QString keys = access_keys(the<mailfrm>());
+        QVERIFY2(keys.contains("G") && keys.contains("N"), qPrintable(keys));
+        QCOMPARE(repeated_letter(keys + menu_keys(console) + "C"), QString()); // C: the composer brings its menu
     }
 
     void the_captions_stand_to_the_letter()

@@ -3,9 +3,11 @@
 #include "frame/status.h"
 #include "screens/screen.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QDialog>
 #include <QEvent>
+#include <QLabel>
 #include <QSettings>
 #include <QTimer>
 
@@ -30,6 +32,25 @@ bool Responder::eventFilter(QObject *watched, QEvent *event)
         }
     }
     return QObject::eventFilter(watched, event);
+}
+
+QString key_clash(const QWidget &screen)
+{
+    QStringList captions;
+    for (const QAbstractButton *button : screen.findChildren<QAbstractButton *>())
+        if (!button->text().isEmpty())
+            captions += button->text();
+    for (const QLabel *label : screen.findChildren<QLabel *>())
+        if (label->buddy())
+            captions += label->text();
+    QString keys = "fmlwpho"; // the console's menus
+    for (const QString &caption : captions) {
+        const QChar key = caption[caption.indexOf(u'&') + 1].toLower();
+        if (!caption.contains(u'&') || keys.contains(key))
+            return caption;
+        keys += key;
+    }
+    return captions.isEmpty() ? "there are no captions" : QString();
 }
 
 void forget_screens()

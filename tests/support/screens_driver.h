@@ -31,5 +31,9 @@ private:
     QStringList expected;
 };
 
+// What the access keys of a screen in the console's area lack: a caption that has none, or one of another control or of
+// the console's menus. "" when nothing.
+QString key_clash(const QWidget &screen);
+
 // Begins and ends a test function: no screen lives, the session is fresh, settings are empty.
 void forget_screens();

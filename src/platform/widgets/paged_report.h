@@ -25,7 +25,7 @@ public:
     // Called before the two below, and again whenever the paper changes.
     virtual void lay_out(const QSizeF &page) = 0;
     virtual int page_count() const = 0;                             // 0: there is nothing to print
-    virtual void paint_page(QPainter &painter, int page) const = 0; // the first is 0
+    virtual void paint_page(QPainter &painter, int page) const = 0; // the first is 0; nothing beyond the count
 };
 
 // Lays it out for its own paper.

@@ -5,11 +5,20 @@
 #include <QPainter>
 #include <QPdfWriter>
 #include <QSaveFile>
+#include <QScopeGuard>
 
 namespace {
 
 constexpr quint32 printer_error = 482;
 constexpr quint32 file_error = 75;
+constexpr quint32 no_such_page = 9;
+
+QString why_no_page(int page, int pages)
+{
+    return QStringLiteral("There is no page %1: on this paper the report has %2.")
+        .arg(page)
+        .arg(pages == 1 ? QStringLiteral("1 page") : QStringLiteral("%1 pages").arg(pages));
+}
 
 void paint_pages(const paged_report &report, QPagedPaintDevice &device, int first, int last)
 {
@@ -40,9 +49,11 @@ void set_paper(const paged_report &report, QPagedPaintDevice &device)
 void paint_report(paged_report &report, QPagedPaintDevice &device, int first, int last)
 {
     report.lay_out(device.pageLayout().fullRect(QPageLayout::Inch).size() * units_an_inch);
+    const auto own_paper_again = qScopeGuard([&report] { lay_out_on_own_paper(report); }); // whatever fails
     const int pages = report.page_count();
+    if (qMax(1, first) > pages) // pages were chosen on the report's own paper; larger paper has fewer
+        throw run_time_error{no_such_page, why_no_page(qMax(1, first), pages)};
     paint_pages(report, device, qMax(1, first), last > 0 ? qMin(last, pages) : pages);
-    lay_out_on_own_paper(report);
 }
 
 void save_as_pdf(paged_report &report, const QString &path)

@@ -3,7 +3,6 @@
 
 #include <QComboBox>
 #include <QHBoxLayout>
-#include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
 #include <QScrollArea>
@@ -52,9 +51,9 @@ report_viewer::~report_viewer() = default;
 
 void report_viewer::make_controls()
 {
-    print_b = report_button("print_b", "&Print ...", this);
+    print_b = report_button("print_b", "P&rint ...", this);
     save_b = report_button("save_b", "Save as P&DF ...", this);
-    close_b = report_button("close_b", "&Close", this);
+    close_b = report_button("close_b", "Clos&e", this);
     first_b = page_button("first_b", QStringLiteral("|◀"), "First page (Home)", this);
     previous_b = page_button("previous_b", QStringLiteral("◀"), "Previous page (Page Up)", this);
     next_b = page_button("next_b", QStringLiteral("▶"), "Next page (Page Down)", this);
@@ -246,60 +245,6 @@ void report_viewer::fit_page()
     if (wanted == page_width) // beside the scroll bar, which stands there as soon as it is wider than high
         dots = (room.width() - area->verticalScrollBar()->sizeHint().width()) / paper.width();
     page->resize((paper * qMax(dots, 10.0)).toSize());
-}
-
-void report_viewer::scroll_or_turn(int direction)
-{
-    QScrollBar &bar = *area->verticalScrollBar();
-    const bool at_end = bar.value() == (direction > 0 ? bar.maximum() : bar.minimum());
-    if (!at_end)
-        return bar.setValue(bar.value() + direction * bar.pageStep());
-    const int former = GetCurrentPageNumber();
-    ShowNthPage(former + direction);
-    if (direction < 0 && GetCurrentPageNumber() != former)
-        bar.setValue(bar.maximum()); // reading on, backwards
-}
-
-bool report_viewer::turn_by_key(int key)
-{
-    switch (key) {
-    case Qt::Key_PageDown:
-    case Qt::Key_Space:
-        scroll_or_turn(1);
-        return true;
-    case Qt::Key_PageUp:
-        scroll_or_turn(-1);
-        return true;
-    case Qt::Key_Home:
-        ShowFirstPage();
-        return true;
-    case Qt::Key_End:
-        ShowLastPage();
-        return true;
-    default:
-        return false;
-    }
-}
-
-// Past the end of a page lies the next one.
-bool report_viewer::turn_by_wheel(int delta)
-{
-    const QScrollBar &bar = *area->verticalScrollBar();
-    const bool turns = delta < 0 ? bar.value() == bar.maximum() : delta > 0 && bar.value() == bar.minimum();
-    if (turns)
-        scroll_or_turn(delta < 0 ? 1 : -1);
-    return turns;
-}
-
-bool report_viewer::eventFilter(QObject *watched, QEvent *event)
-{
-    if (watched == area && event->type() == QEvent::KeyPress)
-        return turn_by_key(static_cast<QKeyEvent *>(event)->key());
-    if (watched == area->viewport() && event->type() == QEvent::Resize)
-        fit_page();
-    if (watched == area->viewport() && event->type() == QEvent::Wheel)
-        return turn_by_wheel(static_cast<QWheelEvent *>(event)->angleDelta().y());
-    return QWidget::eventFilter(watched, event);
 }
 
 void report_viewer::take_focus()

@@ -1,5 +1,6 @@
 // Shows a report page by page: turning, zooming, and buttons to print, to save as PDF and to close, which whoever
 // places the viewer answers (screens/report_screen.h). The page is painted by the routine that paints it on paper.
+// Turning by keys and wheel: report_viewer_turning.cpp.
 #pragma once
 #include "platform/widgets/paged_report.h"
 
@@ -56,7 +57,8 @@ private:
     void scroll_or_turn(int direction);
 
     std::shared_ptr<paged_report> shown;
-    QSizeF paper; // in inches
+    QSizeF paper;         // in inches
+    int wheel_turned = 0; // at the end of a page, since the last whole notch
     QPushButton *print_b, *save_b, *close_b;
     QToolButton *first_b, *previous_b, *next_b, *last_b;
     QSpinBox *page_t;

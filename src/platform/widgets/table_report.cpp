@@ -168,6 +168,8 @@ void table_report::lay_out(const QSizeF &page)
 
 void table_report::paint_page(QPainter &painter, int page) const
 {
+    if (page < 0 || page >= page_count()) // whoever asks may still count on other paper
+        return;
     painter.setPen(ink);
     if (page == 0)
         paint_head(painter);

@@ -6,9 +6,10 @@
 #include "frame/store.h"
 #include "frame/text.h"
 #include "screens/directmail/Signature.h"
+#include "screens/exact_text.h"
 #include "ui_EditSign.h"
 
-EditSign::EditSign(QWidget *parent) : screen(parent), ui(std::make_unique<Ui::EditSign>())
+EditSign::EditSign(QWidget *parent) : signature_entry(parent), ui(std::make_unique<Ui::EditSign>())
 {
     ui->setupUi(this);
 
@@ -34,7 +35,13 @@ void EditSign::Load()
     });
     if (!is_read)
         status_line("The signature cannot be read: " + session.err_description);
+    stored_text = typed_text(*ui->Text2);
     ui->Text2->setFocus();
+}
+
+bool EditSign::holds_changes() const
+{
+    return typed_text(*ui->Text2) != stored_text;
 }
 
 void EditSign::Command1_Click()
@@ -45,7 +52,7 @@ void EditSign::Command1_Click()
 
 void EditSign::Command2_Click()
 {
-    if (trim(ui->Text2->toPlainText()).isEmpty()) {
+    if (trim(typed_text(*ui->Text2)).isEmpty()) {
         say("Please enter signature");
         return ui->Text2->setFocus();
     }
@@ -56,7 +63,7 @@ void EditSign::Command2_Click()
 void EditSign::update_signature()
 {
     open_store_if_closed();
-    const QString text = trim(ui->Text2->toPlainText());
+    const QString text = crlf_line_ends(trim(typed_text(*ui->Text2)));
     run_sql("update sign set signtext= " + quote_sql(text) + " where signtitle= " + quote_sql(trim(ui->Text1->text())));
     the<Signature>().show_preview(text);
     unload();

@@ -6,6 +6,7 @@
 #include "frame/store.h"
 #include "frame/text.h"
 #include "screens/directmail/Signature.h"
+#include "screens/exact_text.h"
 #include "ui_NewSign.h"
 
 namespace {
@@ -23,7 +24,7 @@ bool is_stored(const QString &title)
 
 }
 
-NewSign::NewSign(QWidget *parent) : screen(parent), ui(std::make_unique<Ui::NewSign>())
+NewSign::NewSign(QWidget *parent) : signature_entry(parent), ui(std::make_unique<Ui::NewSign>())
 {
     ui->setupUi(this);
 
@@ -36,8 +37,14 @@ NewSign::~NewSign() = default;
 
 void NewSign::Load()
 {
+    offered_title = ui->Text1->text();
     ui->Text1->setFocus();
     ui->Text1->selectAll();
+}
+
+bool NewSign::holds_changes() const
+{
+    return ui->Text1->text() != offered_title || !typed_text(*ui->Text2).isEmpty();
 }
 
 void NewSign::Command1_Click()
@@ -53,7 +60,7 @@ void NewSign::Command2_Click()
         say("Title of the Signature must be specified.", "Title.");
         return ui->Text1->setFocus();
     }
-    if (ui->Text2->toPlainText().isEmpty()) {
+    if (typed_text(*ui->Text2).isEmpty()) {
         say("Please enter signature", "Title.");
         return ui->Text2->setFocus();
     }
@@ -70,8 +77,8 @@ void NewSign::add_signature()
         ui->Text1->selectAll();
         return ui->Text1->setFocus();
     }
-    run_sql("insert into sign values( " + quote_sql(title) + "," + quote_sql(ui->Text2->toPlainText()) + "," +
-            quote_sql("No") + " )");
+    run_sql("insert into sign values( " + quote_sql(title) + "," + quote_sql(crlf_line_ends(typed_text(*ui->Text2))) +
+            "," + quote_sql("No") + " )");
     the<Signature>().add_title(title);
     unload();
 }

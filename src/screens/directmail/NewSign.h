@@ -1,18 +1,21 @@
 // Making a signature; opens over the picker (Signature.h), whose list gets its title.
 #pragma once
-#include "screens/screen.h"
+#include "screens/directmail/signature_entry.h"
 #include <memory>
 
 namespace Ui {
 class NewSign;
 }
 
-class NewSign : public screen {
+class NewSign : public signature_entry {
     Q_OBJECT
 public:
     explicit NewSign(QWidget *parent = nullptr);
     ~NewSign() override;
     void Load() override;
+
+protected:
+    bool holds_changes() const override;
 
 private:
     void Command1_Click();
@@ -20,4 +23,5 @@ private:
     void add_signature();
 
     std::unique_ptr<Ui::NewSign> ui;
+    QString offered_title;
 };

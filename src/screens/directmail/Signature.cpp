@@ -17,12 +17,12 @@ namespace {
 
 const char *const picker_in_log = "Signature.frm";
 
-// None where no row is selected.
-QString stored_choice()
+// Its title, which may be empty; none where no row is selected.
+std::optional<QString> stored_choice()
 {
     ado::Recordset rows;
     rows.Open("select * from sign where signselected='Yes'", *session.store_connection);
-    return rows.EOF_() ? QString() : rows["signtitle"].text_or_empty();
+    return rows.EOF_() ? std::nullopt : std::optional(rows["signtitle"].text_or_empty());
 }
 
 }
@@ -148,12 +148,12 @@ void Signature::choose_selected()
 // when it is opened anew.
 void Signature::Command5_Click()
 {
-    tell_opener({});
+    tell_opener(std::nullopt);
     unload();
 }
 
 // The composer, when it opens the picker, fills its list of signatures anew from here too.
-void Signature::tell_opener(const QString &title)
+void Signature::tell_opener(const std::optional<QString> &title)
 {
     if (session.signature_for_preferences && is_loaded<Preference>())
         the<Preference>().show_signature(title);

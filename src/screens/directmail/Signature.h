@@ -3,6 +3,7 @@
 #pragma once
 #include "screens/screen.h"
 #include <memory>
+#include <optional>
 
 namespace Ui {
 class Signature;
@@ -32,7 +33,7 @@ private:
     void Command5_Click();
     bool nothing_selected(const QString &command);
     void choose_selected();
-    void tell_opener(const QString &title);
+    void tell_opener(const std::optional<QString> &title);
 
     std::unique_ptr<Ui::Signature> ui;
 };

@@ -21,6 +21,7 @@ public:
     void show_delivery(const delivery::report &told);
     void fit(int width); // of the console: the rest is for the tips of the menu
     void count_mails();  // at once
+    void show_last_fetch();
 
 signals:
     void unprocessed_clicked();
@@ -30,7 +31,6 @@ private:
     QToolButton *add_button(const char *name, const char *picture);
     void count_mails_soon();
     void count_mails_when_idle();
-    void show_last_fetch();
 
     QMainWindow &window;
     status_text *lasting_line;

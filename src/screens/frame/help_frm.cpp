@@ -52,6 +52,8 @@ help_frm::help_frm(QWidget *parent) : screen(parent), ui(std::make_unique<Ui::he
     connect(ui->search_t, &QLineEdit::textChanged, this, &help_frm::search_t_Change);
     connect(ui->search_t, &QLineEdit::returnPressed, this, &help_frm::show_found);
     connect(ui->results_li, &QListWidget::currentRowChanged, this, &help_frm::results_li_Click);
+    connect(ui->results_li, &QListWidget::itemClicked, this, &help_frm::results_li_Click); // the same one again, too
+    connect(ui->results_li, &QListWidget::itemActivated, this, &help_frm::results_li_Click);
     connect(ui->find_t, &QLineEdit::textChanged, this, &help_frm::find_t_Change);
     connect(ui->find_t, &QLineEdit::returnPressed, this, [this] { find_again(false); });
     connect(ui->next_b, &QToolButton::clicked, this, [this] { find_again(false); });

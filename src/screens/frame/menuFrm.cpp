@@ -115,7 +115,8 @@ void menuFrm::resizeEvent(QResizeEvent *event)
 
 void menuFrm::Timer1_Timer()
 {
-    if (busy()) // timers fire inside message boxes and while long work lets the screen paint
+    status->show_last_fetch(); // midnight makes its time one of yesterday
+    if (busy())                // timers fire inside message boxes and while long work lets the screen paint
         return;
     guarded("menuFrm.frm", "Timer1", [] {
         if (!auto_fetch_due())

@@ -1,5 +1,5 @@
 // The console's menu: every menu and command with its name and caption, in the order shown.
-// What a command does: menuFrm.cpp.
+// What a command does: menuFrm_commands.cpp.
 #pragma once
 #include <vector>
 

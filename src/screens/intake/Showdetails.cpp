@@ -7,26 +7,12 @@
 #include "frame/text.h"
 #include "platform/mail_delivery.h"
 #include "platform/mail_session.h"
+#include "screens/exact_text.h"
 #include "screens/icons.h"
 #include "ui_Showdetails.h"
 
 #include <QCloseEvent>
 #include <QKeyEvent>
-#include <QTextDocument>
-
-namespace {
-
-// As typed: a no-break blank stays one.
-QString typed_text(const QTextDocument &document)
-{
-    QString text = document.toRawText();
-    for (QChar &letter : text)
-        if (letter == QChar::ParagraphSeparator || letter == QChar::LineSeparator)
-            letter = u'\n';
-    return text;
-}
-
-}
 
 Showdetails::Showdetails(QWidget *parent) : screen(parent), ui(std::make_unique<Ui::Showdetails>())
 {
@@ -81,7 +67,7 @@ void Showdetails::show_mail()
 
 intake::mail_reply Showdetails::typed_reply() const
 {
-    return {trim(ui->to_t->text()), ui->subject_t->text(), typed_text(*ui->body_t->document())};
+    return {trim(ui->to_t->text()), ui->subject_t->text(), typed_text(*ui->body_t)};
 }
 
 // The account stays chosen: what is answered together mostly goes out from one.

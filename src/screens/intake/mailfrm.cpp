@@ -48,6 +48,7 @@ mailfrm::mailfrm(QWidget *parent) : screen(parent), ui(std::make_unique<Ui::mail
         {*ui->LV_sub_si, *ui->Ssearch_t, {"To", "Subject", "Sent"}, "mailfrm.LV_sub_si", empty_sent}, this);
     set_up_commands();
     ui->Label3->hide(); // until there is something to tell
+    show_view(*ui->inbox_fr);
 
     connect(inbox, &listed_mails::selection_changed, this, &mailfrm::LV_sub_Click);
     connect(sent, &listed_mails::selection_changed, this, &mailfrm::LV_sub_si_Click);
@@ -222,10 +223,18 @@ void mailfrm::LV_sub_si_Click()
             [&] { ui->reading_fr->show_mail(intake::sent_mail_text(sent->line(*row)), "To:  "); });
 }
 
+// The hidden view asks for no room: in a small window the shown one and the mail's text need it all.
+void mailfrm::show_view(QWidget &view)
+{
+    for (QWidget *each : {ui->inbox_fr, ui->sentitems_fr})
+        each->setSizePolicy(QSizePolicy::Preferred, each == &view ? QSizePolicy::Preferred : QSizePolicy::Ignored);
+    ui->qt_views->setCurrentWidget(&view);
+}
+
 void mailfrm::inb_Click()
 {
     ui->inbox_b->setChecked(true);
-    ui->qt_views->setCurrentWidget(ui->inbox_fr);
+    show_view(*ui->inbox_fr);
     LV_sub_Click();
 }
 
@@ -236,7 +245,7 @@ void mailfrm::sitm_Click()
         populate_sentitems_tbl();
         ui->report_bar->open_view();
     });
-    ui->qt_views->setCurrentWidget(ui->sentitems_fr);
+    show_view(*ui->sentitems_fr);
     LV_sub_si_Click();
 }
 

@@ -46,6 +46,7 @@ private:
     void set_up_popups();
     void LV_sub_Click();
     void LV_sub_si_Click();
+    void show_view(QWidget &view);
     void inb_Click();
     void sitm_Click();
     void Indelete_b_Click();

@@ -18,6 +18,7 @@ namespace {
 
 const auto first_entry = QStringLiteral("Select");
 const auto fold_section = QStringLiteral("screens");
+constexpr double least_share = 0.75; // of the bar: what is cut deeper can hardly be worked with
 const auto fold_key = QStringLiteral("mailfrm.report");
 
 QString chosen_in(const QComboBox &list)
@@ -48,7 +49,7 @@ sent_report_bar::sent_report_bar(QWidget *parent) : QWidget(parent), ui(std::mak
     ui->setupUi(this);
     ui->account_c->addItem(first_entry);
     account_c_Click();
-    show_folded(GetSetting(fold_section, fold_key) == u"folded");
+    show_as_kept();
     show_no_report();
 
     connect(ui->account_c, &QComboBox::currentIndexChanged, this, &sent_report_bar::account_c_Click);
@@ -78,6 +79,8 @@ QLineEdit &sent_report_bar::value_t(int filter) const
 
 void sent_report_bar::open_view()
 {
+    if (!isVisible() && !fold_is_the_users)
+        show_as_kept(); // the window may have grown since it was too low
     fill_accounts();
     set_dates();
 }
@@ -128,6 +131,25 @@ void sent_report_bar::field_c_Click()
         value_t(filter).setEnabled(field_c(filter).currentIndex() > 0);
 }
 
+void sent_report_bar::show_as_kept()
+{
+    show_folded(GetSetting(fold_section, fold_key) == u"folded");
+}
+
+// What stands around it is still being laid out while it is shown; what is posted comes before the painting.
+void sent_report_bar::showEvent(QShowEvent *event)
+{
+    QWidget::showEvent(event);
+    QMetaObject::invokeMethod(this, &sent_report_bar::fold_if_cut, Qt::QueuedConnection);
+}
+
+void sent_report_bar::fold_if_cut()
+{
+    const double shown = double(ui->report_fr->height()) / ui->report_fr->sizeHint().height();
+    if (isVisible() && !fold_is_the_users && shown < least_share)
+        show_folded(true);
+}
+
 void sent_report_bar::show_folded(bool folded)
 {
     ui->report_b->setChecked(!folded);
@@ -138,6 +160,7 @@ void sent_report_bar::show_folded(bool folded)
 void sent_report_bar::report_b_Click()
 {
     const bool folded = !ui->report_b->isChecked();
+    fold_is_the_users = true;
     show_folded(folded);
     guarded("Mailfrm.frm", "report_b", [&] { SaveSetting(fold_section, fold_key, folded ? "folded" : ""); });
 }

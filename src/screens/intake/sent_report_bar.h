@@ -1,5 +1,6 @@
 // The part of the Mail Auditor's sent view in which a report on the sent mails is asked for. It folds away and stays
-// so. What makes the report: intake/sent_report.h; what shows it on pages: PrintRpt.h.
+// so; in a window much too low for it it begins folded. What makes the report: intake/sent_report.h; what
+// shows it on pages: PrintRpt.h.
 #pragma once
 #include "intake/sent_report.h"
 #include <QWidget>
@@ -27,6 +28,9 @@ public:
 signals:
     void rows_wanted(); // the list is to call write_rows now
 
+protected:
+    void showEvent(QShowEvent *event) override;
+
 private:
     struct run {
         intake::report_request request;
@@ -45,6 +49,8 @@ private:
     void report_b_Click();
     void genrep_b_Click();
     void prnrep_t_Click();
+    void show_as_kept();
+    void fold_if_cut();
     void show_folded(bool folded);
     intake::report_request chosen() const;
     void tell_gap(const intake::report_gap &gap);
@@ -53,5 +59,6 @@ private:
 
     std::unique_ptr<Ui::sent_report_bar> ui;
     bool dates_are_the_users = false;
+    bool fold_is_the_users = false; // chosen on this screen
     std::optional<run> under_way;
 };

@@ -47,7 +47,7 @@ void Preference::Load()
         show_auto_fetch();
         ado::Recordset signature;
         signature.Open("select signtitle from sign where signselected='Yes'", *session.store_connection);
-        ui->sign_l->setText(signature.EOF_() ? no_signature : signature["signtitle"].text_or_empty());
+        show_signature(signature.EOF_() ? std::nullopt : std::optional(signature["signtitle"].text_or_empty()));
         signature.Close();
     });
     if (!is_read)
@@ -64,9 +64,9 @@ void Preference::show_auto_fetch()
     ui->in_force_l->setText("In force now: " + auto_fetch_words(minutes));
 }
 
-void Preference::show_signature(const QString &title)
+void Preference::show_signature(const std::optional<QString> &title)
 {
-    ui->sign_l->setText(title.isEmpty() ? no_signature : title);
+    ui->sign_l->setText(title.value_or(no_signature));
 }
 
 void Preference::autofetch_ch_Click()

@@ -3,6 +3,7 @@
 #pragma once
 #include "screens/screen.h"
 #include <memory>
+#include <optional>
 
 namespace Ui {
 class Preference;
@@ -15,7 +16,7 @@ public:
     ~Preference() override;
     void Load() override;
 
-    void show_signature(const QString &title); // "": none is chosen
+    void show_signature(const std::optional<QString> &title); // none: none is chosen; a title may be empty
 
 private:
     void show_auto_fetch();

@@ -3,6 +3,7 @@
 #pragma once
 #include "intake/auto_reply.h"
 #include "screens/screen.h"
+#include <QHash>
 #include <memory>
 
 namespace Ui {
@@ -16,6 +17,7 @@ public:
     explicit autoresponder(QWidget *parent = nullptr);
     ~autoresponder() override;
     void Load() override;
+    void Activate() override;
 
     void loadmap();                      // the chosen map's fields and its reply; clears them where none is chosen
     void choose_map(const QString &map); // also one that was made since this screen was loaded
@@ -37,6 +39,8 @@ private:
     void show_enabled();
     void show_what_applies();
     void show_preview();
+    void show_greeting();
+    QString newest_of(const QString &field);
     void save();
     bool may_lose_what_is_typed();
     intake::auto_reply typed() const;
@@ -46,4 +50,5 @@ private:
     bool enabled = false;
     int shown_map = 0; // its line in mapname_c
     intake::auto_reply as_shown;
+    QHash<QString, QString> newest; // of the shown map, by field: asked once
 };

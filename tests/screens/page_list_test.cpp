@@ -1,0 +1,100 @@
+// The pages of the preferences as one dialog: each page's list leads to each other one, and at most one is open. Each
+// page by itself: Accounts_test.cpp and its neighbours.
+#include "screens/frame/menuFrm.h"
+#include "screens/preferences/Accounts.h"
+#include "screens/preferences/Format_mail_frm.h"
+#include "screens/preferences/OnlinePref.h"
+#include "screens/preferences/Preference.h"
+#include "screens/preferences/mail_client_frm.h"
+#include "screens/preferences/page_list.h"
+#include "support/screens_driver.h"
+#include "support/screens_site.h"
+
+#include <QComboBox>
+#include <QTest>
+
+namespace {
+
+const QStringList captions{"GENERAL", "ACCOUNTS", "ONLINE FORM", "MAP MAILS", "MAIL CLIENT"};
+
+template <typename T>
+QStringList name_if_loaded(const char *caption)
+{
+    return is_loaded<T>() ? QStringList{caption} : QStringList();
+}
+
+QStringList loaded_pages()
+{
+    return name_if_loaded<Preference>("GENERAL") + name_if_loaded<Accounts>("ACCOUNTS") +
+           name_if_loaded<OnlinePref>("ONLINE FORM") + name_if_loaded<Format_mail_frm>("MAP MAILS") +
+           name_if_loaded<mail_client_frm>("MAIL CLIENT");
+}
+
+screen &loaded_page()
+{
+    for (const std::type_index type :
+         {std::type_index(typeid(Preference)), std::type_index(typeid(Accounts)), std::type_index(typeid(OnlinePref)),
+          std::type_index(typeid(Format_mail_frm)), std::type_index(typeid(mail_client_frm))}) {
+        auto *page = qobject_cast<screen *>(live_widget(type));
+        if (page && page->loaded())
+            return *page;
+    }
+    qFatal("no page is loaded");
+}
+
+// By the list of the page that is open.
+void choose_page(const QString &caption)
+{
+    for (QComboBox *list : loaded_page().findChildren<QComboBox *>()) {
+        const int line = list->findText(caption, Qt::MatchExactly | Qt::MatchCaseSensitive);
+        if (line >= 0 && list->findText("LABELS") >= 0) {
+            emit list->activated(line);
+            return;
+        }
+    }
+    qFatal("the page has no list of pages");
+}
+
+}
+
+class page_list_test : public QObject {
+    Q_OBJECT
+private slots:
+    void each_page_leads_to_each_other_one_and_closes_itself()
+    {
+        screens_site site;
+        menuFrm console;
+        console.show();
+        open_page(preference_page::general);
+        QCOMPARE(loaded_pages(), QStringList{"GENERAL"});
+        for (const QString &from : captions) {
+            for (const QString &to : captions) {
+                choose_page(from);
+                QCOMPARE(loaded_pages(), QStringList{from});
+                choose_page(to);
+                QCOMPARE(loaded_pages(), QStringList{to});
+            }
+        }
+        QCOMPARE(site.boxes.shown, QStringList());
+        forget_screens();
+    }
+
+    void the_access_keys_of_a_page_are_its_own_data()
+    {
+        QTest::addColumn<QString>("caption");
+        for (const char *caption : {"GENERAL", "ACCOUNTS", "ONLINE FORM", "MAP MAILS"})
+            QTest::newRow(caption) << caption;
+    }
+
+    void the_access_keys_of_a_page_are_its_own()
+    {
+        QFETCH(QString, caption);
+        screens_site site;
+        open_page(preference_page::general);
+        choose_page(caption);
+        QCOMPARE(key_clash(loaded_page()), "");
+    }
+};
+
+QTEST_MAIN(page_list_test)
+#include "page_list_test.moc"
