@@ -435,8 +435,9 @@ private slots:
             QVERIFY(page().horizontalScrollBar()->maximum() == 0);
             const double high = place_of_block(0).height();
             QVERIFY2(high >= room / 2 - 1, qPrintable(QString("%1 at %2").arg(high).arg(room)));
-            const double line = page().fontMetrics().lineSpacing(); // what stands below a picture's foot
-            QVERIFY2(high < room / 2 + line, qPrintable(QString("%1 at %2").arg(high).arg(room)));
+            QVERIFY2(high < room / 2 + page().fontMetrics().lineSpacing(), qPrintable(QString::number(high)));
+            const double gap = place_of_block(1).top() - place_of_block(0).bottom();
+            QVERIFY2(gap < 2 * page().fontMetrics().lineSpacing(), qPrintable(QString::number(gap)));
         }
     }
 
