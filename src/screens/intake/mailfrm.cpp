@@ -48,7 +48,6 @@ mailfrm::mailfrm(QWidget *parent) : screen(parent), ui(std::make_unique<Ui::mail
         {*ui->LV_sub_si, *ui->Ssearch_t, {"To", "Subject", "Sent"}, "mailfrm.LV_sub_si", empty_sent}, this);
     set_up_commands();
     ui->Label3->hide(); // until there is something to tell
-    show_view(*ui->inbox_fr);
 
     connect(inbox, &listed_mails::selection_changed, this, &mailfrm::LV_sub_Click);
     connect(sent, &listed_mails::selection_changed, this, &mailfrm::LV_sub_si_Click);
@@ -234,18 +233,27 @@ void mailfrm::LV_sub_si_Click()
             [&] { ui->reading_fr->show_mail(intake::sent_mail_text(sent->line(*row)), "To:  "); });
 }
 
-// The hidden view asks for no room: in a small window the shown one and the mail's text need it all.
-void mailfrm::show_view(QWidget &view)
+// In a low window the hidden view asks for none: the report bar is high.
+void mailfrm::give_room_to_the_shown_view()
 {
-    for (QWidget *each : {ui->inbox_fr, ui->sentitems_fr})
-        each->setSizePolicy(QSizePolicy::Preferred, each == &view ? QSizePolicy::Preferred : QSizePolicy::Ignored);
-    ui->qt_views->setCurrentWidget(&view);
+    constexpr int low = 450; // pixels
+    for (QWidget *each : {ui->inbox_fr, ui->sentitems_fr}) {
+        const bool asks = height() >= low || each == ui->qt_views->currentWidget();
+        each->setSizePolicy(QSizePolicy::Preferred, asks ? QSizePolicy::Preferred : QSizePolicy::Ignored);
+    }
+}
+
+void mailfrm::resizeEvent(QResizeEvent *event)
+{
+    screen::resizeEvent(event);
+    give_room_to_the_shown_view();
 }
 
 void mailfrm::inb_Click()
 {
     ui->inbox_b->setChecked(true);
-    show_view(*ui->inbox_fr);
+    ui->qt_views->setCurrentWidget(ui->inbox_fr);
+    give_room_to_the_shown_view();
     LV_sub_Click();
 }
 
@@ -258,7 +266,8 @@ void mailfrm::sitm_Click()
     });
     if (!all_went)
         status_line("Not everything about the sent mails could be read: " + session.err_description);
-    show_view(*ui->sentitems_fr);
+    ui->qt_views->setCurrentWidget(ui->sentitems_fr);
+    give_room_to_the_shown_view();
     LV_sub_si_Click();
 }
 

@@ -36,6 +36,7 @@ public:
 protected:
     QString help_topic() const override;
     void keyPressEvent(QKeyEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
 
 private:
     void fetch_and_parse();
@@ -46,7 +47,7 @@ private:
     void set_up_popups();
     void LV_sub_Click();
     void LV_sub_si_Click();
-    void show_view(QWidget &view);
+    void give_room_to_the_shown_view();
     void inb_Click();
     void sitm_Click();
     void Indelete_b_Click();
