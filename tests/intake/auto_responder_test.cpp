@@ -1,5 +1,5 @@
 // Automatic replies: what is answered, with which subject and text, and what a reply that fails leaves. A real store,
-// a real Outbox. Killed programs: auto_reply_kill_test.cpp. The screen: tests/screens/autoresponder_test.cpp.
+// a real Outbox. Killed programs: auto_reply_kill_test.cpp. Storing and testing: auto_reply_test.cpp.
 #include "frame/session.h"
 #include "intake/auto_reply.h"
 #include "intake/mail_source.h"
@@ -151,10 +151,6 @@ private slots:
     void a_reply_that_fails_is_logged_and_the_mail_stays();
     void an_outbox_that_cannot_be_written_ends_the_pass();
     void a_server_that_is_away_is_no_failure();
-    void all_columns_are_quoted();
-    void the_tests_come_in_their_order_data();
-    void the_tests_come_in_their_order();
-    void the_field_lists_leave_every_map_s_own_columns_out();
 };
 
 void auto_responder_test::a_map_without_a_reply_answers_nobody()
@@ -553,68 +549,6 @@ void auto_responder_test::a_server_that_is_away_is_no_failure()
     QCOMPARE(replies(), QStringList{"bob@example.net|Order 7 at the nursery|waiting"});
     QCOMPARE(site.column(unprocessed), QStringList());
     QCOMPARE(site.log_text(), QString());
-}
-
-void auto_responder_test::all_columns_are_quoted()
-{
-    answer_site site;
-    intake::auto_reply reply = reply_with(intake::standard_subject, "it's");
-    reply.Subject = "O'Neil's";
-    reply.GreetText = "'Dear'";
-    reply.autocontent = "It's ours: " + QString(1000, 'x');
-    reply.enable = false;
-    site.answer(reply);
-    QVERIFY(intake::stored_auto_reply("NAMES") == reply);
-    QCOMPARE(site.column("select enable from autocontent"), QStringList{"False"});
-    QVERIFY(!intake::stored_auto_reply("nobody's"));
-}
-
-void auto_responder_test::the_tests_come_in_their_order_data()
-{
-    QTest::addColumn<QString>("map");
-    QTest::addColumn<intake::auto_reply>("typed");
-    QTest::addColumn<QString>("words");
-    const intake::auto_reply nothing;
-    intake::auto_reply text = nothing;
-    text.autocontent = "Hello";
-    intake::auto_reply dynamic = text;
-    dynamic.SubjectType = intake::dynamic_subject;
-    intake::auto_reply token = text;
-    token.SubjectType = intake::support_token;
-    intake::auto_reply worded = token;
-    worded.SubjectPrefix = "No";
-    worded.LastToken = "5x";
-    intake::auto_reply endless = worded;
-    endless.LastToken = "1e999";
-    intake::auto_reply good = worded;
-    good.LastToken = " 5 ";
-    intake::auto_reply good_dynamic = dynamic; // without a field: that is an empty value
-    good_dynamic.SubjectPrefix = "No";
-    QTest::newRow("no map") << "" << nothing << "Please select map";
-    QTest::newRow("no text") << "names" << nothing << "Please enter mail text";
-    QTest::newRow("no subject") << "names" << text << "Please enter subject text.";
-    QTest::newRow("dynamic, no prefix") << "names" << dynamic << "Please enter subject prefix.";
-    QTest::newRow("token, no prefix") << "names" << token << "Please enter subject prefix.";
-    QTest::newRow("token, no number") << "names" << worded << "Please enter numeric value.";
-    QTest::newRow("token, too large") << "names" << endless << "Please enter numeric value.";
-    QTest::newRow("token") << "names" << good << "";
-    QTest::newRow("dynamic") << "names" << good_dynamic << "";
-}
-
-void auto_responder_test::the_tests_come_in_their_order()
-{
-    QFETCH(QString, map);
-    QFETCH(intake::auto_reply, typed);
-    QFETCH(QString, words);
-    const auto fault = intake::why_not_saveable(map, typed);
-    QCOMPARE(fault ? fault->words : QString(), words);
-}
-
-void auto_responder_test::the_field_lists_leave_every_map_s_own_columns_out()
-{
-    answer_site site;
-    site.run("alter table names add column tsl_extra text(255)");
-    QCOMPARE(intake::answer_fields("names"), (QStringList{"full_name", "city", "tsl_extra"}));
 }
 
 QTEST_GUILESS_MAIN(auto_responder_test)

@@ -1,0 +1,93 @@
+// What is configured for automatic replies: the tests before it is stored, and the storing. What goes out:
+// auto_responder_test.cpp. The screen: tests/screens/autoresponder_test.cpp.
+#include "intake/auto_reply.h"
+#include "support/wizard_site.h"
+
+#include <QtTest/QTest>
+
+namespace {
+
+void add_map_names(wizard_site &site)
+{
+    site.add_map("names", 1, "Order", "Line", {{"full_name", "Line1", ":"}, {"city", "Line2", ":"}});
+}
+
+}
+
+class auto_reply_test : public QObject {
+    Q_OBJECT
+private slots:
+    void all_columns_are_quoted();
+    void the_tests_come_in_their_order_data();
+    void the_tests_come_in_their_order();
+    void the_field_lists_leave_every_map_s_own_columns_out();
+};
+
+void auto_reply_test::all_columns_are_quoted()
+{
+    wizard_site site;
+    add_map_names(site);
+    intake::auto_reply reply;
+    reply.SubjectType = intake::standard_subject;
+    reply.SubjectPrefix = "it's";
+    reply.Subject = "O'Neil's";
+    reply.GreetText = "'Dear'";
+    reply.autocontent = "It's ours: " + QString(1000, 'x');
+    reply.enable = false;
+    intake::save_auto_reply("names", reply);
+    QVERIFY(intake::stored_auto_reply("NAMES") == reply);
+    QCOMPARE(site.column("select enable from autocontent"), QStringList{"False"});
+    QVERIFY(!intake::stored_auto_reply("nobody's"));
+}
+
+void auto_reply_test::the_tests_come_in_their_order_data()
+{
+    QTest::addColumn<QString>("map");
+    QTest::addColumn<intake::auto_reply>("typed");
+    QTest::addColumn<QString>("words");
+    const intake::auto_reply nothing;
+    intake::auto_reply text = nothing;
+    text.autocontent = "Hello";
+    intake::auto_reply dynamic = text;
+    dynamic.SubjectType = intake::dynamic_subject;
+    intake::auto_reply token = text;
+    token.SubjectType = intake::support_token;
+    intake::auto_reply worded = token;
+    worded.SubjectPrefix = "No";
+    worded.LastToken = "5x";
+    intake::auto_reply endless = worded;
+    endless.LastToken = "1e999";
+    intake::auto_reply good = worded;
+    good.LastToken = " 5 ";
+    intake::auto_reply good_dynamic = dynamic; // without a field: that is an empty value
+    good_dynamic.SubjectPrefix = "No";
+    QTest::newRow("no map") << "" << nothing << "Please select map";
+    QTest::newRow("no text") << "names" << nothing << "Please enter mail text";
+    QTest::newRow("no subject") << "names" << text << "Please enter subject text.";
+    QTest::newRow("dynamic, no prefix") << "names" << dynamic << "Please enter subject prefix.";
+    QTest::newRow("token, no prefix") << "names" << token << "Please enter subject prefix.";
+    QTest::newRow("token, no number") << "names" << worded << "Please enter numeric value.";
+    QTest::newRow("token, too large") << "names" << endless << "Please enter numeric value.";
+    QTest::newRow("token") << "names" << good << "";
+    QTest::newRow("dynamic") << "names" << good_dynamic << "";
+}
+
+void auto_reply_test::the_tests_come_in_their_order()
+{
+    QFETCH(QString, map);
+    QFETCH(intake::auto_reply, typed);
+    QFETCH(QString, words);
+    const auto fault = intake::why_not_saveable(map, typed);
+    QCOMPARE(fault ? fault->words : QString(), words);
+}
+
+void auto_reply_test::the_field_lists_leave_every_map_s_own_columns_out()
+{
+    wizard_site site;
+    add_map_names(site);
+    site.run("alter table names add column tsl_extra text(255)");
+    QCOMPARE(intake::answer_fields("names"), (QStringList{"full_name", "city", "tsl_extra"}));
+}
+
+QTEST_GUILESS_MAIN(auto_reply_test)
+#include "auto_reply_test.moc"
