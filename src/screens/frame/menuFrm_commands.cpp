@@ -76,8 +76,11 @@ void menuFrm::bkp_folder_mnu_Click()
     the<backup_frm>().show();
 }
 
+// A restored back-up ends the program, and with it every open screen.
 void menuFrm::rst_bkp_Click()
 {
+    if (!all_screens_may_be_left())
+        return;
     bool restored = false;
     setCursor(Qt::WaitCursor); // looking at a large file takes its time
     const bool good = guarded("menuFrm.frm", "rst_bkp", [&] { restored = restore_backup(); });
