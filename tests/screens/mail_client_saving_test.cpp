@@ -174,7 +174,7 @@ private slots:
         type_good_settings();
         page::type("password_t", "");
         page::tick("token_c");
-        QCOMPARE(page::label("password_lb"), "&Access token:");
+        QCOMPARE(page::label("password_lb"), "Access to&ken:");
         page::type("token_command_t", "print-token ann");
         QVERIFY(!page::field("password_t").isEnabled());
         page::press("ok_b");
