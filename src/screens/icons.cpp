@@ -178,6 +178,24 @@ void draw_skipped(QPainter &painter)
     painter.drawLine(QPointF(7.5, 12), QPointF(16.5, 12));
 }
 
+void draw_information(QPainter &painter)
+{
+    draw_disc(painter, envelope_blue);
+    painter.setPen(QPen(Qt::white, 2.4, Qt::SolidLine, Qt::RoundCap));
+    painter.drawLine(QPointF(12, 11), QPointF(12, 17));
+    painter.drawPoint(QPointF(12, 7));
+}
+
+// As the marks on column heads: a cross in a text box is seen on a dark desktop too.
+void draw_clear(QPainter &painter)
+{
+    QColor colour = QGuiApplication::palette().color(QPalette::Text);
+    colour.setAlpha(190);
+    painter.setPen(QPen(colour, 2.2, Qt::SolidLine, Qt::RoundCap));
+    painter.drawLine(QPointF(7, 7), QPointF(17, 17));
+    painter.drawLine(QPointF(17, 7), QPointF(7, 17));
+}
+
 // The marks on column heads take the text's colour, so that they are seen on a dark desktop too.
 void draw_sort_mark(QPainter &painter, bool up, bool down)
 {
@@ -219,6 +237,8 @@ const std::map<QString, draw_routine> &pictures()
         {QStringLiteral("warning"), draw_warning},
         {QStringLiteral("failed"), draw_failed},
         {QStringLiteral("skipped"), draw_skipped},
+        {QStringLiteral("information"), draw_information},
+        {QStringLiteral("clear"), draw_clear},
         {QStringLiteral("key1"), [](QPainter &painter) { draw_sort_mark(painter, true, false); }},
         {QStringLiteral("key2"), [](QPainter &painter) { draw_sort_mark(painter, false, true); }},
         {QStringLiteral("keynone"), [](QPainter &painter) { draw_sort_mark(painter, false, false); }},
