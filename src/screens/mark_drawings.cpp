@@ -83,7 +83,7 @@ void skipped(QPainter &painter)
     painter.drawLine(QPointF(7.5, 12), QPointF(16.5, 12));
 }
 
-void drawings::information(QPainter &painter)
+void information(QPainter &painter)
 {
     draw_disc(painter, envelope_blue);
     painter.setPen(QPen(paper_white, 2.4, Qt::SolidLine, Qt::RoundCap));
@@ -92,7 +92,7 @@ void drawings::information(QPainter &painter)
 }
 
 // In the text's colour, as the marks on column heads: so that it is seen on a dark desktop too.
-void drawings::clear(QPainter &painter)
+void clear(QPainter &painter)
 {
     QColor colour = QGuiApplication::palette().color(QPalette::Text);
     colour.setAlpha(190);

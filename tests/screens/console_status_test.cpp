@@ -92,7 +92,7 @@ private slots:
         for (int mail = 0; mail < mails; ++mail)
             site.store.run("insert into orders (tsl_subject,tsl_processed) values('Hello',no)");
         site.console.show();
-        QTRY_COMPARE(site.count(), QString::number(mails) + " unprocessed");
+        QTRY_COMPARE(site.count(), QString::number(mails) + " in no table yet");
         QCOMPARE(control<QToolButton>(site.console, "unprocessed_b").toolTip(), hint);
     }
 
