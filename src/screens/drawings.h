@@ -31,6 +31,8 @@ void good(QPainter &painter);
 void warning(QPainter &painter);
 void failed(QPainter &painter);
 void skipped(QPainter &painter);
+void information(QPainter &painter);
+void clear(QPainter &painter);
 void sort_mark(QPainter &painter, bool up, bool down);
 
 }

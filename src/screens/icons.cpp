@@ -32,6 +32,8 @@ const std::map<QString, draw_routine> &pictures()
         {QStringLiteral("warning"), drawings::warning},
         {QStringLiteral("failed"), drawings::failed},
         {QStringLiteral("skipped"), drawings::skipped},
+        {QStringLiteral("information"), drawings::information},
+        {QStringLiteral("clear"), drawings::clear},
         {QStringLiteral("key1"), [](QPainter &painter) { drawings::sort_mark(painter, true, false); }},
         {QStringLiteral("key2"), [](QPainter &painter) { drawings::sort_mark(painter, false, true); }},
         {QStringLiteral("keynone"), [](QPainter &painter) { drawings::sort_mark(painter, false, false); }},

@@ -7,6 +7,7 @@
 // "reply", "delete", "sendmail",
 // "help", "tips", "mail_client",
 // "running", "good", "warning", "failed", "skipped" (steps of a test),
+// "information", "clear" (in a text box),
 // "tessaly" (the program's). Under the pointer a toolbar's picture lights up.
 QIcon drawn_icon(const QString &name);
 QIcon lit_icon(const QString &name);                  // the same, lit wherever the pointer is

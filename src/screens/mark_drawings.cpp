@@ -83,6 +83,24 @@ void skipped(QPainter &painter)
     painter.drawLine(QPointF(7.5, 12), QPointF(16.5, 12));
 }
 
+void information(QPainter &painter)
+{
+    draw_disc(painter, envelope_blue);
+    painter.setPen(QPen(paper_white, 2.4, Qt::SolidLine, Qt::RoundCap));
+    painter.drawLine(QPointF(12, 11), QPointF(12, 17));
+    painter.drawPoint(QPointF(12, 7));
+}
+
+// In the text's colour, as the marks on column heads: so that it is seen on a dark desktop too.
+void clear(QPainter &painter)
+{
+    QColor colour = QGuiApplication::palette().color(QPalette::Text);
+    colour.setAlpha(190);
+    painter.setPen(QPen(colour, 2.2, Qt::SolidLine, Qt::RoundCap));
+    painter.drawLine(QPointF(7, 7), QPointF(17, 17));
+    painter.drawLine(QPointF(17, 7), QPointF(7, 17));
+}
+
 // The marks on column heads take the text's colour, so that they are seen on a dark desktop too.
 void sort_mark(QPainter &painter, bool up, bool down)
 {

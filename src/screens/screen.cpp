@@ -4,6 +4,7 @@
 #include "frame/messages.h"
 #include "frame/session.h"
 #include "frame/status.h"
+#include "screens/area_place.h"
 #include "screens/spoken_names.h"
 
 #include <QApplication>
@@ -139,9 +140,8 @@ void screen::open_in_area(QMdiArea &area)
     const bool is_new = !sub_window;
     if (is_new) {
         sub_window = area.addSubWindow(this);
-        const QRect room = area.viewport()->rect();
-        const QSize size = sub_window->sizeHint().expandedTo(minimumSize()).boundedTo(room.size());
-        sub_window->setGeometry(QRect(room.center() - QPoint(size.width(), size.height()) / 2, size).intersected(room));
+        sub_window->setWindowIcon(windowIcon());
+        new area_place(*sub_window, area);
     }
     if (sub_window->isMinimized())
         sub_window->showNormal();
@@ -182,6 +182,7 @@ void screen::show_modal()
     modal_frame frame(over, *this, closes_on_escape());
     dialog = &frame;
     frame.setWindowTitle(windowTitle());
+    frame.setWindowIcon(windowIcon());
     auto *layout = new QVBoxLayout(&frame);
     layout->setContentsMargins(0, 0, 0, 0);
     const QPointer<QWidget> first = focusWidget(); // forgotten when the screen moves into the frame

@@ -167,6 +167,22 @@ private slots:
         QVERIFY(site.boxes.boxes[0].kind == message_kind::say);
     }
 
+    void a_grey_command_says_why()
+    {
+        screens_site site;
+        menuFrm console;
+        for (const QAction *action : console.findChildren<QAction *>()) {
+            if (action->objectName().isEmpty() || action->menu() || action->isEnabled())
+                continue;
+            QVERIFY2(action->toolTip().contains("not there yet"), qPrintable(action->objectName()));
+            QVERIFY2(action->statusTip().contains("not there yet"), qPrintable(action->objectName()));
+        }
+        QVERIFY(!control<QAction>(console, "export").isEnabled());
+        QVERIFY(control<QMenu>(console, "da").toolTipsVisible());
+        QVERIFY(control<QAction>(console, "fetchmail").isEnabled());
+        QVERIFY(!control<QAction>(console, "fetchmail").toolTip().contains("not there yet"));
+    }
+
     void status_lines_go_to_the_status_bar()
     {
         screens_site site;

@@ -258,10 +258,13 @@ int main(int argc, char **argv)
         qFatal("screens_pictures FOLDER");
     const QString folder = QString::fromLocal8Bit(argv[1]);
     QDir().mkpath(folder);
-    QApplication::setStyle(new desktop_style); // the application owns it
+    auto *style = new desktop_style;
+    QApplication::setStyle(style); // the application owns it
     take_pictures({folder, "light"});
     take_pictures_for_help({folder, "light"});
-    QApplication::setPalette(dark_colours());
+    QPalette dark = dark_colours();
+    style->polish(dark); // as it is asked to for the desktop's own colours
+    QApplication::setPalette(dark);
     take_pictures({folder, "dark"});
     return 0;
 }

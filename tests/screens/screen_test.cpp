@@ -121,6 +121,59 @@ private slots:
         QVERIFY(is_visible<sample_screen>());
     }
 
+    void its_window_in_the_area_wears_its_picture()
+    {
+        QMdiArea area;
+        set_screen_area(&area);
+        QPixmap red(16, 16);
+        red.fill(Qt::red);
+        the<sample_screen>().setWindowIcon(red);
+        the<sample_screen>().show();
+        const QImage worn = area.subWindowList().first()->windowIcon().pixmap(16, 16).toImage();
+        QCOMPARE(worn.pixelColor(8, 8), QColor(Qt::red));
+    }
+
+    void it_follows_the_areas_size_until_the_user_moves_it()
+    {
+        QMdiArea area;
+        area.resize(800, 600);
+        area.show();
+        set_screen_area(&area);
+        the<sample_screen>().setMinimumSize(100, 80);
+        the<sample_screen>().show();
+        QMdiSubWindow &window = *area.subWindowList().first();
+        const auto off_the_middle = [&] {
+            return (window.geometry().center() - area.viewport()->rect().center()).manhattanLength();
+        };
+        QVERIFY(off_the_middle() <= 2);
+        const QSize usual = window.size();
+        area.resize(500, 400);
+        QVERIFY(off_the_middle() <= 2);
+        area.resize(100, 100);
+        QVERIFY(window.width() <= qMax(100, window.minimumSizeHint().width()));
+        area.resize(800, 600);
+        QCOMPARE(window.size(), usual); // what a small area took away comes back
+        window.move(700, 500);          // partly outside: where the user has put it
+        area.resize(790, 590);
+        QVERIFY(area.viewport()->rect().contains(window.geometry()));
+        QVERIFY(off_the_middle() > 100);
+        QCOMPARE(window.size(), usual);
+    }
+
+    void one_as_large_as_the_area_stays_so()
+    {
+        QMdiArea area;
+        area.resize(800, 600);
+        area.show();
+        set_screen_area(&area);
+        the<sample_screen>().show();
+        QMdiSubWindow &window = *area.subWindowList().first();
+        window.showMaximized();
+        area.resize(700, 500);
+        QVERIFY(window.isMaximized());
+        QCOMPARE(window.size(), area.viewport()->size());
+    }
+
     void escape_unloads_it()
     {
         the<sample_screen>().show();

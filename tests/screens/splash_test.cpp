@@ -63,6 +63,19 @@ private slots:
         QVERIFY(!is_loaded<MapWizardStep1_frm>());
     }
 
+    void enter_on_a_button_presses_it()
+    {
+        screens_site site;
+        write_tips(site, "One\nTwo\n");
+        the<frmSplash>().show();
+        const QString first = control<QLabel>(the<frmSplash>(), "tip_lb").text();
+        control<QPushButton>(the<frmSplash>(), "nexttip_b").setFocus();
+        QTest::keyClick(&control<QPushButton>(the<frmSplash>(), "nexttip_b"), Qt::Key_Return);
+        QVERIFY(is_loaded<frmSplash>());
+        QVERIFY(control<QLabel>(the<frmSplash>(), "tip_lb").text() != first);
+        the<frmSplash>().unload();
+    }
+
     void next_and_previous_walk_round_the_tips()
     {
         screens_site site;

@@ -107,7 +107,7 @@ void console_status::count_mails()
     count_timer->stop();
     const bool counted = guarded("menuFrm.frm", "count_mails", [this] {
         const qint64 mails = intake::count_unprocessed_mails();
-        unprocessed_b->setText(QString::number(mails) + " unprocessed");
+        unprocessed_b->setText(QString::number(mails) + " in no table yet");
         unprocessed_b->setToolTip(unprocessed_words(mails) + ". A click opens the Mail Auditor" +
                                   (mails == 0 ? "." : ", which says why."));
         unprocessed_b->setAccessibleName(unprocessed_words(mails));

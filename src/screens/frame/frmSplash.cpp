@@ -82,6 +82,9 @@ void frmSplash::keyPressEvent(QKeyEvent *event)
 {
     if (event->key() == Qt::Key_F1)
         return screen::keyPressEvent(event);
+    const bool is_enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (is_enter && press_button_for_enter())
+        return;
     const bool only_a_modifier = event->key() == Qt::Key_Shift || event->key() == Qt::Key_Control ||
                                  event->key() == Qt::Key_Alt || event->key() == Qt::Key_Meta;
     if (!only_a_modifier)

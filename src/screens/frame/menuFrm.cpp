@@ -30,6 +30,7 @@
 namespace {
 
 constexpr int tick_ms = 10000;
+const char *const not_there_yet = "This command's screen is not there yet";
 constexpr int tick_waits_ms = 5000; // the window stands still meanwhile
 
 }
@@ -69,11 +70,14 @@ void menuFrm::build_menu()
             QMenu *menu =
                 open_menus.empty() ? menuBar()->addMenu(entry.caption) : open_menus.back()->addMenu(entry.caption);
             menu->setObjectName(entry.name);
+            menu->setToolTipsVisible(true);
             open_menus.push_back(menu);
         } else {
             QAction *action = open_menus.back()->addAction(entry.caption);
             action->setObjectName(entry.name);
-            action->setEnabled(false); // until works() says otherwise: its screen does not exist yet
+            action->setEnabled(false); // until works() says otherwise
+            action->setToolTip(not_there_yet);
+            action->setStatusTip(not_there_yet);
         }
     }
     findChild<QMenu *>("composer_mnu")->menuAction()->setVisible(false); // the composer shows it while it is open
@@ -83,6 +87,7 @@ void menuFrm::build_toolbar()
 {
     command("fetchmail")->setIcon(drawn_icon("fetchmail"));
     command("mauditor_mnu")->setIcon(drawn_icon("mauditor_mnu"));
+    command("outbox_mnu")->setIcon(drawn_icon("sent"));
     command("showtips")->setIcon(drawn_icon("tips"));
     command("contents")->setIcon(drawn_icon("help"));
     command("contents")->setIconText("Help");

@@ -51,6 +51,8 @@ QAction *menuFrm::command(const char *name) const
 void menuFrm::works(const char *name, void (menuFrm::*handler)())
 {
     command(name)->setEnabled(true);
+    command(name)->setToolTip({});
+    command(name)->setStatusTip({});
     connect(command(name), &QAction::triggered, this, handler);
 }
 
