@@ -9,6 +9,7 @@
 #include "maps/map_writing.h"
 #include "screens/icons.h"
 #include "screens/intake/mapinprogress_frm.h"
+#include "screens/wait_pointer.h"
 #include "ui_mapwizardsave_frm.h"
 
 #include <QStyle>
