@@ -218,9 +218,10 @@ std::optional<std::vector<mail_line>> write_report(const report_request &request
     const auto mails = mails_of(select, kinds, give_up);
     if (!mails)
         return std::nullopt;
-    if (!write_rows(*mails, shared_values(request, qsizetype(mails->size()), kinds), give_up))
-        return std::nullopt;
+    const bool are_written = write_rows(*mails, shared_values(request, qsizetype(mails->size()), kinds), give_up);
     before_outside_effect();
+    if (!are_written)
+        return std::nullopt;
     std::vector<mail_line> lines;
     lines.reserve(mails->size());
     for (const reported_mail &mail : *mails)

@@ -6,6 +6,7 @@
 #include "platform/outside_effects.h"
 #include "support/raw_store.h"
 #include "support/report_site.h"
+#include "support/test_store.h"
 
 #include <QTest>
 
