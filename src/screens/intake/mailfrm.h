@@ -1,7 +1,7 @@
 // The Mail Auditor, "Tessaly - Inbox": the stored mails of all accounts and the sent ones, with their text. Loading it
 // fetches and parses, unless session.no_fetch is set; intake/fetch.h and intake/map_parser.h do the work.
-// Its two lists: listed_mails.h. Its lower part: reading_pane.h, pane_height.h, mailfrm_reading.cpp. Deleting and
-// answering: mailfrm_commands.cpp. The report on sent mails: sent_report_bar.h.
+// Its two lists: listed_mails.h. Its lower part: reading_pane.h, pane_height.h, mailfrm_reading.cpp. Fetching:
+// mailfrm_fetching.cpp. Deleting and answering: mailfrm_commands.cpp. The report on sent mails: sent_report_bar.h.
 #pragma once
 #include "screens/screen.h"
 #include <memory>
@@ -15,6 +15,7 @@ namespace intake {
 struct mail_line;
 struct mail_text;
 }
+struct run_time_error;
 class listed_mails;
 class pane_height;
 
@@ -42,11 +43,10 @@ public:
 protected:
     QString help_topic() const override;
     void keyPressEvent(QKeyEvent *event) override;
-    void resizeEvent(QResizeEvent *event) override;
 
 private:
     void fetch_and_parse();
-    void tell_broken_fetch();
+    void tell_broken_fetch(const run_time_error &failure);
     void show_what_is_stored();
     bool shows_sent_items() const;
     void set_up_commands();

@@ -4,25 +4,19 @@
 
 #include <QEvent>
 #include <QSplitter>
-#include <numeric>
 #include <utility>
 
 namespace {
 
 const auto share_section = QStringLiteral("screens");
 constexpr double list_share = 0.4;
-constexpr double most_with_bar = 0.65; // the text stays readable below a high bar
-
-int whole_height(const QSplitter &splitter)
-{
-    const QList<int> sizes = splitter.sizes();
-    return std::accumulate(sizes.begin(), sizes.end(), 0);
-}
+constexpr double most_with_bar = 0.7; // the text stays readable below a high bar
 
 }
 
 pane_height::pane_height(QSplitter &shared) : QObject(&shared), splitter(shared)
 {
+    splitter.installEventFilter(this);
     splitter.handle(1)->installEventFilter(this);
     connect(&splitter, &QSplitter::splitterMoved, this, &pane_height::splitter_Moved);
 }
@@ -37,18 +31,16 @@ void pane_height::show_view(const QString &memory_name, const QWidget *bar)
     fit();
 }
 
-double pane_height::first_share(int whole) const
+double pane_height::first_share() const
 {
     const double bar = view_bar ? view_bar->sizeHint().height() : 0;
-    return qMin(list_share + bar / whole, most_with_bar);
+    return qMin(list_share + bar / qMax(1, splitter.height()), most_with_bar);
 }
 
 void pane_height::fit()
 {
-    const int whole = whole_height(splitter);
-    if (whole <= 0)
-        return;
-    const double share = users_shares.contains(view_name) ? users_shares[view_name] : first_share(whole);
+    constexpr int whole = 10000; // the splitter makes pixels of it, at each of its sizes
+    const double share = users_shares.contains(view_name) ? users_shares[view_name] : first_share();
     const int upper = qRound(whole * share);
     splitter.setSizes({upper, whole - upper});
 }
@@ -56,7 +48,8 @@ void pane_height::fit()
 void pane_height::splitter_Moved()
 {
     was_dragged = true;
-    users_shares[view_name] = double(splitter.sizes().first()) / whole_height(splitter);
+    const QList<int> sizes = splitter.sizes();
+    users_shares[view_name] = double(sizes[0]) / (sizes[0] + sizes[1]);
 }
 
 void pane_height::keep_share()
@@ -67,6 +60,8 @@ void pane_height::keep_share()
 
 bool pane_height::eventFilter(QObject *watched, QEvent *event)
 {
+    if (watched == &splitter && event->type() == QEvent::Resize)
+        fit(); // its height is the new one already
     if (event->type() == QEvent::MouseButtonRelease && std::exchange(was_dragged, false))
         keep_share();
     return QObject::eventFilter(watched, event);

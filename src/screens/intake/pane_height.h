@@ -13,13 +13,13 @@ public:
 
     // bar: what stands above the view's list and takes its own height from the text; nullptr: nothing does.
     void show_view(const QString &memory_name, const QWidget *bar);
-    void fit(); // after the bar or the window has changed
+    void fit(); // after the bar has changed
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    double first_share(int whole) const;
+    double first_share() const;
     void splitter_Moved();
     void keep_share();
 
