@@ -28,10 +28,8 @@ void make_table(const QString &query)
 QStringList query_list()
 {
     QStringList names{"Select query"};
-    ado::Recordset rows;
-    rows.Open("select * from email_tbl", *session.store_connection);
-    for (; !rows.EOF_(); rows.MoveNext())
-        names += rows["query"].text_or_empty();
+    for (const stored_account &each : stored_accounts())
+        names += each.query;
     return names;
 }
 

@@ -3,18 +3,26 @@
 #include "frame/session.h"
 #include "frame/store.h"
 
+std::vector<stored_account> stored_accounts()
+{
+    std::vector<stored_account> found;
+    ado::Recordset rows;
+    rows.Open("select * from email_tbl", *session.store_connection);
+    for (; !rows.EOF_(); rows.MoveNext())
+        found.push_back({rows["id"].text_or_empty(), rows["query"].text_or_empty(), rows["email"].text_or_empty(),
+                         rows["table_name"].text_or_empty()});
+    return found;
+}
+
 void load_accounts()
 {
     session.account_ids.clear();
-    ado::Recordset accounts;
-    accounts.Open("select * from email_tbl", *session.store_connection);
-    if (accounts.EOF_())
+    const std::vector<stored_account> accounts = stored_accounts();
+    if (accounts.empty())
         return say("Mail ids not yet configured");
-    session.account_ids.resize(size_t(accounts.RecordCount()) + 2);
-    for (size_t column = 1; !accounts.EOF_(); accounts.MoveNext(), ++column) {
-        session.account_ids[column] = {accounts["email"].text_or_empty(), accounts["table_name"].text_or_empty(),
-                                       accounts["id"].text_or_empty()};
-    }
+    session.account_ids.resize(accounts.size() + 2);
+    for (size_t number = 0; number < accounts.size(); ++number)
+        session.account_ids[number + 1] = {accounts[number].email, accounts[number].table_name, accounts[number].id};
 }
 
 int account_upper_bound()

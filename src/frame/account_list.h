@@ -1,6 +1,12 @@
-// The accounts in memory: session.account_ids.
+// The accounts, as they are stored and in memory: session.account_ids.
 #pragma once
 #include <QString>
+#include <vector>
+
+struct stored_account {
+    QString id, query, email, table_name;
+};
+std::vector<stored_account> stored_accounts(); // email_tbl in its own order
 
 // Reads email_tbl in its own order. No rows: says "Mail ids not yet configured"; the list is empty then.
 void load_accounts();

@@ -46,7 +46,7 @@ bool is_logged(const run_time_error &error)
 }
 
 // One line of the log is one line: a line end inside a text would shift all that follows.
-QString on_one_line(QString text)
+QString as_log_line(QString text)
 {
     return text.replace(QStringLiteral("\r\n"), QStringLiteral(" ")).replace(u'\r', u' ').replace(u'\n', u' ');
 }
@@ -101,14 +101,14 @@ void write_error_log()
     try {
         before_outside_effect();
     } catch (const run_time_error &error) {
-        status_line(QStringLiteral("The store cannot be written: ") + on_one_line(error.description));
+        status_line(QStringLiteral("The store cannot be written: ") + as_log_line(error.description));
     }
     const QStringList entry{us_date_time(now()), QString::number(qint32(session.err_number)),
-                            on_one_line(session.err_description), session.err_form, session.err_routine};
+                            as_log_line(session.err_description), session.err_form, session.err_routine};
     try {
         Append(path, line_end_before_entry(path) + entry.join(QStringLiteral("\r\n")).toUtf8());
     } catch (const run_time_error &) {
         status_line(QStringLiteral("The error log cannot be written. ") + session.err_routine + QStringLiteral(": ") +
-                    on_one_line(session.err_description));
+                    as_log_line(session.err_description));
     }
 }

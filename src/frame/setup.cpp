@@ -1,4 +1,5 @@
 #include "frame/setup.h"
+#include "frame/account_list.h"
 #include "frame/store.h"
 #include "frame/text.h"
 
@@ -43,9 +44,7 @@ bool is_installed()
 
 void finish_setup()
 {
-    ado::Recordset accounts;
-    accounts.Open("select * from email_tbl", *session.store_connection);
-    for (; !accounts.EOF_(); accounts.MoveNext())
-        make_account_table(accounts["query"].text_or_empty());
+    for (const stored_account &each : stored_accounts())
+        make_account_table(each.query);
     run_sql("update install_tbl set install=yes");
 }

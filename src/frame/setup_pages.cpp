@@ -1,4 +1,5 @@
 #include "frame/setup_pages.h"
+#include "frame/account_list.h"
 #include "frame/checks.h"
 #include "frame/fixed_tables.h"
 #include "frame/store.h"
@@ -55,10 +56,8 @@ QString site_ending(const QString &url)
 QStringList account_names()
 {
     QStringList names;
-    ado::Recordset rows;
-    rows.Open("select * from email_tbl", *session.store_connection);
-    for (; !rows.EOF_(); rows.MoveNext())
-        names += rows["query"].text_or_empty();
+    for (const stored_account &each : stored_accounts())
+        names += each.query;
     return names;
 }
 

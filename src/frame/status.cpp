@@ -6,6 +6,7 @@ struct status_sinks {
     std::function<void(const QString &)> line;
     std::function<void(const QString &, qint64, qint64)> progress;
     std::function<void()> mails_changed;
+    quint64 mail_changes = 0;
     int fetch_scopes = 0;
     bool shows_fetch_line = false;
 } sinks;
@@ -54,8 +55,14 @@ void set_progress_sink(std::function<void(const QString &, qint64, qint64)> sink
 
 void mails_changed()
 {
+    ++sinks.mail_changes;
     if (sinks.mails_changed)
         sinks.mails_changed();
+}
+
+quint64 mail_changes()
+{
+    return sinks.mail_changes;
 }
 
 void set_mails_changed_sink(std::function<void()> sink)

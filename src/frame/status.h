@@ -25,4 +25,5 @@ void set_progress_sink(std::function<void(const QString &, qint64, qint64)> sink
 // The stored mails are not what they were (fetched, mapped, deleted): whoever shows their number counts anew. To be
 // told once a change, not once a mail.
 void mails_changed();
+quint64 mail_changes(); // how often that was told: whoever keeps the number sees later that its list is old
 void set_mails_changed_sink(std::function<void()> sink);

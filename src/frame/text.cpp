@@ -1,6 +1,7 @@
 #include "frame/text.h"
 
 #include <QChar>
+#include <algorithm>
 #include <climits>
 
 namespace {
@@ -229,6 +230,15 @@ int leading_number(QStringView text)
 QString us_date(const QDate &date)
 {
     return QString::number(date.month()) + u'/' + QString::number(date.day()) + u'/' + QString::number(date.year());
+}
+
+QString on_one_line(QString text)
+{
+    const auto breaks = [](QChar letter) { return letter != u' ' && letter.isSpace(); };
+    if (std::none_of(text.cbegin(), text.cend(), breaks))
+        return text;
+    std::replace_if(text.begin(), text.end(), breaks, QChar(u' '));
+    return text;
 }
 
 QString us_date_time(const QDateTime &moment)

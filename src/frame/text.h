@@ -16,6 +16,7 @@ QString remove_all(QStringView text, QStringView part);                    // th
 QString remove_first(QStringView text, QStringView part);                  // case-blind, the first occurrence only
 QStringList pieces(const QString &text, const QString &separator);         // letter for letter; "" has no pieces
 QString left(const QString &text, qsizetype count); // never halves a surrogate pair: one less then
+QString on_one_line(QString text);                  // each line end, tab and the like becomes a blank
 QString crlf_line_ends(QStringView text);           // each LF becomes CR LF, whatever stands before it
 
 bool is_numeric(QStringView text); // outer blanks, sign, digits with optional thousands commas, one point, exponent

@@ -7,5 +7,7 @@ namespace intake {
 
 void delete_stored_mail(const mail_line &line);
 void delete_sent_mail(const mail_line &line);
+QString stored_mail_delete(const mail_line &line); // the statements
+QString sent_mail_delete(const mail_line &line);
 
 }

@@ -1,6 +1,7 @@
 #include "intake/mail_lines.h"
 #include "frame/account_list.h"
 #include "frame/error_log.h"
+#include "frame/shown_text.h"
 #include "frame/store.h"
 #include "frame/text.h"
 
@@ -44,7 +45,7 @@ void add_lines_of(const QString &table, std::vector<mail_line> &lines)
     mails.Close();
 }
 
-mail_text text_in(ado::Recordset &row, const QString &who, const QString &date)
+mail_text mail_text_in(ado::Recordset &row, const QString &who, const QString &date)
 {
     const QDateTime moment = moment_of(row[date]);
     return {row[who].text_or_empty(), row["tsl_subject"].text_or_empty(),
@@ -70,17 +71,15 @@ std::vector<mail_line> stored_mail_lines(int &left_out)
     return lines;
 }
 
-mail_text stored_mail_text(const mail_line &line)
+std::optional<mail_text> stored_mail_text(const mail_line &line)
 {
-    mail_text text;
     ado::Recordset row;
     row.Open("select * from " + line.table + " where message_id=" + QString::number(line.id),
              *session.store_connection);
-    if (!row.EOF_()) {
-        text = text_in(row, "tsl_Email", "tsl_recdate");
-        text.unprocessed = !row["tsl_processed"].to_flag();
-    }
-    row.Close();
+    if (row.EOF_())
+        return std::nullopt;
+    mail_text text = mail_text_in(row, "tsl_Email", "tsl_recdate");
+    text.unprocessed = !row["tsl_processed"].to_flag();
     return text;
 }
 
@@ -106,23 +105,18 @@ mail_line sent_mail_line(ado::Recordset &sent_mails)
             odd_date_text(sent_mails["tsl_sentdate"], moment)};
 }
 
-mail_text sent_mail_text(const mail_line &line)
+std::optional<mail_text> sent_mail_text(const mail_line &line)
 {
-    mail_text text;
     ado::Recordset row;
     row.Open("select * from sentitems_tbl where sentid=" + QString::number(line.id), *session.store_connection);
-    if (!row.EOF_())
-        text = text_in(row, "tsl_to", "tsl_sentdate");
-    row.Close();
-    return text;
+    if (row.EOF_())
+        return std::nullopt;
+    return mail_text_in(row, "tsl_to", "tsl_sentdate");
 }
 
 QString text_to_show(const QString &body)
 {
-    constexpr qsizetype most_shown = 300000;
-    if (body.size() <= most_shown)
-        return body;
-    return left(body, most_shown) + "\n\n(The text is longer than what is shown here.)";
+    return body.size() <= most_letters_shown ? body : left(body, most_letters_shown) + cut_text_notice;
 }
 
 }

@@ -3,6 +3,7 @@
 #pragma once
 #include <QDateTime>
 #include <QString>
+#include <optional>
 #include <vector>
 
 namespace ado {
@@ -29,13 +30,13 @@ struct mail_text {
 // All accounts' mails, in the order of the accounts and of their tables. An account whose table cannot be read is
 // logged ("Mailfrm.frm", "showmails_from_database") and left out, the others are listed; left_out counts them.
 std::vector<mail_line> stored_mail_lines(int &left_out);
-mail_text stored_mail_text(const mail_line &line); // empty when the row is gone
+std::optional<mail_text> stored_mail_text(const mail_line &line); // nothing: the row is gone
 
 std::vector<mail_line> sent_mail_lines();             // of sentitems_tbl
 mail_line sent_mail_line(ado::Recordset &sent_mails); // of its current row
-mail_text sent_mail_text(const mail_line &line);
+std::optional<mail_text> sent_mail_text(const mail_line &line);
 
-// What a box shows of a mail's text: mail is hostile, and many megabytes would be laid out for minutes.
+// What a box shows of a mail's text: frame/shown_text.h.
 QString text_to_show(const QString &body);
 
 }

@@ -1,4 +1,5 @@
 #include "intake/mail_reply.h"
+#include "frame/account_list.h"
 #include "frame/store.h"
 #include "frame/text.h"
 #include "platform/clock.h"
@@ -9,15 +10,6 @@ namespace intake {
 
 namespace {
 
-// What came by mail may hold line ends, which a subject must not.
-QString one_line(QString text)
-{
-    for (QChar &letter : text)
-        if (letter.isSpace())
-            letter = u' ';
-    return text;
-}
-
 QString with_lf_line_ends(QString text)
 {
     return text.replace("\r\n", "\n").replace(u'\r', u'\n');
@@ -27,7 +19,7 @@ QString with_lf_line_ends(QString text)
 
 mail_reply reply_to(const mail_text &mail)
 {
-    return {trim(mail.who), "Re: " + one_line(mail.subject),
+    return {trim(mail.who), "Re: " + on_one_line(mail.subject),
             "\n-----Your Original Message-----\n" + with_lf_line_ends(text_to_show(mail.body))};
 }
 
@@ -40,11 +32,8 @@ bool lacks_subject(const QString &subject)
 std::vector<sending_account> sending_accounts()
 {
     std::vector<sending_account> found;
-    ado::Recordset accounts;
-    accounts.Open("select * from email_tbl", *session.store_connection);
-    for (; !accounts.EOF_(); accounts.MoveNext())
-        found.push_back({accounts["query"].text_or_empty(), accounts["email"].text_or_empty()});
-    accounts.Close();
+    for (const stored_account &each : stored_accounts())
+        found.push_back({each.query, each.email});
     return found;
 }
 
@@ -66,13 +55,18 @@ void hand_over_reply(const mail_reply &reply, const sending_account &account)
     MAPISession1->SignOff();
 }
 
+QString reply_insert(const mail_reply &reply, const sending_account &account)
+{
+    return "insert into sentitems_tbl (tsl_to,tsl_subject,tsl_sentdate,tsl_body,tsl_sentaccount,tsl_sentmailid) "
+           "values(" +
+           quote_sql(reply.to) + ',' + quote_sql(reply.subject) + ',' + quote_sql(us_date_time(now())) + ',' +
+           quote_sql(crlf_line_ends(reply.body)) + ',' + quote_sql(account.query) + ',' + quote_sql(account.email) +
+           ')';
+}
+
 void log_reply(const mail_reply &reply, const sending_account &account)
 {
-    run_sql("insert into sentitems_tbl (tsl_to,tsl_subject,tsl_sentdate,tsl_body,tsl_sentaccount,tsl_sentmailid) "
-            "values(" +
-            quote_sql(reply.to) + ',' + quote_sql(reply.subject) + ',' + quote_sql(us_date_time(now())) + ',' +
-            quote_sql(crlf_line_ends(reply.body)) + ',' + quote_sql(account.query) + ',' + quote_sql(account.email) +
-            ')');
+    run_sql(reply_insert(reply, account));
 }
 
 }

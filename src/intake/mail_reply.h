@@ -25,5 +25,6 @@ std::vector<sending_account> sending_accounts(); // in the order of email_tbl
 // Fails with mapi::unknown_recipient where no mail can be addressed so. When it returns, the mail is durable.
 void hand_over_reply(const mail_reply &reply, const sending_account &account);
 void log_reply(const mail_reply &reply, const sending_account &account);
+QString reply_insert(const mail_reply &reply, const sending_account &account); // that statement
 
 }

@@ -1,8 +1,11 @@
 #include "intake/sent_report.h"
+#include "frame/account_list.h"
+#include "frame/error_log.h"
 #include "frame/status.h"
 #include "frame/store.h"
 #include "frame/text.h"
 #include "platform/clock.h"
+#include "platform/outside_effects.h"
 
 #include <algorithm>
 
@@ -90,9 +93,28 @@ std::optional<std::vector<reported_mail>> mails_of(const QString &select, mail_k
     return mails;
 }
 
+// A report that stops half-way, whatever stopped it, leaves no rows: they would say that there are more of them.
+class rows_or_none {
+public:
+    rows_or_none() = default;
+    ~rows_or_none()
+    {
+        if (!are_whole)
+            guarded("Mailfrm.frm", "genrep_b", empty_report);
+    }
+    rows_or_none(const rows_or_none &) = delete;
+    rows_or_none &operator=(const rows_or_none &) = delete;
+    void keep() { are_whole = true; }
+
+private:
+    bool are_whole = false;
+};
+
 bool write_rows(const std::vector<reported_mail> &mails, const QStringList &shared,
                 const std::function<bool()> &give_up)
 {
+    const held_commits together; // nor does a kill leave some of them
+    rows_or_none rows;
     const QString day = us_date(today());
     qint64 written = 0;
     for (const reported_mail &mail : mails) {
@@ -101,6 +123,7 @@ bool write_rows(const std::vector<reported_mail> &mails, const QStringList &shar
         run_sql(report_insert(shared + QStringList{mail.line.who, mail.line.subject, mail.date, day}));
         report_progress(QStringLiteral("Writing the report"), ++written, qint64(mails.size()));
     }
+    rows.keep();
     return true;
 }
 
@@ -195,10 +218,10 @@ std::optional<std::vector<mail_line>> write_report(const report_request &request
     const auto mails = mails_of(select, kinds, give_up);
     if (!mails)
         return std::nullopt;
-    if (!write_rows(*mails, shared_values(request, qsizetype(mails->size()), kinds), give_up)) {
-        empty_report();
+    const bool are_written = write_rows(*mails, shared_values(request, qsizetype(mails->size()), kinds), give_up);
+    before_outside_effect();
+    if (!are_written)
         return std::nullopt;
-    }
     std::vector<mail_line> lines;
     lines.reserve(mails->size());
     for (const reported_mail &mail : *mails)
@@ -225,11 +248,8 @@ QDate last_report_date()
 std::vector<report_account> report_accounts()
 {
     std::vector<report_account> found;
-    ado::Recordset rows;
-    rows.Open(QStringLiteral("select * from email_tbl"), *session.store_connection);
-    for (; !rows.EOF_(); rows.MoveNext())
-        found.push_back({rows["id"].to_text(), rows["query"].text_or_empty()});
-    rows.Close();
+    for (const stored_account &each : stored_accounts())
+        found.push_back({each.id, each.query});
     return found;
 }
 

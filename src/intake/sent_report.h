@@ -45,7 +45,7 @@ QString filters_text(const report_request &request);    // as it stands in filte
 QString report_insert(const QStringList &values);       // one row, in the order of the columns above
 
 // Writes a row for each mail of the select and gives the mails back for the list. Asks give_up at every mail; then the
-// table is empty again and nothing comes back.
+// table is empty again and nothing comes back. So it is after a failure, which passes on, and after a kill.
 std::optional<std::vector<mail_line>> write_report(const report_request &request, const QString &select,
                                                    const std::function<bool()> &give_up);
 

@@ -1,12 +1,11 @@
 #include "screens/exact_text.h"
+#include "frame/shown_text.h"
 
 #include <QMimeData>
 #include <QTextBlock>
 #include <algorithm>
 
 namespace {
-
-constexpr qsizetype most_shown = 300000; // mail is hostile: many megabytes would be laid out for minutes
 
 // What the document would take for the start of a line, of a frame or of a picture, or would not draw.
 QChar drawable(QChar letter)
@@ -63,7 +62,7 @@ void exact_text::set_text(const QString &text)
     quiet.clear();
     marked = {};
     show_stretches(); // cursors left in the document would be moved at each of its lines
-    qsizetype end = std::min(whole.size(), most_shown);
+    qsizetype end = std::min(whole.size(), most_letters_shown);
     if (is_inside_pair(whole, end))
         --end;
     QString shown;
@@ -76,9 +75,8 @@ void exact_text::set_text(const QString &text)
         shown += drawable(whole[place]);
     }
     if (end < whole.size()) {
-        const QString notice = QStringLiteral("\n\n(The text is longer than what is shown here.)");
-        places.resize(places.size() + size_t(notice.size()), end);
-        shown += notice;
+        places.resize(places.size() + size_t(cut_text_notice.size()), end);
+        shown += cut_text_notice;
     }
     places.push_back(end);
     setPlainText(shown);

@@ -50,10 +50,12 @@ QByteArray report_screen::log_name() const
 
 void report_screen::Load()
 {
+    QApplication::setOverrideCursor(Qt::WaitCursor); // each row is laid out: thousands take some seconds
     std::shared_ptr<paged_report> report;
     if (!guarded(log_name(), "Form_Load", [&] { report = make_report(); }))
         CRViewer->set_empty_text("The report could not be read.\n" + session.err_description);
     CRViewer->ViewReport(std::move(report));
+    QApplication::restoreOverrideCursor();
     CRViewer->take_focus();
 }
 

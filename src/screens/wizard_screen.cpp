@@ -19,19 +19,3 @@ void wizard_screen::keyPressEvent(QKeyEvent *event)
     else
         screen::keyPressEvent(event);
 }
-
-wait_pointer::wait_pointer(QWidget &screen) : over(&screen), console(screen.window())
-{
-    if (QWidget *parent = console->parentWidget()) // a dialog over the console
-        console = parent->window();
-    over->setCursor(Qt::WaitCursor);
-    console->setCursor(Qt::WaitCursor);
-}
-
-wait_pointer::~wait_pointer()
-{
-    if (over)
-        over->unsetCursor();
-    if (console)
-        console->unsetCursor();
-}

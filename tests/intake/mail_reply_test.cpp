@@ -2,6 +2,7 @@
 #include "frame/session.h"
 #include "intake/mail_deletion.h"
 #include "intake/mail_reply.h"
+#include "platform/clock.h"
 #include "platform/mail_session.h"
 #include "platform/real/mail_session/real_mail_session.h"
 #include "platform/services.h"
@@ -39,6 +40,20 @@ private slots:
         QCOMPARE(reply.to, "ann@mail.example");
         QCOMPARE(reply.subject, "Re: Two  lines");
         QCOMPARE(reply.body, "\n-----Your Original Message-----\nOne\nTwo\nThree\nFour");
+    }
+
+    void the_statements_stand_to_the_letter()
+    {
+        set_clock([] { return QDateTime(QDate(2026, 11, 21), QTime(13, 2, 3), Qt::UTC); });
+        const QString insert =
+            intake::reply_insert({"ann@mail.example", "Re: Ann's", "One\nTwo"}, {"orders", "orders@shop.example"});
+        set_clock({});
+        QCOMPARE(insert,
+                 "insert into sentitems_tbl (tsl_to,tsl_subject,tsl_sentdate,tsl_body,tsl_sentaccount,tsl_sentmailid) "
+                 "values('ann@mail.example','Re: Ann''s','11/21/2026 1:02:03 PM','One\r\nTwo','orders',"
+                 "'orders@shop.example')");
+        QCOMPARE(intake::stored_mail_delete({"orders", 17, {}, {}, {}}), "delete from orders where message_id=17");
+        QCOMPARE(intake::sent_mail_delete({{}, 9, {}, {}, {}}), "delete from sentitems_tbl where sentid=9");
     }
 
     void an_endless_mail_is_quoted_from_its_start()

@@ -3,7 +3,10 @@
 #include "frame/status.h"
 #include "intake/printed_report.h"
 #include "intake/sent_report.h"
+#include "platform/outside_effects.h"
+#include "support/raw_store.h"
 #include "support/report_site.h"
+#include "support/test_store.h"
 
 #include <QTest>
 
@@ -39,6 +42,8 @@ private slots:
     void quotes_and_hostile_subjects_arrive_whole();
     void giving_up_leaves_an_empty_table_data();
     void giving_up_leaves_an_empty_table();
+    void nothing_of_a_run_is_committed_before_its_end();
+    void a_failing_row_leaves_an_empty_table();
     void progress_is_told();
     void the_last_date_data();
     void the_last_date();
@@ -150,6 +155,38 @@ void sent_report_test::giving_up_leaves_an_empty_table()
     const QString select = intake::report_select(november()).value();
     QVERIFY(!intake::write_report(november(), select, [&] { return asked++ >= asked_before; }));
     QCOMPARE(asked, asked_before + 1);
+    QCOMPARE(site.column("select count(*) from printreport_tbl"), QStringList{"0"});
+}
+
+void sent_report_test::nothing_of_a_run_is_committed_before_its_end()
+{
+    const report_site site;
+    for (const char *to : {"one@mail.example", "two@mail.example", "three@mail.example"})
+        site.add_sent(to, "Offer", "11/9/2026 8:00:00 AM");
+    QList<bool> held;
+    const auto select = intake::report_select(november());
+    intake::write_report(november(), *select, [&held] {
+        held += commits_are_held();
+        return false;
+    });
+    QCOMPARE(held, (QList<bool>{false, false, false, true, true, true})); // read first, then written
+    QVERIFY(!commits_are_held());
+    QCOMPARE(raw_store(site.folder.filePath("mailapp.mdb")).text("select sentto from printreport_tbl"),
+             "one@mail.example two@mail.example three@mail.example"); // on disk, all of it
+}
+
+void sent_report_test::a_failing_row_leaves_an_empty_table()
+{
+    const report_site site;
+    site.add_sent("one@mail.example", "Offer", "11/9/2026 8:00:00 AM");
+    site.add_sent("two@mail.example", "Offer", "11/9/2026 8:00:00 AM");
+    before_outside_effect();
+    raw_store(site.folder.filePath("mailapp.mdb"))
+        .run("create trigger second before insert on printreport_tbl when new.sentto like 'two%' begin select "
+             "raise(abort,'the second row'); end");
+    const auto select = intake::report_select(november());
+    const quint32 number = error_number_of([&] { intake::write_report(november(), *select, never); });
+    QCOMPARE(number, quint32(ado::store_failure));
     QCOMPARE(site.column("select count(*) from printreport_tbl"), QStringList{"0"});
 }
 

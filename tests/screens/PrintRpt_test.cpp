@@ -12,6 +12,7 @@
 #include "support/scripted_dialogs.h"
 #include "support/scripted_printing.h"
 
+#include <QApplication>
 #include <QFile>
 #include <QLabel>
 #include <QPushButton>
@@ -49,6 +50,28 @@ void press_button(const char *name)
 {
     control<QPushButton>(the<PrintRpt>(), name).click();
 }
+
+// Pages that remember what the pointer was when they were laid out.
+class laid_out_pages : public paged_report {
+public:
+    static inline Qt::CursorShape seen = Qt::ArrowCursor;
+    QString title() const override { return "Any"; }
+    void lay_out(const QSizeF &) override
+    {
+        if (QApplication::overrideCursor())
+            seen = QApplication::overrideCursor()->shape();
+    }
+    int page_count() const override { return 1; }
+    void paint_page(QPainter &, int) const override {}
+};
+
+class any_report : public report_screen {
+public:
+    any_report() : report_screen("any_report", "Any", "Nothing") {}
+
+protected:
+    std::shared_ptr<paged_report> make_report() override { return std::make_shared<laid_out_pages>(); }
+};
 
 QByteArray bytes_in(const QString &path)
 {
@@ -220,6 +243,16 @@ private slots:
                                                 site.file("no/such/folder/n.pdf") + " cannot be written"),
                  qPrintable(site.boxes.shown[0]));
         QCOMPARE(session.err_routine, "save_b");
+    }
+
+    void the_pointer_says_that_the_rows_are_laid_out()
+    {
+        const screens_site site;
+        laid_out_pages::seen = Qt::ArrowCursor;
+        any_report screen;
+        screen.load();
+        QCOMPARE(laid_out_pages::seen, Qt::WaitCursor);
+        QVERIFY(!QApplication::overrideCursor());
     }
 
     void close_and_escape_close_it()

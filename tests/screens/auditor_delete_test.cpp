@@ -208,6 +208,22 @@ private slots:
         QVERIFY(list.selectionModel()->selectedRows().isEmpty());
     }
 
+    void sent_mails_that_cannot_be_listed_anew_are_told()
+    {
+        auditor_site site;
+        site.store_sent("cat@mail.example", "one");
+        site.store_sent("cat@mail.example", "two");
+        mailfrm &screen = sent_mails_shown();
+        auto &list = control<list_view>(screen, "LV_sub_si");
+        click_row(list, 0);
+        site.store.run("alter table sentitems_tbl drop column tsl_to");
+        click_button(screen, "Sdelete_b");
+        QCOMPARE(column_texts(list, 1), QStringList{"two"});
+        QCOMPARE(site.last_logged(), "Mailfrm.frm|Sdelete_b");
+        QVERIFY2(site.status_lines.last().startsWith("The sent mails could not be listed anew: "),
+                 qPrintable(site.status_lines.last()));
+    }
+
     void what_the_search_hides_among_the_sent_mails_stays()
     {
         auditor_site site;

@@ -4,6 +4,8 @@
 
 #include <QLineEdit>
 #include <QPlainTextEdit>
+#include <QScrollBar>
+#include <QSignalSpy>
 #include <QTest>
 #include <QToolButton>
 
@@ -92,7 +94,7 @@ private slots:
         QCOMPARE(control<QLineEdit>(screen, "Insearch_t").text(), "kept");
     }
 
-    void sent_sorts_by_time_though_its_dates_are_texts()
+    void sent_sorts_by_the_text_that_is_shown()
     {
         auditor_site site;
         const auto store = [&site](const char *subject, const char *date) {
@@ -100,17 +102,86 @@ private slots:
                                    "'%2')")
                                .arg(subject, date));
         };
-        store("october", "10/1/2026 9:00:00 AM");
         store("september", "9/30/2026 9:00:00 PM");
+        store("october", "10/1/2026 9:00:00 AM");
+        store("undated", "Some day");
         store("noon", "10/1/2026 12:00:00 PM");
-        store("undated", "some day");
+        store("year before", "9/30/2025 9:00:00 PM");
         mailfrm &screen = sent_mails_shown();
         auto &list = control<list_view>(screen, "LV_sub_si");
         click_head(list, 2);
-        QCOMPARE(column_texts(list, 1), (QStringList{"undated", "september", "october", "noon"}));
+        QCOMPARE(column_texts(list, 1), (QStringList{"noon", "october", "year before", "september", "undated"}));
         QCOMPARE(head_marks(list), (QStringList{"keynone", "keynone", "key1"}));
+        click_head(list, 2);
+        QCOMPARE(column_texts(list, 1), (QStringList{"undated", "september", "year before", "october", "noon"}));
+        site.store.run(
+            "insert into sentitems_tbl (tsl_to,tsl_subject,tsl_sentdate) values('a@b.org','later','9/4/2026')");
+        screen.populate_sentitems_tbl(); // what is read anew is sorted as it was
+        QCOMPARE(column_texts(list, 1),
+                 (QStringList{"undated", "later", "september", "year before", "october", "noon"}));
         click_head(list, 0);
         QCOMPARE(head_marks(list), (QStringList{"key1", "keynone", "keynone"}));
+    }
+
+    void the_search_finds_the_date_as_it_is_shown()
+    {
+        auditor_site site;
+        site.store_mail("orders", "ann@mail.example", "Roses", "8/6/2026 1:02:03 PM");
+        site.store_mail("orders", "ann@mail.example", "Lilies", "8/16/2026 9:00:00 AM");
+        site.store_sent("cat@mail.example", "Thanks");
+        site.store.run("insert into sentitems_tbl (tsl_to,tsl_subject,tsl_sentdate) values('a@b.org','undated','Some "
+                       "day')");
+        mailfrm &screen = stored_mails_shown();
+        const auto &list = control<list_view>(screen, "LV_sub");
+        auto &search = control<QLineEdit>(screen, "Insearch_t");
+        QCOMPARE(search.placeholderText(), "Address, subject or date");
+        search.setText("8/6/2026");
+        QCOMPARE(column_texts(list, 1), QStringList{"Roses"});
+        search.setText("9:00:00 am");
+        QCOMPARE(column_texts(list, 1), QStringList{"Lilies"});
+        control<QToolButton>(screen, "sentitems_b").click();
+        auto &sent_search = control<QLineEdit>(screen, "Ssearch_t");
+        QCOMPARE(sent_search.placeholderText(), "Address, subject or date");
+        sent_search.setText("some");
+        QCOMPARE(column_texts(control<list_view>(screen, "LV_sub_si"), 1), QStringList{"undated"});
+        sent_search.setText("8/7/2026 10");
+        QCOMPARE(column_texts(control<list_view>(screen, "LV_sub_si"), 1), QStringList{"Thanks"});
+    }
+
+    void line_ends_in_a_subject_or_an_address_stay_on_one_line_and_let_the_rows_be_low()
+    {
+        auditor_site site;
+        site.store_mail("orders", "ann@mail.example", "Plain");
+        auto &list = control<list_view>(stored_mails_shown(), "LV_sub");
+        const int usual = list.visualRect(list.model()->index(0, 0)).height();
+        the<mailfrm>().unload();
+        site.store.run("delete from orders");
+        site.store_mail("orders", "ann\n@mail", "One\ntwo" + QString(QChar(0x2028)) + "three\tfour");
+        auto &broken = control<list_view>(stored_mails_shown(), "LV_sub");
+        QCOMPARE(column_texts(broken, 0), QStringList{"ann @mail"});
+        QCOMPARE(column_texts(broken, 1), QStringList{"One two three four"});
+        QCOMPARE(broken.visualRect(broken.model()->index(0, 0)).height(), usual);
+    }
+
+    void a_search_that_leaves_the_selected_mail_leaves_its_text_where_it_was_scrolled_to()
+    {
+        auditor_site site;
+        site.store_mail("orders", "ann@mail.example", "Roses", "8/6/2026 9:00:00 AM",
+                        QString("A line\r\n").repeated(300));
+        site.store_mail("orders", "ann@mail.example", "Lilies");
+        mailfrm &screen = stored_mails_shown();
+        click_row(control<list_view>(screen, "LV_sub"), 0);
+        auto &text = control<QPlainTextEdit>(screen, "txt_body");
+        text.verticalScrollBar()->setValue(120);
+        const QSignalSpy laid_out(text.document(), &QTextDocument::contentsChanged);
+        QTest::keyClicks(&control<QLineEdit>(screen, "Insearch_t"), "ros");
+        QCOMPARE(text.verticalScrollBar()->value(), 120);
+        QCOMPARE(laid_out.count(), 0);
+        control<QLineEdit>(screen, "Insearch_t").setText("lil"); // it goes
+        QCOMPARE(text.toPlainText(), "");
+        control<QLineEdit>(screen, "Insearch_t").clear();
+        click_row(control<list_view>(screen, "LV_sub"), 0); // and can be read again
+        QVERIFY(text.toPlainText().startsWith("A line\nA line\n"));
     }
 
     void the_tip_of_a_subject_shows_its_letters()

@@ -115,6 +115,11 @@ private slots:
             QCOMPARE(control<QAction>(screen, name).toolTip(),
                      "Not there yet: mailings cannot be written in this version");
         }
+        control<QToolButton>(screen, "inbox_b").click();
+        click_row(control<list_view>(screen, "LV_sub"), 0);
+        QVERIFY(control<QToolButton>(screen, "Inreply_b").isEnabled()); // a mail is selected
+        QVERIFY(!control<QToolButton>(screen, "Command1").isEnabled());
+        QVERIFY(!control<QAction>(screen, "sendm").isEnabled());
     }
 
     void each_list_has_its_popup_menu()

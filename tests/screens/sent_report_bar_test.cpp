@@ -74,6 +74,8 @@ private slots:
         QCOMPARE(entries("field1_c"), QStringList{"Select"});
         QCOMPARE(session.err_form, "Mailfrm.frm");
         QCOMPARE(session.err_routine, "account_c_click");
+        QCOMPARE(site.status_lines.last(),
+                 "The fields of the account's map could not be read: " + session.err_description);
     }
 
     void what_is_chosen_stays_when_the_view_is_opened_again()

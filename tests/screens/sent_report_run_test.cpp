@@ -1,6 +1,9 @@
 // A report from the sent view: the checks, and list and store afterwards.
+#include "platform/outside_effects.h"
 #include "screens/intake/PrintRpt.h"
 #include "screens/intake/genrepwait_frm.h"
+#include "support/failing_messages.h"
+#include "support/raw_store.h"
 #include "support/screens_sent_site.h"
 
 #include <QTest>
@@ -159,6 +162,67 @@ private slots:
         generate();
         QCOMPARE(session.err_form, "Mailfrm.frm");
         QCOMPARE(session.err_routine, "genrep_b");
+    }
+
+    void a_report_that_cannot_begin_is_told()
+    {
+        sent_site site;
+        open_sent_view();
+        choose_november();
+        site.store.run("drop table printreport_tbl");
+        generate();
+        QCOMPARE(site.last_logged(), "Mailfrm.frm|genrep_b");
+        QVERIFY2(site.status_lines.last().startsWith("The report could not be made: "),
+                 qPrintable(site.status_lines.last()));
+        QCOMPARE(listed(), (QStringList{"First", "Second", "Third"}));
+        QVERIFY(!is_loaded<genrepwait_frm>());
+    }
+
+    void a_missing_choice_that_no_box_can_tell_is_told()
+    {
+        sent_site site;
+        open_sent_view();
+        {
+            const failing_messages no_desktop(site.boxes);
+            generate();
+        }
+        QCOMPARE(site.status_lines.last(), "The report could not be made: no box");
+    }
+
+    void a_report_that_fails_half_way_leaves_no_rows_and_is_told()
+    {
+        sent_site site;
+        open_sent_view();
+        choose_november();
+        generate();
+        QCOMPARE(site.reported(), 3);
+        before_outside_effect();
+        raw_store(site.store.path())
+            .run("create trigger second before insert on printreport_tbl when (select count(*) from printreport_tbl)>0 "
+                 "begin select raise(abort,'the second row'); end");
+        generate();
+        QCOMPARE(site.reported(), 0);
+        QCOMPARE(site.last_logged(), "Mailfrm.frm|sentitems_show");
+        QVERIFY2(site.status_lines.last().startsWith("The report could not be made: "),
+                 qPrintable(site.status_lines.last()));
+        QVERIFY(site.status_lines.last().contains("the second row"));
+        QCOMPARE(on_bar<QLabel>("report_l").text(), "The list shows the former report, which can no longer be printed: "
+                                                    "3 mails of orders between 11/1/2026 and 11/30/2026.");
+    }
+
+    void a_day_that_cannot_be_kept_does_not_hide_the_report()
+    {
+        sent_site site;
+        open_sent_view();
+        choose_november();
+        site.store.run("drop table lastdate");
+        generate();
+        QCOMPARE(site.reported(), 3);
+        QCOMPARE(listed(), (QStringList{"First", "Third", "Second"}));
+        QCOMPARE(on_bar<QLabel>("report_l").text(),
+                 "The list shows the report: 3 mails of orders between 11/1/2026 and 11/30/2026.");
+        QVERIFY2(site.status_lines.last().startsWith("The report was made, but its day could not be kept: "),
+                 qPrintable(site.status_lines.last()));
     }
 
     void opening_the_view_again_lists_all()

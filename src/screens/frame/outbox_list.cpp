@@ -7,14 +7,10 @@
 namespace {
 
 // One line a mail, whatever its subject or the server said; a list needs no more of it.
-QString on_one_line(QString text)
+QString start_on_one_line(const QString &text)
 {
     constexpr qsizetype most_shown = 300;
-    text = left(text, most_shown);
-    for (QChar &letter : text)
-        if (letter.isSpace())
-            letter = u' ';
-    return text;
+    return on_one_line(left(text, most_shown));
 }
 
 }
@@ -49,13 +45,13 @@ QString outbox_list::text(const outbox::kept_mail &mail, int head) const
 {
     switch (head) {
     case to_column:
-        return on_one_line(outbox_words::recipients(mail));
+        return start_on_one_line(outbox_words::recipients(mail));
     case subject_column:
-        return on_one_line(mail.Subject);
+        return start_on_one_line(mail.Subject);
     case state_column:
         return outbox_words::state_word(mail.state);
     case why_column:
-        return on_one_line(why(mail));
+        return start_on_one_line(why(mail));
     default:
         return mail.handed_over.isValid() ? us_date_time(mail.handed_over) : QString();
     }

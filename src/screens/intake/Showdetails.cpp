@@ -34,11 +34,13 @@ void Showdetails::set_mails(std::vector<intake::mail_line> lines)
 void Showdetails::Load()
 {
     ui->account_c->addItem("Select Account");
-    guarded("Showdetails.frm", "Form_load", [this] {
+    const bool were_read = guarded("Showdetails.frm", "Form_load", [this] {
         accounts = intake::sending_accounts();
         for (const intake::sending_account &each : accounts)
             ui->account_c->addItem(each.query);
     });
+    if (!were_read)
+        status_line("The accounts could not be read: " + session.err_description);
     show_mail();
     ui->account_c->setFocus();
 }
@@ -51,15 +53,28 @@ void Showdetails::show_mail()
     ui->skip_b->setVisible(are_several);
     ui->skip_b->setEnabled(shown_mail + 1 < mails.size());
     propose({}); // what cannot be read must not leave the former mail's recipient behind
-    const bool was_read = guarded("Showdetails.frm", "Form_load", [this] {
+    bool is_gone = false;
+    const bool was_read = guarded("Showdetails.frm", "Form_load", [&] {
         if (shown_mail >= mails.size())
             return;
         const intake::mail_line &line = mails[shown_mail];
-        propose(intake::reply_to(line.table.isEmpty() ? intake::sent_mail_text(line) : intake::stored_mail_text(line)));
+        const auto text = line.table.isEmpty() ? intake::sent_mail_text(line) : intake::stored_mail_text(line);
+        is_gone = !text;
+        if (text)
+            propose(intake::reply_to(*text));
     });
-    ui->send_b->setEnabled(was_read);
-    if (!was_read)
-        status_line("The mail to be answered could not be read: " + session.err_description);
+    tell_missing_mail(!was_read ? "The mail to be answered could not be read: " + session.err_description
+                      : is_gone ? QStringLiteral("The mail to be answered is no longer stored.")
+                                : QString());
+}
+
+// Without the mail there is nobody to answer. In the place of the text, too: the status bar lies behind this screen.
+void Showdetails::tell_missing_mail(const QString &words)
+{
+    ui->send_b->setEnabled(words.isEmpty());
+    ui->body_t->setPlaceholderText(words);
+    if (!words.isEmpty())
+        status_line(words);
 }
 
 void Showdetails::propose(const intake::mail_reply &reply)
@@ -73,7 +88,7 @@ void Showdetails::propose(const intake::mail_reply &reply)
 
 intake::mail_reply Showdetails::typed_reply() const
 {
-    return {trim(ui->to_t->text()), ui->subject_t->text(), typed_text(*ui->body_t)};
+    return {trim(ui->to_t->text()), on_one_line(ui->subject_t->text()), typed_text(*ui->body_t)};
 }
 
 // The account stays chosen: what is answered together mostly goes out from one.

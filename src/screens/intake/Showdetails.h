@@ -30,6 +30,7 @@ protected:
 
 private:
     void show_mail();
+    void tell_missing_mail(const QString &words); // "": it is there
     void go_on();
     void propose(const intake::mail_reply &reply);
     intake::mail_reply typed_reply() const;

@@ -1,8 +1,9 @@
 #include "screens/intake/listed_mails.h"
-#include "screens/intake/mail_list.h"
 #include "screens/list_view.h"
 
 #include <QLineEdit>
+#include <QScrollBar>
+#include <QSignalBlocker>
 #include <algorithm>
 
 namespace {
@@ -16,7 +17,7 @@ listed_mails::listed_mails(const description &what, QObject *parent)
       view(what.view),
       search(what.search),
       empty_text(what.empty_text),
-      rows(new mail_list(what.heads, this))
+      rows(new mail_list(what.heads, what.dates, this))
 {
     view.setModel(rows);
     view.remember_columns(what.memory_name, {240, 400, 170});
@@ -27,11 +28,47 @@ listed_mails::listed_mails(const description &what, QObject *parent)
 
 void listed_mails::set_lines(std::vector<intake::mail_line> lines)
 {
-    const int row = view.currentIndex().row();
-    rows->set_lines(std::move(lines));
-    show_empty_text();
-    stand_on(row);
+    const int current = view.currentIndex().row(), place = view.verticalScrollBar()->value();
+    std::set<mail_key> selected;
+    for (const int row : selected_rows())
+        selected.insert(key_of(row));
+    const std::optional<mail_key> stood_on = current >= 0 ? std::optional(key_of(current)) : std::nullopt;
+    {
+        const QSignalBlocker quiet(this);
+        rows->set_lines(std::move(lines));
+        show_empty_text();
+        stand_on(stood_on ? row_of(*stood_on).value_or(current) : -1);
+        select_mails(selected);
+    }
+    if (place > 0) {
+        view.doItemsLayout(); // until then it has no room to scroll
+        view.verticalScrollBar()->setValue(place);
+    }
     emit selection_changed();
+}
+
+listed_mails::mail_key listed_mails::key_of(int row) const
+{
+    const intake::mail_line &one = rows->line(row);
+    return {one.table, one.id};
+}
+
+std::optional<int> listed_mails::row_of(const mail_key &mail) const
+{
+    for (int row = 0; row < rows->rowCount(); ++row)
+        if (rows->line(row).id == mail.second && rows->line(row).table == mail.first)
+            return row;
+    return std::nullopt;
+}
+
+void listed_mails::select_mails(const std::set<mail_key> &wanted)
+{
+    if (wanted.empty())
+        return;
+    std::vector<bool> numbers(size_t(rows->line_count()));
+    for (int row = 0; row < rows->rowCount(); ++row)
+        numbers[rows->line_number(row)] = wanted.count(key_of(row)) > 0;
+    select_lines(numbers);
 }
 
 void listed_mails::set_empty_text(const QString &text)

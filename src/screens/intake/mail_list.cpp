@@ -1,6 +1,18 @@
 #include "screens/intake/mail_list.h"
 #include "frame/text.h"
 
+mail_list::mail_list(const QStringList &heads, date_order order, QObject *parent)
+    : sorted_list(heads, parent), dates(order)
+{
+}
+
+void mail_list::need_shown_dates()
+{
+    shown_dates.reserve(lines.size());
+    for (size_t number = shown_dates.size(); number < lines.size(); ++number)
+        shown_dates.push_back(intake::date_shown(lines[number]));
+}
+
 int mail_list::compare(size_t a, size_t b, int head) const
 {
     const intake::mail_line &one = lines[a], &other = lines[b];
@@ -12,6 +24,8 @@ int mail_list::compare(size_t a, size_t b, int head) const
     default:
         break;
     }
+    if (dates == date_order::as_text)
+        return compare_case_blind(shown_dates[a], shown_dates[b]);
     // The same order as that of the keys of digits, without making a hundred thousand texts.
     if (one.date.isValid() && other.date.isValid())
         return one.date < other.date ? -1 : other.date < one.date ? 1 : 0;
@@ -22,6 +36,9 @@ void mail_list::set_lines(std::vector<intake::mail_line> new_lines)
 {
     beginResetModel();
     lines = std::move(new_lines);
+    shown_dates.clear();
+    if (dates == date_order::as_text)
+        need_shown_dates();
     show_lines(lines_to_show());
     endResetModel();
 }
@@ -47,14 +64,21 @@ void mail_list::take_away(const std::vector<int> &rows)
     set_lines(std::move(left));
 }
 
-std::vector<int> mail_list::lines_to_show() const
+bool mail_list::holds_filter(size_t number) const
 {
+    const intake::mail_line &one = lines[number];
+    return contains_text(one.who, filter) || contains_text(one.subject, filter) ||
+           contains_text(shown_dates[number], filter);
+}
+
+std::vector<int> mail_list::lines_to_show()
+{
+    if (!filter.isEmpty())
+        need_shown_dates();
     std::vector<int> wanted;
-    for (size_t index = 0; index < lines.size(); ++index) {
-        const auto &one = lines[index];
-        if (filter.isEmpty() || contains_text(one.who, filter) || contains_text(one.subject, filter))
-            wanted.push_back(int(index));
-    }
+    for (size_t number = 0; number < lines.size(); ++number)
+        if (filter.isEmpty() || holds_filter(number))
+            wanted.push_back(int(number));
     return wanted;
 }
 
@@ -67,10 +91,10 @@ QVariant mail_list::data(const QModelIndex &index, int role) const
         return index.column() == subject_column ? whole_text_tip(one.subject) : QVariant();
     switch (index.column()) {
     case who_column:
-        return one.who;
+        return on_one_line(one.who);
     case subject_column:
-        return one.subject;
+        return on_one_line(one.subject);
     default:
-        return intake::date_shown(one);
+        return on_one_line(intake::date_shown(one));
     }
 }

@@ -4,10 +4,10 @@
 #include "frame/status.h"
 #include "frame/store.h"
 #include "frame/text.h"
-#include "intake/fit_reasons.h"
 #include "intake/mail_lines.h"
 #include "screens/icons.h"
 #include "screens/intake/listed_mails.h"
+#include "screens/intake/pane_height.h"
 #include "ui_mailfrm.h"
 
 #include <QKeyEvent>
@@ -30,18 +30,29 @@ mailfrm::mailfrm(QWidget *parent) : screen(parent), ui(std::make_unique<Ui::mail
     setWindowIcon(drawn_icon("mauditor_mnu"));
     ui->inbox_b->setIcon(drawn_icon("inbox"));
     ui->sentitems_b->setIcon(drawn_icon("sent"));
-    ui->qt_splitter->setStretchFactor(0, 3);
-    ui->qt_splitter->setStretchFactor(1, 2);
-    inbox = new listed_mails(
-        {*ui->LV_sub, *ui->Insearch_t, {"From", "Subject", "Received"}, "mailfrm.LV_sub", empty_inbox}, this);
-    sent = new listed_mails(
-        {*ui->LV_sub_si, *ui->Ssearch_t, {"To", "Subject", "Sent"}, "mailfrm.LV_sub_si", empty_sent}, this);
+    inbox = new listed_mails({*ui->LV_sub,
+                              *ui->Insearch_t,
+                              {"From", "Subject", "Received"},
+                              "mailfrm.LV_sub",
+                              empty_inbox,
+                              mail_list::date_order::by_time},
+                             this);
+    sent = new listed_mails({*ui->LV_sub_si,
+                             *ui->Ssearch_t,
+                             {"To", "Subject", "Sent"},
+                             "mailfrm.LV_sub_si",
+                             empty_sent,
+                             mail_list::date_order::as_text},
+                            this);
+    heights = new pane_height(*ui->qt_splitter);
     set_up_commands();
+    show_view(*ui->inbox_fr);
     ui->Label3->hide(); // until there is something to tell
 
     connect(inbox, &listed_mails::selection_changed, this, &mailfrm::LV_sub_Click);
     connect(sent, &listed_mails::selection_changed, this, &mailfrm::LV_sub_si_Click);
     connect(ui->report_bar, &sent_report_bar::rows_wanted, this, &mailfrm::sentitems_show);
+    connect(ui->report_bar, &sent_report_bar::fold_changed, heights, &pane_height::fit);
     connect(ui->inbox_b, &QToolButton::clicked, this, &mailfrm::inb_Click);
     connect(ui->sentitems_b, &QToolButton::clicked, this, &mailfrm::sitm_Click);
 }
@@ -57,7 +68,9 @@ void mailfrm::showmails_from_database()
 {
     open_store_if_closed();
     int left_out = 0;
+    const quint64 changes = mail_changes();
     inbox->set_lines(intake::stored_mail_lines(left_out));
+    changes_listed = changes;
     if (left_out > 0)
         status_line("The mails of " + QString::number(left_out) + " account(s) cannot be shown.");
 }
@@ -94,64 +107,22 @@ bool mailfrm::shows_sent_items() const
     return ui->qt_views->currentWidget() == ui->sentitems_fr;
 }
 
-void mailfrm::LV_sub_Click()
+// The hidden view asks for no room: the report bar is high.
+void mailfrm::show_view(QWidget &view)
 {
-    if (shows_sent_items()) // its list is being filled behind the other one
-        return;
-    ui->reading_fr->show_no_mail();
-    const std::optional<int> row = inbox->row_to_read();
-    for (QToolButton *button : {ui->Inreply_b, ui->Indelete_b})
-        button->setEnabled(row.has_value());
-    for (QAction *command : {ui->replym, ui->deletem})
-        command->setEnabled(row.has_value());
-    if (!row)
-        return;
-    guarded("Mailfrm.frm", "LV_sub", [&] {
-        const intake::mail_line &line = inbox->line(*row);
-        const intake::mail_text mail = intake::stored_mail_text(line);
-        ui->reading_fr->show_mail(mail, "From:  ");
-        if (mail.unprocessed)
-            ui->reading_fr->show_why_not(intake::fit_reasons(line.table, line.id));
-    });
-}
-
-void mailfrm::LV_sub_si_Click()
-{
-    if (!shows_sent_items())
-        return;
-    ui->reading_fr->show_no_mail();
-    const std::optional<int> row = sent->row_to_read();
-    for (QToolButton *button : {ui->SReply_b, ui->Sdelete_b})
-        button->setEnabled(row.has_value());
-    for (QAction *command : {ui->sreplym, ui->sdeletem})
-        command->setEnabled(row.has_value());
-    if (!row)
-        return;
-    guarded("Mailfrm.frm", "LV_sub_si",
-            [&] { ui->reading_fr->show_mail(intake::sent_mail_text(sent->line(*row)), "To:  "); });
-}
-
-// In a low window the hidden view asks for none: the report bar is high.
-void mailfrm::give_room_to_the_shown_view()
-{
-    constexpr int low = 450; // pixels
-    for (QWidget *each : {ui->inbox_fr, ui->sentitems_fr}) {
-        const bool asks = height() >= low || each == ui->qt_views->currentWidget();
-        each->setSizePolicy(QSizePolicy::Preferred, asks ? QSizePolicy::Preferred : QSizePolicy::Ignored);
-    }
-}
-
-void mailfrm::resizeEvent(QResizeEvent *event)
-{
-    screen::resizeEvent(event);
-    give_room_to_the_shown_view();
+    for (QWidget *each : {ui->inbox_fr, ui->sentitems_fr})
+        each->setSizePolicy(QSizePolicy::Preferred, each == &view ? QSizePolicy::Preferred : QSizePolicy::Ignored);
+    ui->qt_views->setCurrentWidget(&view);
+    if (shows_sent_items())
+        heights->show_view("mailfrm.sent_height", ui->report_bar);
+    else
+        heights->show_view("mailfrm.inbox_height", nullptr);
 }
 
 void mailfrm::inb_Click()
 {
     ui->inbox_b->setChecked(true);
-    ui->qt_views->setCurrentWidget(ui->inbox_fr);
-    give_room_to_the_shown_view();
+    show_view(*ui->inbox_fr);
     LV_sub_Click();
 }
 
@@ -164,8 +135,7 @@ void mailfrm::sitm_Click()
     });
     if (!all_went)
         status_line("Not everything about the sent mails could be read: " + session.err_description);
-    ui->qt_views->setCurrentWidget(ui->sentitems_fr);
-    give_room_to_the_shown_view();
+    show_view(*ui->sentitems_fr);
     LV_sub_si_Click();
 }
 
@@ -186,7 +156,7 @@ void mailfrm::keyPressEvent(QKeyEvent *event)
 
 QSize mailfrm::sizeHint() const
 {
-    return {920, 600};
+    return {960, 680};
 }
 
 QString mailfrm::help_topic() const

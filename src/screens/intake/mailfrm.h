@@ -1,10 +1,11 @@
 // The Mail Auditor, "Tessaly - Inbox": the stored mails of all accounts and the sent ones, with their text. Loading it
 // fetches and parses, unless session.no_fetch is set; intake/fetch.h and intake/map_parser.h do the work.
-// Its two lists: listed_mails.h. Its lower part: reading_pane.h. Fetching: mailfrm_fetching.cpp. Deleting and
-// answering: mailfrm_commands.cpp. The report on sent mails: sent_report_bar.h.
+// Its two lists: listed_mails.h. Its lower part: reading_pane.h, pane_height.h, mailfrm_reading.cpp. Fetching:
+// mailfrm_fetching.cpp. Deleting and answering: mailfrm_commands.cpp. The report on sent mails: sent_report_bar.h.
 #pragma once
 #include "screens/screen.h"
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace Ui {
@@ -12,9 +13,11 @@ class mailfrm;
 }
 namespace intake {
 struct mail_line;
+struct mail_text;
 }
 struct run_time_error;
 class listed_mails;
+class pane_height;
 
 class mailfrm : public screen {
     Q_OBJECT
@@ -22,9 +25,12 @@ public:
     explicit mailfrm(QWidget *parent = nullptr);
     ~mailfrm() override;
     void Load() override;
+    void Activate() override; // lists the mails anew when they changed meanwhile
 
     void fetch_mail();
-    void store_lvindex(); // forgets which mail stands on which line; the lists are filled anew
+    // Between fetching and parsing no line leads to a mail. Each line knows its own mail, so there is no more to forget
+    // than the lines themselves.
+    void store_lvindex();
     void showmails_from_database();
     void populate_sentitems_tbl();                              // fills the sent list with all that was sent
     void show_sent_mails(std::vector<intake::mail_line> lines); // or with other ones
@@ -37,7 +43,6 @@ public:
 protected:
     QString help_topic() const override;
     void keyPressEvent(QKeyEvent *event) override;
-    void resizeEvent(QResizeEvent *event) override;
 
 private:
     void fetch_and_parse();
@@ -48,7 +53,9 @@ private:
     void set_up_popups();
     void LV_sub_Click();
     void LV_sub_si_Click();
-    void give_room_to_the_shown_view();
+    void read_selected(const listed_mails &mails, const char *routine, const QString &who_caption,
+                       std::optional<intake::mail_text> (*text_of)(const intake::mail_line &line));
+    void show_view(QWidget &view);
     void inb_Click();
     void sitm_Click();
     void Indelete_b_Click();
@@ -58,9 +65,13 @@ private:
     bool delete_lines(listed_mails &mails, const char *routine, void (*deed)(const intake::mail_line &line));
     void reply_to_selected(const listed_mails &mails);
     void note_reply();
+    void list_sent_mails_anew(const char *routine);
 
     std::unique_ptr<Ui::mailfrm> ui;
     listed_mails *inbox = nullptr; // children of this screen
     listed_mails *sent = nullptr;
-    bool lists_all_sent = true; // not what a report found
+    pane_height *heights = nullptr;
+    bool lists_all_sent = true;                          // not what a report found
+    quint64 changes_listed = 0;                          // mail_changes() when the inbox list was filled
+    std::optional<std::pair<QString, qint64>> mail_read; // the one in the reading pane: its table, its number
 };

@@ -7,7 +7,7 @@
 #include "screens/intake/hover_pictures.h"
 #include "screens/intake/listed_mails.h"
 #include "screens/intake/mailfrm.h"
-#include "screens/wizard_screen.h"
+#include "screens/wait_pointer.h"
 #include "ui_mailfrm.h"
 
 #include <QMenu>
@@ -69,15 +69,19 @@ void mailfrm::set_up_popups()
 
 void mailfrm::Indelete_b_Click()
 {
-    if (delete_lines(*inbox, "Indelete_b", intake::delete_stored_mail))
-        mails_changed();
+    const bool was_up_to_date = changes_listed == mail_changes();
+    if (!delete_lines(*inbox, "Indelete_b", intake::delete_stored_mail))
+        return;
+    mails_changed();
+    if (was_up_to_date) // the list knows of it
+        changes_listed = mail_changes();
 }
 
 void mailfrm::Sdelete_b_Click()
 {
     if (!delete_lines(*sent, "Sdelete_b", intake::delete_sent_mail))
         return;
-    guarded("Mailfrm.frm", "Sdelete_b", [this] { populate_sentitems_tbl(); });
+    list_sent_mails_anew("Sdelete_b");
 }
 
 // The lines go together, at the end: one by one the list would be drawn anew for each of thousands.
@@ -124,5 +128,11 @@ void mailfrm::reply_to_selected(const listed_mails &mails)
 void mailfrm::note_reply()
 {
     if (shows_sent_items() && lists_all_sent)
-        guarded("Mailfrm.frm", "populate_sentitems_tbl", [this] { populate_sentitems_tbl(); });
+        list_sent_mails_anew("populate_sentitems_tbl");
+}
+
+void mailfrm::list_sent_mails_anew(const char *routine)
+{
+    if (!guarded("Mailfrm.frm", routine, [this] { populate_sentitems_tbl(); }))
+        status_line("The sent mails could not be listed anew: " + session.err_description);
 }

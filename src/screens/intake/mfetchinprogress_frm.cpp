@@ -23,8 +23,10 @@ void mfetchinprogress_frm::work()
     }
     session.fetch_then_wizard = false;
     unload();
-    if (wizard_waits)
+    if (wizard_waits) {
+        the<mailfrm>().unload(); // its list would be an old one by the time somebody opens it
         the<mapWizardStep3_frm>().show();
-    else
+    } else {
         the<mailfrm>().show();
+    }
 }

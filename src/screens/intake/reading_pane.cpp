@@ -13,13 +13,11 @@
 namespace {
 
 // A head line: what came by mail must neither fill the screen nor look like a line of its own.
-QString shown_head(QString text)
+QString shown_head(const QString &text)
 {
     constexpr qsizetype most_shown = 160;
-    for (QChar &letter : text)
-        if (letter.isSpace())
-            letter = u' ';
-    return text.size() <= most_shown ? text : left(text, most_shown) + " ...";
+    const QString line = on_one_line(text);
+    return line.size() <= most_shown ? line : left(line, most_shown) + " ...";
 }
 
 QString why_not_text(const std::vector<intake::fit_reason> &reasons)
@@ -48,10 +46,15 @@ double height_of(const QString &paragraph, const QFont &font, double width)
     return height;
 }
 
-// As high as its lines, wrapped as they stand, up to five of them. The box itself wraps them too late to be asked.
-void fit_height(QPlainTextEdit &box)
+// As high as its lines, wrapped as they stand, up to five of them, and fewer in a low pane: the mail's text is what is
+// read here. The box itself wraps them too late to be asked.
+void fit_height(QPlainTextEdit &box, int pane)
 {
-    const double most = 5 * box.fontMetrics().lineSpacing(), margin = box.document()->documentMargin();
+    constexpr int least_lines = 2, most_lines = 5;
+    constexpr double share = 0.25;
+    const double line = box.fontMetrics().lineSpacing();
+    const double most = qBound(least_lines * line, share * pane, most_lines * line);
+    const double margin = box.document()->documentMargin();
     double height = 0;
     for (QTextBlock block = box.document()->firstBlock(); block.isValid() && height < most; block = block.next())
         height += height_of(block.text(), box.font(), box.contentsRect().width() - 2 * margin);
@@ -80,16 +83,24 @@ reading_pane::~reading_pane() = default;
 
 void reading_pane::show_no_mail()
 {
+    show_words("Select a mail to read it here.");
+}
+
+void reading_pane::show_words(const QString &words)
+{
     ui->lbl_from->clear();
     ui->lbl_from->setMinimumHeight(0);
+    ui->lbl_from->hide(); // empty, it would leave a strip
     ui->why_fr->hide();
     ui->txt_body->clear();
+    ui->txt_body->setPlaceholderText(words);
 }
 
 void reading_pane::show_mail(const intake::mail_text &mail, const QString &who_caption)
 {
     ui->lbl_from->setText(who_caption + shown_head(mail.who) + "\nSub:   " + shown_head(mail.subject) +
                           "\nDate:  " + mail.date);
+    ui->lbl_from->show();
     fit_height(*ui->lbl_from);
     ui->txt_body->setPlainText(intake::text_to_show(mail.body));
 }
@@ -98,14 +109,20 @@ void reading_pane::show_why_not(const std::vector<intake::fit_reason> &reasons)
 {
     ui->why_t->setPlainText(why_not_text(reasons));
     ui->why_fr->show();
-    fit_height(*ui->why_t);
+    fit_height(*ui->why_t, height());
+}
+
+void reading_pane::resizeEvent(QResizeEvent *event)
+{
+    QFrame::resizeEvent(event);
+    fit_height(*ui->why_t, height());
 }
 
 // Narrower, its lines wrap more often.
 bool reading_pane::eventFilter(QObject *watched, QEvent *event)
 {
     if (watched == ui->why_t && event->type() == QEvent::Resize)
-        fit_height(*ui->why_t);
+        fit_height(*ui->why_t, height());
     if (watched == ui->lbl_from && event->type() == QEvent::Resize && !ui->lbl_from->text().isEmpty())
         fit_height(*ui->lbl_from);
     return QFrame::eventFilter(watched, event);

@@ -20,11 +20,13 @@ public:
     ~reading_pane() override;
 
     void show_no_mail();
+    void show_words(const QString &words); // in the place of a mail
     void show_mail(const intake::mail_text &mail, const QString &who_caption);
     void show_why_not(const std::vector<intake::fit_reason> &reasons);
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
 
 private:
     std::unique_ptr<Ui::reading_pane> ui;

@@ -124,8 +124,8 @@ void sent_report_bar::read_fields(keep_choice keep)
 {
     QStringList fields;
     const QString id = ui->account_c->currentData().toString();
-    if (!id.isEmpty())
-        guarded("Mailfrm.frm", "account_c_click", [&] { fields = intake::report_fields(id); });
+    if (!id.isEmpty() && !guarded("Mailfrm.frm", "account_c_click", [&] { fields = intake::report_fields(id); }))
+        status_line("The fields of the account's map could not be read: " + session.err_description);
     const auto fill = [&](QComboBox &list) {
         fill_with_fields(list, fields, keep == keep_choice::yes ? chosen_in(list) : QString());
     };
@@ -165,6 +165,7 @@ void sent_report_bar::show_folded(bool folded)
     ui->report_b->setChecked(!folded);
     ui->report_b->setArrowType(folded ? Qt::RightArrow : Qt::DownArrow);
     ui->report_fr->setVisible(!folded);
+    emit fold_changed();
 }
 
 void sent_report_bar::report_b_Click()
@@ -199,7 +200,7 @@ void sent_report_bar::tell_gap(const intake::report_gap &gap)
 
 void sent_report_bar::genrep_b_Click()
 {
-    guarded("Mailfrm.frm", "genrep_b", [this] {
+    const bool all_went = guarded("Mailfrm.frm", "genrep_b", [this] {
         open_store_if_closed();
         intake::empty_report(); // before the checks: a stopped report leaves nothing to print
         show_former_report();
@@ -213,6 +214,8 @@ void sent_report_bar::genrep_b_Click()
         });
         wait.show_modal();
     });
+    if (!all_went)
+        status_line("The report could not be made: " + session.err_description);
 }
 
 void sent_report_bar::make_report(const intake::report_request &request, const std::function<bool()> &give_up)
@@ -223,10 +226,10 @@ void sent_report_bar::make_report(const intake::report_request &request, const s
         if (under_way->mails >= 0)
             intake::record_report_date(today());
     });
-    if (!all_went || !under_way)
+    if (!under_way)
         status_line("The report could not be made: " + session.err_description);
     else
-        show_outcome(*under_way);
+        show_outcome(*under_way, all_went);
     under_way.reset();
 }
 
@@ -245,12 +248,13 @@ std::optional<std::vector<intake::mail_line>> sent_report_bar::write_rows()
     return lines;
 }
 
-void sent_report_bar::show_outcome(const run &made)
+void sent_report_bar::show_outcome(const run &made, bool day_is_kept)
 {
     if (made.mails >= 0) {
         listed_report = report_words(made.request, made.mails);
         ui->report_l->setText("The list shows the report: " + listed_report);
-        status_line({});
+        status_line(day_is_kept ? QString()
+                                : "The report was made, but its day could not be kept: " + session.err_description);
     } else if (made.cancelled) {
         status_line("The report was cancelled.");
     } else { // the list has told the log

@@ -26,7 +26,8 @@ public:
     void show_no_report(); // the list shows other mails again
 
 signals:
-    void rows_wanted(); // the list is to call write_rows now
+    void rows_wanted();  // the list is to call write_rows now
+    void fold_changed(); // it is higher or lower now
 
 protected:
     void showEvent(QShowEvent *event) override;
@@ -57,7 +58,7 @@ private:
     intake::report_request chosen() const;
     void tell_gap(const intake::report_gap &gap);
     void make_report(const intake::report_request &request, const std::function<bool()> &give_up);
-    void show_outcome(const run &made);
+    void show_outcome(const run &made, bool day_is_kept);
     void show_former_report(); // its rows stay in the list, but not in the store
 
     std::unique_ptr<Ui::sent_report_bar> ui;

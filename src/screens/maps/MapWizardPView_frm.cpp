@@ -7,6 +7,7 @@
 #include "maps/fit_preview.h"
 #include "maps/mail_cutting.h"
 #include "maps/map_wizard.h"
+#include "screens/wait_pointer.h"
 #include "ui_MapWizardPView_frm.h"
 
 #include <QStandardItemModel>

@@ -10,6 +10,7 @@
 #include "screens/intake/mfetchinprogress_frm.h"
 #include "screens/maps/MapWizardStep1_frm.h"
 #include "screens/maps/map_wizard_doors.h"
+#include "screens/wait_pointer.h"
 #include "ui_MapWizardStep2_frm.h"
 
 #include <QKeyEvent>

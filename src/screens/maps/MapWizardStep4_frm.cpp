@@ -10,6 +10,7 @@
 #include "screens/maps/mapWizardStep3_frm.h"
 #include "screens/maps/map_wizard_doors.h"
 #include "screens/maps/textarea_frm.h"
+#include "screens/wait_pointer.h"
 #include "ui_MapWizardStep4_frm.h"
 
 #include <QKeyEvent>

@@ -10,6 +10,7 @@
 #include "screens/maps/sample_mail_list.h"
 #include "screens/preferences/mail_client_frm.h"
 #include "screens/preferences/page_list.h"
+#include "screens/wait_pointer.h"
 #include "ui_mapWizardStep3_frm.h"
 
 using maps::map_wizard;

@@ -10,6 +10,7 @@
 #include "screens/background_colour.h"
 #include "screens/icons.h"
 #include "screens/intake/mapinprogress_frm.h"
+#include "screens/wait_pointer.h"
 #include "ui_mapwizardsave_frm.h"
 
 #include <QStyle>
