@@ -1,5 +1,6 @@
 // What was typed and not saved is not lost unasked: by closing the console, by a restored back-up, by Escape, by the
 // window's cross, by another page.
+#include "frame/session.h"
 #include "screens/directmail/EditSign.h"
 #include "screens/directmail/NewSign.h"
 #include "screens/directmail/Signature.h"
@@ -239,7 +240,8 @@ private slots:
         QVERIFY(site.boxes.shown.isEmpty());
         QCOMPARE(site.ends, 0);
         QVERIFY(is_visible<autoresponder>());
-        QCOMPARE(site.last_logged(), "autoresponder_frm.frm|Form_QueryUnload");
+        QCOMPARE(session.err_form, "autoresponder_frm.frm");
+        QCOMPARE(session.err_routine, "Form_QueryUnload");
         QCOMPARE(control<QLabel>(site.console, "status_l").text(),
                  "What was typed is kept, as what was done before could not be: The disk is full");
     }
