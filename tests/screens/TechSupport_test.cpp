@@ -9,9 +9,9 @@
 #include "support/screens_site.h"
 
 #include <QClipboard>
-#include <QLabel>
 #include <QFile>
 #include <QGuiApplication>
+#include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTest>

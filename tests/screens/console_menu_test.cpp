@@ -8,7 +8,6 @@
 #include "support/screens_driver.h"
 #include "support/screens_site.h"
 
-#include <QAccessible>
 #include <QAction>
 #include <QApplication>
 #include <QLabel>
@@ -180,25 +179,6 @@ private slots:
         QVERIFY(line.isVisible());
         status_line({});
         QVERIFY(!line.isVisible());
-    }
-
-    void a_status_line_is_spoken()
-    {
-        screens_site site;
-        menuFrm console;
-        console.show();
-        static QStringList alerts;
-        alerts.clear();
-        QAccessible::setActive(true);
-        const auto usual = QAccessible::installUpdateHandler([](QAccessibleEvent *event) {
-            if (event->type() == QAccessible::Alert)
-                alerts += event->accessibleInterface()->text(QAccessible::Name);
-        });
-        status_line("The settings are saved.");
-        status_line({});
-        QAccessible::installUpdateHandler(usual);
-        QAccessible::setActive(false);
-        QCOMPARE(alerts, QStringList{"The settings are saved."});
     }
 
     void a_status_line_stays_beside_the_tips_of_the_menu()
