@@ -9,9 +9,10 @@ void before_outside_effect();                        // commits every open store
 int on_outside_effect(std::function<void()> commit); // the registration's number
 void forget_outside_effect(int registration);
 
-// Written and handed over as one: while it lives nothing is committed, neither before an effect nor by the clock. What
-// is written meanwhile is committed behind the effect, so a kill before it leaves neither. Whoever holds commits back
-// calls before_outside_effect() as soon as it is gone. Only for what may happen twice, but must not be lost.
+// Written and handed over as one: while it lives nothing is committed, neither before an effect nor by the clock nor by
+// an event loop that waits. What is written meanwhile is committed behind the effect, so a kill before it leaves
+// neither. Whoever holds commits back calls before_outside_effect() as soon as it is gone. Only for what may happen
+// twice, but must not be lost.
 class held_commits {
 public:
     held_commits();

@@ -202,8 +202,10 @@ void database::barrier()
 void database::watch_event_loop()
 {
     if (QAbstractEventDispatcher *loop = QAbstractEventDispatcher::instance())
-        event_loop =
-            QObject::connect(loop, &QAbstractEventDispatcher::aboutToBlock, loop, [this] { commit_quietly(); });
+        event_loop = QObject::connect(loop, &QAbstractEventDispatcher::aboutToBlock, loop, [this] {
+            if (!commits_are_held())
+                commit_quietly();
+        });
 }
 
 void database::need_sound()
