@@ -2,6 +2,8 @@
 #include "support/screens_access_keys.h"
 #include "support/screens_sent_site.h"
 
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QTest>
 
 class sent_report_bar_test : public QObject {
@@ -168,6 +170,32 @@ private slots:
         on_bar<QToolButton>("sentitems_b").click();
         QCoreApplication::processEvents();
         QVERIFY(on_bar<QPushButton>("genrep_b").isVisible());
+    }
+
+    void however_narrow_the_window_nothing_of_it_scrolls_data()
+    {
+        QTest::addColumn<int>("width");
+        QTest::newRow("as a small console leaves it") << 533;
+        QTest::newRow("the least that the screen asks for") << 560;
+        QTest::newRow("where the captions still wrap") << 640;
+        QTest::newRow("as it opens") << 920;
+        QTest::newRow("wide") << 1400;
+    }
+
+    void however_narrow_the_window_nothing_of_it_scrolls()
+    {
+        QFETCH(int, width);
+        const sent_site site;
+        the<mailfrm>().setMinimumWidth(0);
+        the<mailfrm>().show();
+        the<mailfrm>().resize(width, 640);
+        open_sent_view();
+        QCoreApplication::processEvents();
+        QCOMPARE(the<mailfrm>().width(), width);
+        const auto &choices = on_bar<QScrollArea>("report_fr");
+        QVERIFY(choices.isVisible());
+        QCOMPARE(choices.horizontalScrollBar()->maximum(), 0);
+        QCOMPARE(choices.verticalScrollBar()->maximum(), 0);
     }
 
     void the_access_keys_are_single_and_none_is_one_of_the_menus()
