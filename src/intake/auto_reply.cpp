@@ -117,16 +117,16 @@ QString next_token(const QString &token)
 std::optional<auto_reply_fault> why_not_saveable(const QString &map, const auto_reply &typed)
 {
     if (map.isEmpty())
-        return auto_reply_fault{"Please select map", "mapname_c"};
+        return auto_reply_fault{"Please select map", reply_part::map};
     if (typed.autocontent.isEmpty())
-        return auto_reply_fault{"Please enter mail text", "autocontent_t"};
+        return auto_reply_fault{"Please enter mail text", reply_part::text};
     if (typed.SubjectType == standard_subject && typed.Subject.isEmpty())
-        return auto_reply_fault{"Please enter subject text.", "subject_t"};
+        return auto_reply_fault{"Please enter subject text.", reply_part::subject};
     const bool has_prefix = typed.SubjectType == dynamic_subject || typed.SubjectType == support_token;
     if (has_prefix && typed.SubjectPrefix.isEmpty())
-        return auto_reply_fault{"Please enter subject prefix.", "prefix_t"};
+        return auto_reply_fault{"Please enter subject prefix.", reply_part::prefix};
     if (typed.SubjectType == support_token && plain_token(typed.LastToken).isEmpty())
-        return auto_reply_fault{"Please enter numeric value.", "token_t"};
+        return auto_reply_fault{"Please enter numeric value.", reply_part::token};
     return std::nullopt;
 }
 

@@ -5,6 +5,8 @@
 
 #include <QtTest/QTest>
 
+using intake::reply_part;
+
 namespace {
 
 void add_map_names(wizard_site &site)
@@ -45,6 +47,7 @@ void auto_reply_test::the_tests_come_in_their_order_data()
     QTest::addColumn<QString>("map");
     QTest::addColumn<intake::auto_reply>("typed");
     QTest::addColumn<QString>("words");
+    QTest::addColumn<reply_part>("part");
     const intake::auto_reply nothing;
     intake::auto_reply text = nothing;
     text.autocontent = "Hello";
@@ -61,15 +64,15 @@ void auto_reply_test::the_tests_come_in_their_order_data()
     good.LastToken = " 5 ";
     intake::auto_reply good_dynamic = dynamic; // without a field: that is an empty value
     good_dynamic.SubjectPrefix = "No";
-    QTest::newRow("no map") << "" << nothing << "Please select map";
-    QTest::newRow("no text") << "names" << nothing << "Please enter mail text";
-    QTest::newRow("no subject") << "names" << text << "Please enter subject text.";
-    QTest::newRow("dynamic, no prefix") << "names" << dynamic << "Please enter subject prefix.";
-    QTest::newRow("token, no prefix") << "names" << token << "Please enter subject prefix.";
-    QTest::newRow("token, no number") << "names" << worded << "Please enter numeric value.";
-    QTest::newRow("token, too large") << "names" << endless << "Please enter numeric value.";
-    QTest::newRow("token") << "names" << good << "";
-    QTest::newRow("dynamic") << "names" << good_dynamic << "";
+    QTest::newRow("no map") << "" << nothing << "Please select map" << reply_part::map;
+    QTest::newRow("no text") << "names" << nothing << "Please enter mail text" << reply_part::text;
+    QTest::newRow("no subject") << "names" << text << "Please enter subject text." << reply_part::subject;
+    QTest::newRow("dynamic, no prefix") << "names" << dynamic << "Please enter subject prefix." << reply_part::prefix;
+    QTest::newRow("token, no prefix") << "names" << token << "Please enter subject prefix." << reply_part::prefix;
+    QTest::newRow("token, no number") << "names" << worded << "Please enter numeric value." << reply_part::token;
+    QTest::newRow("token, too large") << "names" << endless << "Please enter numeric value." << reply_part::token;
+    QTest::newRow("token") << "names" << good << "" << reply_part::map;
+    QTest::newRow("dynamic") << "names" << good_dynamic << "" << reply_part::map;
 }
 
 void auto_reply_test::the_tests_come_in_their_order()
@@ -79,6 +82,8 @@ void auto_reply_test::the_tests_come_in_their_order()
     QFETCH(QString, words);
     const auto fault = intake::why_not_saveable(map, typed);
     QCOMPARE(fault ? fault->words : QString(), words);
+    if (fault)
+        QTEST(fault->part, "part");
 }
 
 void auto_reply_test::the_field_lists_leave_every_map_s_own_columns_out()

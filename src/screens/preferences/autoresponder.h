@@ -44,6 +44,7 @@ private:
     void save();
     bool may_lose_what_is_typed();
     intake::auto_reply typed() const;
+    QWidget &box_of(intake::reply_part part) const;
     QString chosen_map() const; // "" with "Select Map"
 
     std::unique_ptr<Ui::autoresponder> ui;
