@@ -219,7 +219,7 @@ QDate last_report_date()
     if (!row.EOF_())
         stored = row["gendate"].text_or_empty();
     row.Close();
-    return stored == never_made ? QDate() : QDate::fromString(stored, QStringLiteral("M/d/yyyy"));
+    return stored == never_made ? QDate() : us_date_in(stored);
 }
 
 std::vector<report_account> report_accounts()
