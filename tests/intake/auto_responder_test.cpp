@@ -19,6 +19,7 @@
 
 namespace {
 
+const QString unfilled = "Not all mails could be put into their tables, the next fetch tries again: ";
 const QString unprocessed = "select message_id from orders where tsl_processed=no";
 
 intake::auto_reply reply_with(int type, const QString &prefix = "Order")
@@ -510,6 +511,7 @@ void auto_responder_test::a_reply_that_fails_is_logged_and_the_mail_stays()
     QCOMPARE(replies(), QStringList());
     QCOMPARE(site.log_entries().size(), 1);
     QVERIFY(site.log_entries()[0].endsWith("|mail_module.bas|parse_unprocessed_mails"));
+    QCOMPARE(site.status_lines, QStringList{unfilled + session.err_description});
     QCOMPARE(site.column(unprocessed), (QStringList{"1", "2"}));
     QCOMPARE(site.column("select full_name from names"), QStringList{"Bob"}); // what was written stays
     site.answer(reply_with(intake::standard_subject));
@@ -530,6 +532,7 @@ void auto_responder_test::an_outbox_that_cannot_be_written_ends_the_pass()
     QCOMPARE(site.log_entries().size(), 1);
     QCOMPARE(site.column(unprocessed), QStringList{"1"});
     QCOMPARE(site.token(), "8"); // raised before Send
+    QCOMPARE(site.status_lines, QStringList{unfilled + session.err_description});
     QVERIFY(in_its_place.remove());
     QVERIFY(intake::parse_unprocessed_mails());
     QCOMPARE(replies(), QStringList{"bob@example.net|Order 8 at the nursery|waiting"});
