@@ -12,6 +12,7 @@
 #include "support/screens_site.h"
 #include "support/scripted_dialogs.h"
 
+#include <QAccessible>
 #include <QAction>
 #include <QApplication>
 #include <QCheckBox>
@@ -184,6 +185,16 @@ private slots:
         QCOMPARE(site.minutes(), "1");
     }
 
+    void a_screen_reader_turns_it_on()
+    {
+        general_site site;
+        site.show_with(-1);
+        QAccessibleInterface *spoken = QAccessible::queryAccessibleInterface(&autofetch_ch());
+        spoken->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
+        QVERIFY(minutes_t().isEnabled());
+        QVERIFY(page().focusWidget() == &minutes_t());
+    }
+
     void the_selected_signature_is_shown()
     {
         general_site site;
@@ -338,7 +349,9 @@ private slots:
         site.show_with(-1);
         autofetch_ch().setChecked(true);
         minutes_t().setText("1");
+        site.boxes.will_say_yes();
         QTest::keyClick(&minutes_t(), Qt::Key_Escape);
+        QCOMPARE(site.boxes.shown, QStringList{"What was typed here is not saved. Go on without saving?"});
         QVERIFY(!is_loaded<Preference>());
         QCOMPARE(site.minutes(), "-1");
     }

@@ -16,6 +16,7 @@
 #include "screens/icons.h"
 #include "screens/intake/mailfrm.h"
 #include "screens/screen.h"
+#include "screens/spoken_names.h"
 
 #include <QAction>
 #include <QCloseEvent>
@@ -85,7 +86,7 @@ void menuFrm::build_toolbar()
     command("showtips")->setIcon(drawn_icon("tips"));
     command("contents")->setIcon(drawn_icon("help"));
     command("contents")->setIconText("Help");
-    command("fetchmail")->setStatusTip("Takes the form mails of your accounts out of your Inbox");
+    command("fetchmail")->setStatusTip("Gathers the form mails of your accounts");
     command("mauditor_mnu")->setStatusTip("Shows the mails that are stored");
     auto *bar = addToolBar("Toolbar");
     bar->setObjectName("toolbar");
@@ -165,7 +166,7 @@ void menuFrm::delivery_told(const delivery::report &told)
 void menuFrm::closeEvent(QCloseEvent *event)
 {
     event->ignore(); // the process ends from here or from Exit_frm, never by a window that vanished
-    if (closing || busy())
+    if (closing || busy() || !all_screens_may_be_left())
         return;
     closing = true;
     Timer1->stop();
@@ -187,7 +188,7 @@ void menuFrm::closeEvent(QCloseEvent *event)
 void menuFrm::keyPressEvent(QKeyEvent *event)
 {
     if (event->key() == Qt::Key_F1)
-        contents_Click();
+        open_help("menuFrm");
     else
         QMainWindow::keyPressEvent(event);
 }

@@ -49,12 +49,11 @@ private:
     void mail_client_mnu_Click();
     void exit_Click();
     void contents_Click();
+    void open_help(const QString &topic);
     void showtips_Click();
     void about_Click();
     void openex_mnu_Click();
     void openmy_mnu_Click();
-
-    quint32 GetBkColor() const;
 
     console_area *area;
     QTimer *Timer1;
