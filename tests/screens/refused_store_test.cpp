@@ -1,10 +1,13 @@
 // A store that refuses to keep what was done: no box can be shown then, nothing is told to be saved, what is typed
 // stays, and the program goes on. The screens of signatures, of the preferences and of the setup.
 #include "frame/session.h"
+#include "platform/outbox.h"
 #include "screens/directmail/EditSign.h"
 #include "screens/directmail/NewSign.h"
 #include "screens/directmail/Signature.h"
 #include "screens/frame/Stage1.h"
+#include "screens/frame/outbox_frm.h"
+#include "screens/list_view.h"
 #include "screens/preferences/Format_mail_frm.h"
 #include "screens/preferences/Preference.h"
 #include "screens/preferences/autoresponder.h"
@@ -272,6 +275,28 @@ private slots:
         press<Format_mail_frm>("open_b");
         QCOMPARE(failed_in(), "Format_mail_frm.frm|open_b");
         QVERIFY(is_told(site.status_lines, "Please select a mail "));
+    }
+
+    void a_mail_of_the_outbox_is_deleted_only_after_its_question()
+    {
+        screens_site site;
+        outbox::outgoing_mail mail;
+        mail.SendingAccount = "shop@shop.example";
+        mail.To = QStringList{"ann@mail.example"};
+        mail.Subject = "Order 17";
+        outbox::hand_over(mail);
+        the<outbox_frm>().show();
+        control<list_view>(the<outbox_frm>(), "LV_outbox").selectAll();
+        {
+            const refusing_store full_disk;
+            press<outbox_frm>("delete_b");
+        }
+        QCOMPARE(failed_in(), "outbox_frm.frm|delete_b");
+        QCOMPARE(outbox::contents().size(), size_t(1));
+        site.boxes.will_say_no();
+        press<outbox_frm>("delete_b");
+        QVERIFY(site.boxes.boxes.at(0).no_is_default);
+        QCOMPARE(outbox::contents().size(), size_t(1));
     }
 
     void a_setup_with_something_typed_stays_when_the_question_cannot_be_asked()
