@@ -10,6 +10,25 @@ namespace {
 
 constexpr qsizetype most_shown = 100000;
 
+const char *const sending_off = "Sending is switched off in Preferences > Mail Client.";
+
+// What holds up all comes first: the mail's own turn comes only behind it.
+QString why_it_waits(const outbox::kept_mail &mail, const hold_up &all)
+{
+    QStringList reasons;
+    if (all.sending_is_off)
+        reasons += sending_off;
+    else if (!all.trouble.isEmpty())
+        reasons += all.trouble;
+    if (!mail.reason.isEmpty())
+        reasons += mail.reason;
+    if (reasons.isEmpty())
+        return "It goes out when its turn comes.";
+    if (mail.next_try.isValid() && !all.sending_is_off && all.trouble.isEmpty())
+        reasons += "It is tried again at " + us_date_time(mail.next_try) + '.';
+    return reasons.join(u'\n');
+}
+
 QString mails_text(qsizetype count)
 {
     return count == 1 ? QStringLiteral("this mail") : QStringLiteral("these %1 mails").arg(count);
@@ -32,8 +51,10 @@ QString state_word(outbox::mail_state state)
     return "Waiting";
 }
 
-QString why(const outbox::kept_mail &mail, bool sending_is_on)
+QString why(const outbox::kept_mail &mail, const hold_up &all)
 {
+    if (mail.state == outbox::mail_state::waiting)
+        return why_it_waits(mail, all);
     if (!mail.reason.isEmpty())
         return mail.reason;
     switch (mail.state) {
@@ -46,7 +67,16 @@ QString why(const outbox::kept_mail &mail, bool sending_is_on)
     case outbox::mail_state::waiting:
         break;
     }
-    return sending_is_on ? "It goes out when its turn comes." : "Sending is switched off in Preferences > Mail Client.";
+    return {};
+}
+
+QString why_not_now(const outbox::counts &left, const hold_up &all)
+{
+    if (left.waiting > 0)
+        return all.sending_is_off ? QString(sending_off) : QString();
+    if (left.held + left.refused + left.unknown > 0)
+        return "No mail waits for its turn. Send Again is for those that are held, refused or unknown.";
+    return "No mail waits to be sent.";
 }
 
 QString recipients(const outbox::kept_mail &mail)
@@ -75,6 +105,16 @@ QString delete_question(const std::vector<outbox::kept_mail> &mails)
 QString to_go_text(qsizetype count)
 {
     return QString::number(count) + (count == 1 ? " mail to go." : " mails to go.");
+}
+
+QString to_go_before_closing_text(qsizetype count)
+{
+    return to_go_text(count).chopped(1) + ", then the Outbox closes.";
+}
+
+QString broken_off_text(qsizetype left, const QString &failure)
+{
+    return "This broke off with " + to_go_text(left) + "\n\n" + failure;
 }
 
 QString left_alone_text(qsizetype count)

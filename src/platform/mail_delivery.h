@@ -9,19 +9,21 @@ namespace delivery {
 
 struct report {
     outbox::counts left;
-    int sent = 0;      // by this run of the worker
-    bool busy = false; // it is sending at this moment
-    QString line;      // for the status bar: what waits, and why; "" when nothing does
+    int sent = 0;         // by this run of the worker
+    bool busy = false;    // it is sending at this moment
+    QString line = {};    // for the status bar: what waits, and why; "" when nothing does
+    QString trouble = {}; // what holds up all that waits, in sentences; "" while the way is open
 };
 
 // Called on the thread that called start, whenever something changed.
 using listener = std::function<void(const report &)>;
 
-// The user-interface thread's four: the process's one worker begins, looks at once (a mail was handed over, settings
-// or a password changed), and ends; stop returns when the mail in hand is through, or was given up at a safe point,
-// after some seconds at most.
+// The user-interface thread's five: the process's one worker begins, looks at once (a mail was handed over, settings
+// or a password changed), looks at once also at what was to be tried later, and ends; stop returns when the mail in
+// hand is through, or was given up at a safe point, after some seconds at most.
 void start(listener heard);
 void wake();
+void send_now();
 void stop();
 report present();
 

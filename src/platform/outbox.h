@@ -35,8 +35,9 @@ struct kept_mail {
     QString reason; // of held, refused and unknown, and of the last try that failed
     mail_kind Kind = mail_kind::single;
     QString SendingAccount, Subject;
-    QStringList To;        // those that it has not reached yet
-    QDateTime handed_over; // wall clock
+    QStringList To;          // those that it has not reached yet
+    QDateTime handed_over;   // wall clock, as the next one
+    QDateTime next_try = {}; // of a mail that the server wants to have later
 };
 
 // Writes the mail into the Outbox and gives its id. An address that cannot be written to (empty, no "@", with CR, LF

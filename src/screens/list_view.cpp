@@ -2,7 +2,11 @@
 #include "frame/error_log.h"
 #include "platform/settings.h"
 
+#include <QContextMenuEvent>
+#include <QGuiApplication>
 #include <QHeaderView>
+#include <QKeyEvent>
+#include <QMenu>
 #include <QPainter>
 #include <QStyledItemDelegate>
 #include <algorithm>
@@ -106,6 +110,81 @@ void list_view::head_Click(int column)
         model()->sort(column, order);
     if (currentIndex().isValid())
         scrollTo(currentIndex());
+    say_how_it_is_sorted();
+}
+
+// From left to right.
+QList<int> list_view::shown_heads() const
+{
+    QList<int> shown;
+    for (int place = 0; place < header()->count(); ++place)
+        if (const int column = header()->logicalIndex(place); !isColumnHidden(column))
+            shown += column;
+    return shown;
+}
+
+// The marks on the heads are only seen.
+void list_view::say_how_it_is_sorted()
+{
+    if (spoken_name.isEmpty())
+        spoken_name = accessibleName();
+    const QString head = model() ? model()->headerData(sorted_column, Qt::Horizontal).toString() : QString();
+    setAccessibleName(spoken_name + ", sorted by " + head +
+                      (order == Qt::AscendingOrder ? ", ascending" : ", descending"));
+}
+
+// Where digits are typed with Shift, Ctrl and Shift go with them.
+void list_view::keyPressEvent(QKeyEvent *event)
+{
+    const Qt::KeyboardModifiers keys = event->modifiers() & ~(Qt::KeypadModifier | Qt::ShiftModifier);
+    const int number = event->key() - Qt::Key_1;
+    const QList<int> heads = shown_heads();
+    if (keys == Qt::ControlModifier && number >= 0 && number < qMin(qsizetype(9), heads.size()))
+        head_Click(heads[number]);
+    else
+        QTreeView::keyPressEvent(event);
+}
+
+void list_view::currentChanged(const QModelIndex &current, const QModelIndex &previous)
+{
+    QTreeView::currentChanged(current, previous);
+    if (!QGuiApplication::keyboardModifiers().testFlag(Qt::ShiftModifier))
+        shift_began = current;
+}
+
+void list_view::take_up_shift()
+{
+    const int one = shift_began.row(), other = currentIndex().row();
+    if (one < 0 || other < 0)
+        return;
+    const QItemSelection range(model()->index(qMin(one, other), 0),
+                               model()->index(qMax(one, other), model()->columnCount() - 1));
+    for (int row = qMin(one, other); row <= qMax(one, other); ++row)
+        if (!selectionModel()->isRowSelected(row))
+            return;
+    selectionModel()->select(range, QItemSelectionModel::Deselect);
+    selectionModel()->select(range, QItemSelectionModel::SelectCurrent);
+}
+
+void list_view::contextMenuEvent(QContextMenuEvent *event)
+{
+    auto *menu = new QMenu(this);
+    menu->setObjectName("sort_mnu");
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    int number = 0;
+    for (const int column : shown_heads())
+        add_sort_command(*menu, column, ++number);
+    menu->popup(event->globalPos());
+}
+
+void list_view::add_sort_command(QMenu &menu, int column, int number)
+{
+    const QString head = model() ? model()->headerData(column, Qt::Horizontal).toString() : QString();
+    const QString key = number <= 9 ? "\tCtrl+" + QString::number(number) : QString();
+    QAction *command = menu.addAction("Sort by " + QString(head).replace(u'&', QStringLiteral("&&")) + key);
+    command->setCheckable(true);
+    command->setChecked(column == sorted_column);
+    connect(command, &QAction::triggered, this, [this, column] { head_Click(column); });
 }
 
 void list_view::paintEvent(QPaintEvent *event)
@@ -123,6 +202,11 @@ void list_view::paintEvent(QPaintEvent *event)
 void list_view::hideEvent(QHideEvent *event)
 {
     QTreeView::hideEvent(event);
+    keep_arrangement();
+}
+
+void list_view::keep_arrangement()
+{
     const QString widths = widths_text(*header());
     if (memory_name.isEmpty() || widths == remembered)
         return;

@@ -18,25 +18,81 @@ QVariant sorted_list::whole_text_tip(const QString &text)
     return text.isEmpty() ? QVariant() : "<qt>" + left(text, 2000).toHtmlEscaped() + "</qt>";
 }
 
-void sorted_list::sort_shown()
+void sorted_list::change_lines(const std::vector<int> &becomes, int count, const std::function<void()> &change)
+{
+    take_out(becomes);
+    change();
+    for (int &line : shown)
+        line = becomes[size_t(line)];
+    if (!shown.empty())
+        emit dataChanged(index(0, 0), index(rowCount() - 1, columnCount() - 1));
+    add_at_the_end(count);
+    const auto before = [this](int a, int b) { return stands_before(a, b); };
+    if (!std::is_sorted(shown.begin(), shown.end(), before))
+        put_in_order();
+}
+
+// From the end, in as few pieces as they are.
+void sorted_list::take_out(const std::vector<int> &becomes)
+{
+    const auto goes = [&](int row) { return becomes[line_at(row)] < 0; };
+    for (int last = rowCount() - 1; last >= 0; --last) {
+        if (!goes(last))
+            continue;
+        int first = last;
+        while (first > 0 && goes(first - 1))
+            --first;
+        beginRemoveRows({}, first, last);
+        shown.erase(shown.begin() + first, shown.begin() + last + 1);
+        endRemoveRows();
+        last = first;
+    }
+}
+
+void sorted_list::add_at_the_end(int count)
+{
+    std::vector<bool> is_shown(static_cast<size_t>(count));
+    for (const int line : shown)
+        is_shown[size_t(line)] = true;
+    std::vector<int> added;
+    for (int line = 0; line < count; ++line)
+        if (!is_shown[size_t(line)])
+            added.push_back(line);
+    if (added.empty())
+        return;
+    beginInsertRows({}, rowCount(), rowCount() + int(added.size()) - 1);
+    shown.insert(shown.end(), added.begin(), added.end());
+    endInsertRows();
+}
+
+bool sorted_list::stands_before(int a, int b) const
 {
     if (sorted_by < 0)
-        return;
-    std::stable_sort(shown.begin(), shown.end(), [this](int a, int b) {
-        const int order = compare(size_t(a), size_t(b), sorted_by);
-        return sort_order == Qt::AscendingOrder ? order < 0 : order > 0;
-    });
+        return a < b;
+    const int order = compare(size_t(a), size_t(b), sorted_by);
+    return sort_order == Qt::AscendingOrder ? order < 0 : order > 0;
+}
+
+void sorted_list::sort_shown()
+{
+    std::stable_sort(shown.begin(), shown.end(), [this](int a, int b) { return stands_before(a, b); });
 }
 
 void sorted_list::sort(int head, Qt::SortOrder order)
 {
+    sorted_by = head;
+    sort_order = order;
+    put_in_order();
+    emit headerDataChanged(Qt::Horizontal, 0, columnCount() - 1);
+}
+
+void sorted_list::put_in_order()
+{
     emit layoutAboutToBeChanged();
-    const QModelIndexList kept = persistentIndexList(); // the selection follows its lines
+    const QModelIndexList kept = persistentIndexList();
     std::vector<int> kept_lines;
     for (const QModelIndex &index : kept)
         kept_lines.push_back(shown[size_t(index.row())]);
-    sorted_by = head;
-    sort_order = order;
     sort_shown();
     QHash<int, int> row_of;
     for (size_t row = 0; row < shown.size() && !kept.isEmpty(); ++row)
@@ -46,7 +102,6 @@ void sorted_list::sort(int head, Qt::SortOrder order)
         moved += index(row_of[kept_lines[size_t(n)]], kept[n].column());
     changePersistentIndexList(kept, moved);
     emit layoutChanged();
-    emit headerDataChanged(Qt::Horizontal, 0, columnCount() - 1);
 }
 
 int sorted_list::rowCount(const QModelIndex &parent) const
@@ -77,6 +132,8 @@ QVariant sorted_list::headerData(int section, Qt::Orientation orientation, int r
         return drawn_picture(sort_mark(section), 12);
     case Qt::WhatsThisRole:
         return sort_mark(section);
+    case Qt::ToolTipRole: // hidden columns are the last ones
+        return "Sorts by " + captions.value(section) + " (Ctrl+" + QString::number(section + 1) + ')';
     default:
         return {};
     }

@@ -4,6 +4,7 @@
 #pragma once
 #include <QAbstractTableModel>
 #include <QStringList>
+#include <functional>
 #include <vector>
 
 class sorted_list : public QAbstractTableModel {
@@ -20,13 +21,20 @@ protected:
     size_t line_at(int row) const { return size_t(shown[size_t(row)]); }
     // Between begin and endResetModel: the lines to show, as the list got them.
     void show_lines(std::vector<int> lines);
+    // Without a reset, so that selection, keyboard's place and where Shift began stay. becomes: of each line that there
+    // was, its number from now on, or -1: it goes. change makes the new lines, count of them, the list's own.
+    void change_lines(const std::vector<int> &becomes, int count, const std::function<void()> &change);
     // Two lines by a head: below 0, 0, or above it.
     virtual int compare(size_t a, size_t b, int head) const = 0;
     // The tip of a text that may not fit its column: wrapped, never taken for HTML; none for no text.
     static QVariant whole_text_tip(const QString &text);
 
 private:
+    bool stands_before(int a, int b) const;
+    void take_out(const std::vector<int> &becomes);
+    void add_at_the_end(int count);
     void sort_shown();
+    void put_in_order(); // the selection follows its lines
     QString sort_mark(int section) const;
 
     QStringList captions;

@@ -80,8 +80,8 @@ private slots:
         QTest::newRow("the way is closed")
             << delivery_facts{.left = {.waiting = 3},
                               .failure = "mail.example.org cannot be reached.",
-                              .next_try = "14:05"}
-            << "3 mails wait in the Outbox: mail.example.org cannot be reached: tried again at 14:05";
+                              .next_try = "2:05:00 PM"}
+            << "3 mails wait in the Outbox: mail.example.org cannot be reached: tried again at 2:05:00 PM";
         QTest::newRow("nothing waits, and the server is away")
             << delivery_facts{.left = {}, .failure = "Nobody answers."} << "";
         QTest::newRow("nothing waits, and files cannot be removed")
@@ -99,6 +99,29 @@ private slots:
     {
         QFETCH(delivery_facts, facts);
         QTEST(delivery_line(facts), "line");
+    }
+
+    void what_holds_up_the_mails_that_wait_data()
+    {
+        QTest::addColumn<delivery_facts>("facts");
+        QTest::addColumn<QString>("words");
+        const delivery_facts closed{
+            .left = {.waiting = 3}, .failure = "Nobody answers at mail.example.org.", .next_try = "2:05:00 PM"};
+        delivery_facts tries = closed, off = closed, no_time = closed;
+        tries.busy = true;
+        off.keeps_all = true;
+        no_time.next_try = "";
+        QTest::newRow("nothing") << delivery_facts{.left = {.waiting = 3}} << "";
+        QTest::newRow("the way is closed")
+            << closed << "Nobody answers at mail.example.org. It is tried again at 2:05:00 PM.";
+        QTest::newRow("it is just tried again") << tries << "";
+        QTest::newRow("sending is off") << off << "";
+        QTest::newRow("nobody tries again") << no_time << "Nobody answers at mail.example.org.";
+    }
+    void what_holds_up_the_mails_that_wait()
+    {
+        QFETCH(delivery_facts, facts);
+        QTEST(trouble_words(facts), "words");
     }
 
     void sendmail_is_told_who_and_fed_the_mail()

@@ -11,6 +11,8 @@ class delivery_worker_test : public QObject {
 private slots:
     void the_worker_sends_what_is_handed_over();
     void the_worker_tries_again_when_it_is_told_that_settings_changed();
+    void send_now_takes_also_what_the_server_wanted_later();
+    void what_send_now_made_due_stays_due_when_the_way_closes();
     void switching_sending_off_is_heeded_between_two_mails();
     void a_corrected_password_does_not_wait();
     void singles_overtake_mailings();
@@ -59,6 +61,40 @@ void delivery_worker_test::the_worker_tries_again_when_it_is_told_that_settings_
     delivery::wake();
     QTRY_COMPARE(line, "");
     QCOMPARE(sink.mails().size(), 2);
+}
+
+void delivery_worker_test::send_now_takes_also_what_the_server_wanted_later()
+{
+    smtp_sink sink({.faults = {{.at = smtp_step::rcpt, .deed = smtp_fault::answer, .text = "450 4.2.0 Greylisted"}}});
+    delivery_site site(sink.port());
+    site.hand_over("ann@example.net");
+    delivery::start([](const delivery::report &) {});
+    QTRY_VERIFY(only_mail().next_try.isValid());
+    QVERIFY(only_mail().reason.contains("Greylisted"));
+    QTRY_VERIFY(!delivery::present().busy);
+    site.hand_over("bob@example.net"); // takes nothing with it that was to come later
+    QTRY_COMPARE(sink.taken(), 1);
+    QCOMPARE(waiting_addresses(), QStringList{"ann@example.net"});
+    delivery::send_now();
+    QTRY_COMPARE(sink.taken(), 2);
+    QTRY_COMPARE(outbox::contents().size(), size_t(0));
+}
+
+void delivery_worker_test::what_send_now_made_due_stays_due_when_the_way_closes()
+{
+    smtp_sink sink({.faults = {{.at = smtp_step::rcpt, .deed = smtp_fault::answer, .text = "450 4.2.0 Greylisted"}}});
+    delivery_site site(sink.port());
+    site.hand_over("ann@example.net");
+    delivery::start([](const delivery::report &) {});
+    QTRY_VERIFY(only_mail().next_try.isValid());
+    QTRY_VERIFY(!delivery::present().busy);
+    sink.stop();
+    delivery::send_now();
+    QTRY_VERIFY2(delivery::present().trouble.contains("It is tried again at "), "the server is away");
+    QVERIFY(!only_mail().next_try.isValid());
+    sink.start();
+    delivery::wake(); // a new try at the way, and the mail does not wait for its own any more
+    QTRY_COMPARE(sink.taken(), 1);
 }
 
 void delivery_worker_test::switching_sending_off_is_heeded_between_two_mails()

@@ -10,6 +10,7 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QDir>
 #include <QLabel>
 #include <QMdiArea>
 #include <QMdiSubWindow>
@@ -165,6 +166,34 @@ private slots:
         QCOMPARE(site.boxes.shown.size(), 1);
         QVERIFY(site.boxes.shown[0].startsWith("Labels cannot be printed yet"));
         QVERIFY(site.boxes.boxes[0].kind == message_kind::say);
+    }
+
+    void a_command_that_fails_says_so_in_the_status_bar_data()
+    {
+        QTest::addColumn<QString>("command");
+        QTest::addColumn<QString>("line");
+        QTest::addColumn<QString>("routine");
+        QTest::newRow("Fetch Mail, whose page cannot be written") << "fetchmail"
+                                                                  << "Mail cannot be fetched: "
+                                                                  << "fetchmail";
+        QTest::newRow("Print, whose table is gone") << "lprint"
+                                                    << "Labels cannot be printed: "
+                                                    << "lprint";
+    }
+    void a_command_that_fails_says_so_in_the_status_bar()
+    {
+        QFETCH(QString, command);
+        QFETCH(QString, line);
+        screens_site site;
+        QVERIFY(QDir().mkpath(site.file("fetchmailanimation.html/in the way")));
+        site.store.run("drop table formula_tbl");
+        menuFrm console;
+        console.show();
+        control<QAction>(console, command.toLatin1()).trigger();
+        QCOMPARE(control<QLabel>(console, "status_l").accessibleName(), line + session.err_description);
+        QVERIFY(!session.err_description.isEmpty());
+        QTEST(session.err_routine, "routine");
+        QCOMPARE(site.boxes.shown, QStringList());
     }
 
     void status_lines_go_to_the_status_bar()

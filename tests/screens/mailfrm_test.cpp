@@ -28,8 +28,8 @@ private slots:
         QCOMPARE(screen.windowTitle(), "Tessaly - Inbox");
         QCOMPARE(heads("LV_sub"), (QStringList{"From", "Subject", "Received"}));
         QCOMPARE(heads("LV_sub_si"), (QStringList{"To", "Subject", "Sent"}));
-        QCOMPARE(control<QToolButton>(screen, "inbox_b").text(), "Inbox");
-        QCOMPARE(control<QToolButton>(screen, "sentitems_b").text(), "Sent Item");
+        QCOMPARE(control<QToolButton>(screen, "inbox_b").text().remove('&'), "Inbox");
+        QCOMPARE(control<QToolButton>(screen, "sentitems_b").text().remove('&'), "Sent Item");
     }
 
     void the_mails_of_all_accounts_are_listed()

@@ -1,4 +1,6 @@
-// The Outbox through its controls, over a real Outbox folder; nothing is delivered here.
+// The Outbox through its controls, over a real Outbox folder. What a server and a closing program do to it:
+// outbox_sending_test.cpp, outbox_deed_test.cpp; how
+// it follows: outbox_following_test.cpp.
 #include "platform/mail_delivery.h"
 #include "platform/outbox.h"
 #include "platform/settings.h"
@@ -7,93 +9,17 @@
 #include "screens/frame/outbox_list.h"
 #include "screens/list_view.h"
 #include "screens/screen.h"
-#include "support/maildir_files.h"
-#include "support/screens_driver.h"
-#include "support/screens_site.h"
+#include "support/screens_outbox.h"
 
 #include <QAction>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QHeaderView>
 #include <QLabel>
-#include <QPlainTextEdit>
 #include <QPushButton>
-#include <QRegularExpression>
 #include <QTest>
-#include <QTimer>
-#include <QToolButton>
 
-namespace {
-
-void hand_over(const QString &to, const QString &subject, const QString &text = "Hello",
-               outbox::mail_kind kind = outbox::mail_kind::single)
-{
-    outbox::outgoing_mail mail;
-    mail.Kind = kind;
-    mail.SendingAccount = "shop@shop.example";
-    mail.To = QStringList{to};
-    mail.Subject = subject;
-    mail.body = text;
-    outbox::hand_over(mail);
-}
-
-constexpr int all_rows = 5000;
-
-// Refused ones; by copying, so quickly.
-void hand_over_many(const screens_site &site)
-{
-    hand_over("nobody", "Order 1");
-    const QString model = outbox::contents().at(0).id;
-    const QByteArray eml = outbox::bytes_of(model);
-    const QByteArray state = bytes_of_file(site.file("outbox/" + model + ".json"));
-    const auto write = [&site](const QString &name, const QByteArray &bytes) {
-        QFile file(site.file("outbox/" + name));
-        if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
-            qFatal("a mail of the test cannot be written");
-    };
-    for (int number = 1; number < all_rows; ++number) {
-        const QString id = QStringLiteral("1767268800%1-a").arg(number, 6, 10, QChar(u'0'));
-        write(id + ".eml", eml);
-        write(id + ".json", state);
-    }
-}
-
-list_view &rows()
-{
-    return control<list_view>(the<outbox_frm>(), "LV_outbox");
-}
-
-QString cell(int row, int column)
-{
-    return rows().model()->index(row, column).data().toString();
-}
-
-int row_count()
-{
-    return rows().model()->rowCount();
-}
-
-void select(int row)
-{
-    rows().setCurrentIndex(rows().model()->index(row, 0));
-}
-
-QPushButton &button(const char *name)
-{
-    return control<QPushButton>(the<outbox_frm>(), name);
-}
-
-QString shown_reason()
-{
-    return control<QLabel>(the<outbox_frm>(), "why_l").text();
-}
-
-QString shown_text()
-{
-    return control<QPlainTextEdit>(the<outbox_frm>(), "text_t").toPlainText();
-}
-
-}
+using namespace outbox_hands;
 
 class outbox_frm_test : public QObject {
     Q_OBJECT
@@ -109,7 +35,35 @@ private slots:
         QCOMPARE(row_count(), 0);
         QVERIFY(!button("again_b").isEnabled());
         QVERIFY(!button("delete_b").isEnabled());
-        QVERIFY(!button("now_b").isEnabled());
+    }
+
+    void send_now_is_there_when_it_could_send_something_data()
+    {
+        QTest::addColumn<QStringList>("to");
+        QTest::addColumn<QString>("sending");
+        QTest::addColumn<bool>("works");
+        QTest::addColumn<QString>("tip");
+        const QString waits = "ann@mail.example", refused = "no address";
+        QTest::newRow("a mail waits") << QStringList{waits, refused} << "smtp" << true
+                                      << "Tries at once to send all that waits, also what was to be tried later";
+        QTest::newRow("nothing is there") << QStringList() << "smtp" << false << "No mail waits to be sent.";
+        QTest::newRow("only a refused one") << QStringList{refused} << "smtp" << false
+                                            << "No mail waits for its turn. Send Again is for those that are held, "
+                                               "refused or unknown.";
+        QTest::newRow("sending is off") << QStringList{waits} << "keep" << false
+                                        << "Sending is switched off in Preferences > Mail Client.";
+    }
+    void send_now_is_there_when_it_could_send_something()
+    {
+        QFETCH(QStringList, to);
+        QFETCH(QString, sending);
+        screens_site site;
+        SaveSetting("mail_client", "send", sending);
+        for (const QString &each : to)
+            hand_over(each, "Order");
+        the<outbox_frm>().show();
+        QTEST(button("now_b").isEnabled(), "works");
+        QTEST(button("now_b").toolTip(), "tip");
     }
 
     void a_mail_has_its_line()
@@ -224,26 +178,6 @@ private slots:
         QCOMPARE(cell(0, 2), "Waiting");
     }
 
-    void the_list_follows_delivery_and_keeps_what_is_selected()
-    {
-        screens_site site;
-        hand_over("ann@mail.example", "Order 17");
-        hand_over("bob@mail.example", "Order 18");
-        menuFrm console;
-        console.show();
-        control<QAction>(console, "outbox_mnu").trigger();
-        select(1);
-        hand_over("eva@mail.example", "Order 19");
-        QVERIFY(outbox::discard(outbox::contents().front().id));
-        delivery::report told;
-        told.line = "2 mails wait in the Outbox: sending";
-        console.delivery_told(told);
-        QCOMPARE(control<QLabel>(the<outbox_frm>(), "summary_l").text(), told.line);
-        QTRY_COMPARE(cell(1, 1), "Order 19");
-        QCOMPARE(row_count(), 2);
-        QCOMPARE(rows().selectionModel()->selectedRows().value(0).data().toString(), "bob@mail.example");
-    }
-
     void heads_sort_and_the_selection_follows()
     {
         screens_site site;
@@ -270,41 +204,6 @@ private slots:
         QVERIFY(time.elapsed() < 2000);
     }
 
-    void five_thousand_rows_leave_the_window_alive_data()
-    {
-        QTest::addColumn<QString>("click");
-        QTest::addColumn<int>("left");
-        QTest::newRow("deleted") << "delete_b" << 0;
-        QTest::newRow("sent again") << "again_b" << all_rows;
-    }
-    void five_thousand_rows_leave_the_window_alive()
-    {
-        QFETCH(QString, click);
-        QFETCH(int, left);
-        screens_site site;
-        hand_over_many(site);
-        the<outbox_frm>().show();
-        QCOMPARE(row_count(), all_rows);
-        rows().selectAll();
-        QElapsedTimer whole, since;
-        qint64 longest = 0;
-        QTimer turns;
-        connect(&turns, &QTimer::timeout, this, [&] { longest = qMax(longest, since.restart()); });
-        turns.start(0);
-        if (click == "delete_b")
-            site.boxes.will_say_yes(); // the other one asks only for those in doubt
-        whole.start();
-        since.start();
-        button(click.toLatin1()).click();
-        const QRegularExpression to_go("^[0-9]+ mails to go\\.$"); // unless all were done in the first slice
-        QTRY_VERIFY_WITH_TIMEOUT(!control<QLabel>(the<outbox_frm>(), "summary_l").text().contains(to_go), 120000);
-        qInfo("%lld ms in all, at most %lld without a turn", whole.elapsed(), longest);
-        QCOMPARE(row_count(), left);
-        QCOMPARE(outbox::contents().size(), size_t(left));
-        QCOMPARE(outbox::count().waiting, left);
-        QVERIFY2(longest < 1500, "a slice is a tenth of a second; the list is read once at the end");
-    }
-
     void ten_thousand_rows_are_sorted_at_once()
     {
         std::vector<outbox::kept_mail> mails(10000);
@@ -321,38 +220,6 @@ private slots:
         QVERIFY(time.elapsed() < 2000);
         QCOMPARE(list.index(0, 1).data().toString(), "Order 0");
         QCOMPARE(list.index(9999, 1).data().toString(), "Order 9999");
-    }
-
-    void the_status_bar_tells_what_waits_and_opens_the_outbox()
-    {
-        screens_site site;
-        menuFrm console;
-        console.show();
-        auto &told = control<QToolButton>(console, "outbox_b");
-        QVERIFY(!told.isVisible());
-        delivery::report report;
-        report.line = "2 mails wait: nobody answers at smtp.shop.example.";
-        console.delivery_told(report);
-        QVERIFY(told.isVisible());
-        QCOMPARE(told.accessibleName(), "Outbox: 2 mails wait: nobody answers at smtp.shop.example.");
-        told.click();
-        QVERIFY(is_visible<outbox_frm>());
-        console.delivery_told({});
-        QVERIFY(!told.isVisible());
-    }
-
-    void a_long_line_does_not_widen_the_console()
-    {
-        screens_site site;
-        menuFrm console;
-        console.show();
-        const int width = console.width();
-        delivery::report report;
-        report.line = "<b>" + QString("no answer ").repeated(200);
-        console.delivery_told(report);
-        QCoreApplication::processEvents();
-        QCOMPARE(console.width(), width);
-        QVERIFY(control<QToolButton>(console, "outbox_b").text().endsWith(u'\u2026'));
     }
 
     void escape_closes()

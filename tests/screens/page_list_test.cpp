@@ -10,7 +10,9 @@
 #include "support/screens_driver.h"
 #include "support/screens_site.h"
 
+#include <QAbstractButton>
 #include <QComboBox>
+#include <QLabel>
 #include <QTest>
 
 namespace {
@@ -93,6 +95,27 @@ private slots:
         open_page(preference_page::general);
         choose_page(caption);
         QCOMPARE(key_clash(loaded_page()), "");
+    }
+
+    // It has more controls than there are letters; OK and Cancel are Enter and Escape.
+    void the_access_keys_of_the_mail_client_are_its_own()
+    {
+        screens_site site;
+        open_page(preference_page::mail_client);
+        QStringList found;
+        for (const QAbstractButton *button : loaded_page().findChildren<QAbstractButton *>())
+            if (button->objectName() != "stop_b") // takes the place of Test while it runs
+                found += button->text();
+        for (const QLabel *label : loaded_page().findChildren<QLabel *>())
+            if (label->buddy())
+                found += label->text();
+        QString keys = "fmlwpho"; // the console's menus
+        for (const QString &caption : found.filter("&")) {
+            const QChar key = caption[caption.indexOf('&') + 1].toLower();
+            QVERIFY2(!keys.contains(key), qPrintable(caption));
+            keys += key;
+        }
+        QVERIFY2(keys.size() > 20, qPrintable(keys));
     }
 };
 

@@ -3,6 +3,8 @@
 #include "frame/store.h"
 #include "platform/mail_delivery.h"
 #include "platform/process.h"
+#include "screens/frame/outbox_frm.h"
+#include "screens/kept_arrangement.h"
 
 namespace {
 
@@ -15,6 +17,9 @@ struct closing_state {
 void end_program()
 {
     delivery::stop(); // what still waits goes out after the next start
+    if (is_loaded<outbox_frm>())
+        the<outbox_frm>().finish();
+    keep_all_arrangements();
     guarded("menuFrm.frm", "Form_Unload", close_store);
     if (closing.end)
         closing.end();

@@ -1,4 +1,5 @@
-// How the program ends when the console closes: process.h, but for tests, which go on.
+// How the program ends, whoever ends it: what was begun is finished, what the user arranged is kept, the store is
+// closed. Then process.h, but for tests, which go on.
 #pragma once
 #include <functional>
 

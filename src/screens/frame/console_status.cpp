@@ -16,7 +16,8 @@
 
 namespace {
 
-constexpr int count_delay_ms = 100; // many changes in a row are counted once
+constexpr int least_outbox_width = 60; // so that a long line never keeps the window wide
+constexpr int count_delay_ms = 100;    // many changes in a row are counted once
 
 QString unprocessed_words(qint64 mails)
 {
@@ -45,6 +46,8 @@ console_status::console_status(QMainWindow &console)
     bar->addPermanentWidget(fetched_l);
     fetched_l->hide();
     outbox_b = add_button("outbox_b", "sent");
+    outbox_b->setMinimumWidth(least_outbox_width);
+    outbox_b->setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
     count_timer->setObjectName("count_timer");
     count_timer->setSingleShot(true);
 
@@ -79,15 +82,21 @@ QToolButton *console_status::add_button(const char *name, const char *picture)
 void console_status::fit(int width)
 {
     lasting_line->setMaximumWidth(width * 2 / 3);
+    show_what_fits(width);
 }
 
 void console_status::show_delivery(const delivery::report &told)
 {
-    const QString line = told.line.simplified();
-    outbox_b->setText(window.fontMetrics().elidedText(line, Qt::ElideRight, window.width() / 3));
-    outbox_b->setToolTip("<qt>" + line.toHtmlEscaped() + "</qt>");
-    outbox_b->setAccessibleName("Outbox: " + line);
-    outbox_b->setVisible(!line.isEmpty());
+    outbox_line = told.line.simplified();
+    show_what_fits(window.width());
+    outbox_b->setToolTip("<qt>" + outbox_line.toHtmlEscaped() + "</qt>");
+    outbox_b->setAccessibleName("Outbox: " + outbox_line);
+    outbox_b->setVisible(!outbox_line.isEmpty());
+}
+
+void console_status::show_what_fits(int width)
+{
+    outbox_b->setText(window.fontMetrics().elidedText(outbox_line, Qt::ElideRight, width / 3));
 }
 
 void console_status::count_mails_soon()

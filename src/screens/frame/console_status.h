@@ -29,6 +29,7 @@ signals:
 
 private:
     QToolButton *add_button(const char *name, const char *picture);
+    void show_what_fits(int width);
     void count_mails_soon();
     void count_mails_when_idle();
 
@@ -37,5 +38,6 @@ private:
     QToolButton *unprocessed_b;
     QLabel *fetched_l;
     QToolButton *outbox_b;
+    QString outbox_line; // whole
     QTimer *count_timer;
 };

@@ -26,6 +26,7 @@
 #include <QPointer>
 #include <QTimer>
 #include <QToolBar>
+#include <utility>
 
 namespace {
 
@@ -166,7 +167,7 @@ void menuFrm::delivery_told(const delivery::report &told)
 void menuFrm::closeEvent(QCloseEvent *event)
 {
     event->ignore(); // the process ends from here or from Exit_frm, never by a window that vanished
-    if (closing || busy() || !all_screens_may_be_left())
+    if (closing || busy() || waits_for_the_outbox() || !all_screens_may_be_left())
         return;
     closing = true;
     Timer1->stop();
@@ -177,12 +178,36 @@ void menuFrm::closeEvent(QCloseEvent *event)
         Timer1->start();
         return status_line("The store cannot be written: " + session.err_description);
     }
-    guarded("menuFrm.frm", "keep_console_place", [this] { keep_console_place(*this); });
+    keep_arrangement(); // as the user leaves it: the last screen may bring an icon back
     if (!backs_up)
         return end_program();
     if (isMinimized()) // the last screen begins its work when it has painted, and an icon paints nothing
         showNormal();
     the<Exit_frm>().show();
+}
+
+// What the user wanted done to thousands of mails may take a while; the close goes on by itself.
+bool menuFrm::waits_for_the_outbox()
+{
+    if (!is_loaded<outbox_frm>() || !the<outbox_frm>().is_at_work())
+        return false;
+    status_line("Tessaly closes when the Outbox is done.");
+    if (std::exchange(waits_to_close, true))
+        return true;
+    const auto close_now = [this] {
+        waits_to_close = false;
+        status_line({});
+        close();
+    };
+    connect(&the<outbox_frm>(), &outbox_frm::done_with_work, this, close_now,
+            Qt::ConnectionType(Qt::QueuedConnection | Qt::SingleShotConnection));
+    return true;
+}
+
+void menuFrm::keep_arrangement()
+{
+    if (!std::exchange(place_is_kept, true))
+        guarded("menuFrm.frm", "keep_console_place", [this] { keep_console_place(*this); });
 }
 
 void menuFrm::keyPressEvent(QKeyEvent *event)

@@ -1,6 +1,7 @@
 // The console: menu, toolbar, the area where every other screen opens, the auto-fetch timer, and the program's end.
 // Its menu's names and captions: menu_tree.h; what they do: menuFrm_commands.cpp; its status bar: console_status.h.
 #pragma once
+#include "screens/kept_arrangement.h"
 #include <QMainWindow>
 
 class QMenu;
@@ -11,7 +12,7 @@ struct report;
 class console_area;
 class console_status;
 
-class menuFrm : public QMainWindow {
+class menuFrm : public QMainWindow, public kept_arrangement {
     Q_OBJECT
 public:
     explicit menuFrm(QWidget *parent = nullptr);
@@ -21,6 +22,7 @@ public:
     void start_delivery_when_painted(); // asking a keyring may take seconds: the window comes first
     void start_delivery(); // what waits in the Outbox goes out from here on, and the status bar tells of it
     void delivery_told(const delivery::report &told);
+    void keep_arrangement() override; // where the window stands; once
 
 protected:
     void closeEvent(QCloseEvent *event) override;
@@ -34,6 +36,7 @@ private:
     void connect_commands();
     void build_toolbar();
     QAction *command(const char *name) const;
+    bool waits_for_the_outbox();
     void works(const char *name, void (menuFrm::*handler)());
 
     // menuFrm_commands.cpp
@@ -59,5 +62,7 @@ private:
     QTimer *Timer1;
     console_status *status;
     bool delivery_is_due = false;
+    bool place_is_kept = false;
+    bool waits_to_close = false;
     bool closing = false; // the question was answered; a second close asks nothing
 };

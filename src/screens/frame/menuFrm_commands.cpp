@@ -62,6 +62,8 @@ void menuFrm::fetchmail_Click()
         guarded("menuFrm.frm", "fetchmail", [this] { intake::write_fetch_animation(GetBkColor(*this)); });
     if (page_written)
         the<mfetchinprogress_frm>().show_modal();
+    else
+        status_line("Mail cannot be fetched: " + session.err_description);
     unsetCursor();
 }
 
@@ -110,7 +112,7 @@ void menuFrm::outbox_mnu_Click()
 // What a label run would print lies in formula_tbl.
 void menuFrm::lprint_Click()
 {
-    guarded("menuFrm.frm", "lprint", [] {
+    const bool went = guarded("menuFrm.frm", "lprint", [] {
         open_store_if_closed();
         ado::Recordset labels;
         labels.Open("select * from formula_tbl", *session.store_connection);
@@ -120,6 +122,8 @@ void menuFrm::lprint_Click()
         else
             say("Labels cannot be printed yet: the screen that prints them is not there yet.", "Label Printing");
     });
+    if (!went)
+        status_line("Labels cannot be printed: " + session.err_description);
 }
 
 void menuFrm::general_Click()

@@ -2,24 +2,24 @@
 #include "frame/error_log.h"
 #include "frame/messages.h"
 #include "frame/outbox_words.h"
+#include "frame/session.h"
 #include "platform/mail_delivery.h"
 #include "platform/mail_settings.h"
+#include "screens/frame/outbox_deed.h"
 #include "screens/frame/outbox_list.h"
 #include "screens/icons.h"
 #include "ui_outbox_frm.h"
 
-#include <QElapsedTimer>
 #include <QKeyEvent>
-#include <QScrollBar>
-#include <QSet>
+#include <QPersistentModelIndex>
 #include <QTimer>
+#include <utility>
 
 namespace {
 
 constexpr int refresh_ms = 500; // reports come as fast as mails go out
-constexpr int slice_ms = 100;   // of thousands of mails; then the window gets its turn
-constexpr qsizetype most_at_once = 20;
 
+const char *const now_tip = "Tries at once to send all that waits, also what was to be tried later";
 const char *const nothing_there = "The Outbox is empty.\nEvery mail that the program sends waits here until the server "
                                   "has taken it.";
 
@@ -30,21 +30,19 @@ outbox_frm::outbox_frm(QWidget *parent)
       ui(std::make_unique<Ui::outbox_frm>()),
       rows(new outbox_list(this)),
       Timer1(new QTimer(this)),
-      Timer2(new QTimer(this))
+      deed(new outbox_deed(this))
 {
     ui->setupUi(this);
     setWindowIcon(drawn_icon("sent"));
     ui->qt_splitter->setStretchFactor(0, 3);
     ui->qt_splitter->setStretchFactor(1, 1);
+    ui->qt_splitter->remember_place("outbox_frm.qt_splitter");
     ui->LV_outbox->setModel(rows);
     ui->LV_outbox->set_empty_text(nothing_there);
     ui->LV_outbox->remember_columns("outbox_frm.LV_outbox", {200, 240, 80, 280, 170});
     Timer1->setObjectName("Timer1");
     Timer1->setSingleShot(true);
     Timer1->setInterval(refresh_ms);
-    Timer2->setObjectName("Timer2");
-    Timer2->setSingleShot(true);
-    Timer2->setInterval(0);
 
     connect(ui->LV_outbox->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &outbox_frm::LV_outbox_Click);
@@ -53,7 +51,8 @@ outbox_frm::outbox_frm(QWidget *parent)
     connect(ui->now_b, &QPushButton::clicked, this, &outbox_frm::now_b_Click);
     connect(ui->close_b, &QPushButton::clicked, this, &outbox_frm::close_b_Click);
     connect(Timer1, &QTimer::timeout, this, &outbox_frm::show_mails);
-    connect(Timer2, &QTimer::timeout, this, &outbox_frm::go_on);
+    connect(deed, &outbox_deed::slice_done, this, &outbox_frm::show_what_is_to_go);
+    connect(deed, &outbox_deed::ended, this, &outbox_frm::deed_ended);
 }
 
 outbox_frm::~outbox_frm() = default;
@@ -64,42 +63,45 @@ void outbox_frm::Load()
     ui->LV_outbox->setFocus();
 }
 
-// What is selected stays selected, and the list stays where it was read.
 void outbox_frm::show_mails()
 {
     guarded("outbox_frm.frm", "show_mails", [this] {
-        QSet<QString> selected;
-        for (const outbox::kept_mail &mail : selected_mails())
-            selected += mail.id;
-        const int place = ui->LV_outbox->verticalScrollBar()->value();
-        rows->set_mails(outbox::contents(), mail::read_client_settings().sending != mail::send_by::keep);
-        show_summary(delivery::present());
-        ui->now_b->setEnabled(rows->rowCount() > 0);
-        QItemSelection again; // in as few pieces as it has: thousands of them would take seconds
-        for (int row = 0; row < rows->rowCount(); ++row) {
-            const int first = row;
-            while (row < rows->rowCount() && selected.contains(rows->mail(row).id))
-                ++row;
-            if (row > first)
-                again.append({rows->index(first, 0), rows->index(row - 1, rows->columnCount() - 1)});
-        }
-        ui->LV_outbox->selectionModel()->select(again, QItemSelectionModel::ClearAndSelect);
-        ui->LV_outbox->verticalScrollBar()->setValue(place);
+        const QPersistentModelIndex uppermost = ui->LV_outbox->indexAt({0, 0});
+        std::vector<outbox::kept_mail> mails = outbox::contents();
+        const bool sending_is_off = mail::read_client_settings().sending == mail::send_by::keep;
+        const delivery::report told = delivery::present();
+        list_changes = true;
+        rows->set_mails(std::move(mails), {sending_is_off, told.trouble});
+        ui->LV_outbox->take_up_shift();
+        show_summary(told.line);
+        show_whether_now(told, sending_is_off);
+        if (uppermost.row() > 0) // the list stays where it was read
+            ui->LV_outbox->scrollTo(uppermost, QAbstractItemView::PositionAtTop);
     });
+    list_changes = false;
     LV_outbox_Click();
 }
 
 void outbox_frm::delivery_told(const delivery::report &told)
 {
-    show_summary(told);
-    if (!Timer1->isActive() && under_way.left.isEmpty())
+    if (deed->is_under_way()) // what it has to tell is nearer; the list follows when it is done
+        return;
+    show_summary(told.line);
+    if (!Timer1->isActive())
         Timer1->start();
 }
 
-void outbox_frm::show_summary(const delivery::report &told)
+void outbox_frm::show_summary(const QString &line)
 {
-    ui->summary_l->setText(told.line);
-    ui->summary_l->setVisible(!told.line.isEmpty());
+    ui->summary_l->setText(line);
+    ui->summary_l->setVisible(!line.isEmpty());
+}
+
+void outbox_frm::show_whether_now(const delivery::report &told, bool sending_is_off)
+{
+    const QString why_not = outbox_words::why_not_now(told.left, {sending_is_off, told.trouble});
+    ui->now_b->setEnabled(why_not.isEmpty());
+    ui->now_b->setToolTip(why_not.isEmpty() ? now_tip : why_not);
 }
 
 std::vector<outbox::kept_mail> outbox_frm::selected_mails() const
@@ -112,8 +114,10 @@ std::vector<outbox::kept_mail> outbox_frm::selected_mails() const
 
 void outbox_frm::LV_outbox_Click()
 {
+    if (list_changes)
+        return;
     const QModelIndexList chosen = ui->LV_outbox->selectionModel()->selectedRows();
-    const bool is_free = !chosen.isEmpty() && under_way.left.isEmpty();
+    const bool is_free = !chosen.isEmpty() && !deed->is_under_way();
     ui->again_b->setEnabled(is_free);
     ui->delete_b->setEnabled(is_free);
     // Whole, as its column may be narrow; empty it keeps its place, so that the list stays as it is.
@@ -141,55 +145,75 @@ void outbox_frm::delete_b_Click()
         do_to_selected("delete_b", outbox::discard);
 }
 
-void outbox_frm::do_to_selected(const char *routine, qsizetype (*deed)(const QStringList &ids))
+void outbox_frm::do_to_selected(const char *routine, qsizetype (*what)(const QStringList &ids))
 {
-    under_way = {routine, deed, {}, 0};
+    QStringList ids;
     for (const outbox::kept_mail &mail : selected_mails())
-        under_way.left += mail.id;
-    go_on();
+        ids += mail.id;
+    deed->begin(routine, what, ids);
 }
 
-void outbox_frm::go_on()
+void outbox_frm::show_what_is_to_go()
 {
-    bool broke_off = true; // and has been told
-    guarded("outbox_frm.frm", under_way.routine, [this, &broke_off] {
-        QElapsedTimer since;
-        since.start();
-        while (!under_way.left.isEmpty() && !since.hasExpired(slice_ms)) {
-            const QStringList some = under_way.left.mid(0, most_at_once);
-            under_way.left_alone += under_way.deed(some);
-            under_way.left.remove(0, some.size());
-        }
-        broke_off = false;
-    });
-    if (broke_off)
-        under_way.left.clear();
-    if (!under_way.left.isEmpty()) {
-        LV_outbox_Click();
-        ui->summary_l->setText(outbox_words::to_go_text(under_way.left.size()));
-        ui->summary_l->show();
-        return Timer2->start();
-    }
-    guarded("outbox_frm.frm", under_way.routine, delivery::wake);
+    LV_outbox_Click();
+    show_summary(closes_when_done ? outbox_words::to_go_before_closing_text(deed->left())
+                                  : outbox_words::to_go_text(deed->left()));
+}
+
+void outbox_frm::deed_ended()
+{
+    guarded("outbox_frm.frm", "deed_ended", delivery::wake);
     show_mails();
-    if (under_way.left_alone > 0)
-        say(outbox_words::left_alone_text(under_way.left_alone), "Outbox");
+    const bool closes = std::exchange(closes_when_done, false);
+    const bool broke_off = !deed->failure().isEmpty();
+    if (broke_off)
+        say(outbox_words::broken_off_text(deed->left(), deed->failure()), "Outbox", message_icon::exclamation);
+    else if (deed->left_alone() > 0)
+        say(outbox_words::left_alone_text(deed->left_alone()), "Outbox");
+    if (closes && !broke_off)
+        unload();
+    emit done_with_work();
+}
+
+bool outbox_frm::is_at_work() const
+{
+    return deed->is_under_way();
+}
+
+void outbox_frm::finish()
+{
+    deed->finish();
 }
 
 void outbox_frm::now_b_Click()
 {
-    guarded("outbox_frm.frm", "now_b", delivery::wake);
+    if (!guarded("outbox_frm.frm", "now_b", delivery::send_now))
+        say("What waits cannot be sent now. " + session.err_description, "Outbox", message_icon::exclamation);
 }
 
+// What was to be done to the mails is done first.
 void outbox_frm::close_b_Click()
 {
-    unload();
+    if (!deed->is_under_way())
+        return unload();
+    closes_when_done = true;
+    show_what_is_to_go();
+}
+
+void outbox_frm::closeEvent(QCloseEvent *event)
+{
+    if (!deed->is_under_way())
+        return screen::closeEvent(event);
+    event->ignore();
+    close_b_Click();
 }
 
 void outbox_frm::keyPressEvent(QKeyEvent *event)
 {
     if (event->key() == Qt::Key_Delete && ui->LV_outbox->hasFocus())
         ui->delete_b->click();
+    else if (event->key() == Qt::Key_Escape)
+        close_b_Click();
     else
         screen::keyPressEvent(event);
 }

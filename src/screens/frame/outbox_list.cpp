@@ -1,8 +1,7 @@
 #include "screens/frame/outbox_list.h"
-#include "frame/outbox_words.h"
 #include "frame/text.h"
 
-#include <numeric>
+#include <QHash>
 
 namespace {
 
@@ -21,15 +20,19 @@ QString on_one_line(QString text)
 
 outbox_list::outbox_list(QObject *parent) : sorted_list({"To", "Subject", "State", "Why", "Handed over"}, parent) {}
 
-void outbox_list::set_mails(std::vector<outbox::kept_mail> new_mails, bool sending_is_on)
+void outbox_list::set_mails(std::vector<outbox::kept_mail> new_mails, const outbox_words::hold_up &what_holds_up)
 {
-    beginResetModel();
-    sending = sending_is_on;
-    mails = std::move(new_mails);
-    std::vector<int> all(mails.size());
-    std::iota(all.begin(), all.end(), 0);
-    show_lines(std::move(all));
-    endResetModel();
+    const int count = int(new_mails.size());
+    QHash<QString, int> number_of;
+    for (int number = 0; number < count; ++number)
+        number_of[new_mails[size_t(number)].id] = number;
+    std::vector<int> becomes;
+    for (const outbox::kept_mail &mail : mails)
+        becomes.push_back(number_of.value(mail.id, -1));
+    change_lines(becomes, count, [&] {
+        mails = std::move(new_mails);
+        all = what_holds_up;
+    });
 }
 
 int outbox_list::compare(size_t a, size_t b, int head) const
@@ -42,7 +45,7 @@ int outbox_list::compare(size_t a, size_t b, int head) const
 
 QString outbox_list::why(const outbox::kept_mail &mail) const
 {
-    return outbox_words::why(mail, sending);
+    return outbox_words::why(mail, all);
 }
 
 QString outbox_list::text(const outbox::kept_mail &mail, int head) const

@@ -1,6 +1,6 @@
 // The rows of the Outbox, sorted in memory. What is said in them: frame/outbox_words.h.
 #pragma once
-#include "platform/outbox.h"
+#include "frame/outbox_words.h"
 #include "screens/sorted_list.h"
 
 class outbox_list : public sorted_list {
@@ -10,8 +10,8 @@ public:
 
     explicit outbox_list(QObject *parent = nullptr);
 
-    // Keeps the sorting. While sending is off a waiting mail says so.
-    void set_mails(std::vector<outbox::kept_mail> mails, bool sending_is_on = true);
+    // Keeps the sorting, and of the mails that are still there the rows' selection and place.
+    void set_mails(std::vector<outbox::kept_mail> mails, const outbox_words::hold_up &what_holds_up = {});
     QString why(const outbox::kept_mail &mail) const; // of the mail's state, whole
     const outbox::kept_mail &mail(int row) const { return mails[line_at(row)]; }
 
@@ -24,5 +24,5 @@ private:
     QString text(const outbox::kept_mail &mail, int head) const;
 
     std::vector<outbox::kept_mail> mails;
-    bool sending = true;
+    outbox_words::hold_up all;
 };

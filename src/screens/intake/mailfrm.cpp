@@ -32,6 +32,7 @@ mailfrm::mailfrm(QWidget *parent) : screen(parent), ui(std::make_unique<Ui::mail
     ui->sentitems_b->setIcon(drawn_icon("sent"));
     ui->qt_splitter->setStretchFactor(0, 3);
     ui->qt_splitter->setStretchFactor(1, 2);
+    ui->qt_splitter->remember_place("mailfrm.qt_splitter");
     inbox = new listed_mails(
         {*ui->LV_sub, *ui->Insearch_t, {"From", "Subject", "Received"}, "mailfrm.LV_sub", empty_inbox}, this);
     sent = new listed_mails(

@@ -22,6 +22,7 @@ mapWizardStep3_frm::mapWizardStep3_frm(QWidget *parent)
     ui->setupUi(this);
     ui->qt_splitter->setStretchFactor(0, 3);
     ui->qt_splitter->setStretchFactor(1, 2);
+    ui->qt_splitter->remember_place("mapWizardStep3_frm.qt_splitter");
     ui->inbox_lv->setModel(rows);
     ui->inbox_lv->setSelectionMode(QAbstractItemView::SingleSelection);
     for (const auto key : {message_id, table_name, account_id})

@@ -40,6 +40,7 @@ mapmail_frm::mapmail_frm(QWidget *parent)
         list->setUniformItemSizes(true); // a hostile mail has a million pieces
     ui->qt_splitter->setStretchFactor(0, 1);
     ui->qt_splitter->setStretchFactor(1, 1);
+    ui->qt_splitter->remember_place("mapmail_frm.qt_splitter");
 
     connect(ui->open_b, &QPushButton::clicked, this, &mapmail_frm::open_b_Click);
     connect(ui->sformats_c, &QComboBox::activated, this, &mapmail_frm::sformats_c_Click);

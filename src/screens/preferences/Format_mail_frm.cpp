@@ -31,6 +31,7 @@ Format_mail_frm::Format_mail_frm(QWidget *parent) : screen(parent), ui(std::make
     fill_page_list(*ui->Combo1, preference_page::map_mails); // in capitals, as everywhere: one list for all pages
     ui->qt_splitter->setStretchFactor(0, 3);
     ui->qt_splitter->setStretchFactor(1, 2);
+    ui->qt_splitter->remember_place("Format_mail_frm.qt_splitter");
     ui->inbox_lv->setModel(rows);
     ui->inbox_lv->remember_columns("Format_mail_frm.inbox_lv", {200, 320, 170});
     ui->inbox_lv->set_empty_text(choose_first);

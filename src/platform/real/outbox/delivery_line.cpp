@@ -46,4 +46,12 @@ QString delivery_line(const delivery_facts &facts)
     return sentences.join(QStringLiteral("; "));
 }
 
+QString trouble_words(const delivery_facts &facts)
+{
+    if (facts.keeps_all || facts.busy || facts.failure.isEmpty())
+        return {};
+    const QString what = without_full_stop(facts.failure) + u'.';
+    return facts.next_try.isEmpty() ? what : QStringLiteral("%1 It is tried again at %2.").arg(what, facts.next_try);
+}
+
 }

@@ -62,9 +62,9 @@ delivery::report delivery_worker::present()
     facts.failure = failure;
     facts.of_disk = disk_fails;
     facts.limited = limited;
-    if (!failure.isEmpty())
-        facts.next_try = QDateTime::fromSecsSinceEpoch(next_look).toString(QStringLiteral("HH:mm"));
-    return {facts.left, sent, busy, delivery_line(facts)};
+    if (!failure.isEmpty()) // in the form of the other times that are shown
+        facts.next_try = wall_clock(next_look).toString(QStringLiteral("h:mm:ss AP"));
+    return {facts.left, sent, busy, delivery_line(facts), trouble_words(facts)};
 }
 
 bool delivery_worker::is_time() const

@@ -100,6 +100,14 @@ void wake()
     post_telling();
 }
 
+void send_now()
+{
+    if (!state.worker)
+        return;
+    outbox::state_in_use().shelf->make_all_due();
+    wake();
+}
+
 void stop()
 {
     outbox::state_in_use().changed = nullptr;
@@ -116,7 +124,7 @@ report present()
     outbox::delivery_facts facts;
     facts.left = outbox::count();
     facts.keeps_all = outbox::keeps_all(mail::read_client_settings());
-    return {facts.left, 0, false, outbox::delivery_line(facts)};
+    return {facts.left, 0, false, outbox::delivery_line(facts), outbox::trouble_words(facts)};
 }
 
 report deliver_all(const net::patience &patience)

@@ -84,6 +84,8 @@ kept_mail as_kept(const record &mail)
                    {},      mail.handed_over};
     for (const recipient &one : mail.left)
         kept.To.append(one.address);
+    if (kept.state == mail_state::waiting && mail.next_try > 0)
+        kept.next_try = wall_clock(mail.next_try);
     return kept;
 }
 

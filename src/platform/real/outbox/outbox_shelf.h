@@ -30,7 +30,7 @@ public:
     // For the delivery, which is one at a time. Moments are seconds since 1970.
     void delivery_begins(); // settles, and makes the journal its own; throws 61 or 70
     void delivery_ends();
-    void make_all_due();
+    void make_all_due(); // stays so for whatever is put back
     // In their order. Mailings at most so many, and the others before them.
     QStringList next_due(qint64 moment, qsizetype most_mailings, qsizetype most);
     qint64 next_moment();                           // when a mail that waits for its next try is due; 0: none

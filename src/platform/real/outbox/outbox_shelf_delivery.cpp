@@ -39,6 +39,9 @@ void outbox_shelf::promote(qint64 moment)
 void outbox_shelf::make_all_due()
 {
     const std::lock_guard lock(guard);
+    load();
+    for (const auto &[moment, id] : later)
+        mails.at(id).mail.next_try = 0;
     promote(std::numeric_limits<qint64>::max());
 }
 
