@@ -34,6 +34,7 @@ void answer_visitor_2()
     mail.SendingAccount = "orders@rosecottage.example";
     mail.To = {"visitor2@mail.example"};
     mail.Subject = "Thank you for your order";
+    mail.body = "Dear visitor,\n\nthank you for your order. We pack it within two days.";
     outbox::hand_over(mail);
 }
 
@@ -50,6 +51,7 @@ void picture_states(const album &pictures, menuFrm &console)
                       {heads.sectionViewportPosition(state_column) + 20, heads.height() / 2});
     list.setCurrentIndex(list.model()->index(0, 0));
     list.scrollToTop();
+    console.delivery_told(delivery::present());
     pictures.keep(console, "help-outbox_frm");
 }
 
