@@ -12,6 +12,7 @@
 #include "support/screens_site.h"
 #include "support/scripted_dialogs.h"
 
+#include <QAccessible>
 #include <QAction>
 #include <QApplication>
 #include <QCheckBox>
@@ -182,6 +183,16 @@ private slots:
         QTest::keyClicks(&minutes_t(), "1"); // over the marked 0
         QTest::keyClick(&minutes_t(), Qt::Key_Return);
         QCOMPARE(site.minutes(), "1");
+    }
+
+    void a_screen_reader_turns_it_on()
+    {
+        general_site site;
+        site.show_with(-1);
+        QAccessibleInterface *spoken = QAccessible::queryAccessibleInterface(&autofetch_ch());
+        spoken->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
+        QVERIFY(minutes_t().isEnabled());
+        QVERIFY(page().focusWidget() == &minutes_t());
     }
 
     void the_selected_signature_is_shown()

@@ -2,8 +2,10 @@
 // An SMTP server in front of Dovecot: what it takes goes into the mailboxes of its recipients. Each address has one,
 // under its own name, with the password "secret". Says its ports in one line of JSON, then answers a line of JSON to
 // each word on stdin, and ends with it:
-//   deliver   what was taken since the last time goes into the mailboxes, by Dovecot's own hand; "taken": so many so
-//   far down      nobody answers at the SMTP port any more up        the same server again
+//   deliver   what was taken since the last time goes into the mailboxes, by Dovecot's own hand;
+//             "taken": so many so far
+//   down      nobody answers at the SMTP port any more
+//   up        the same server again
 #include "support/dovecot.h"
 #include "support/smtp_sink.h"
 #include <QCoreApplication>

@@ -144,10 +144,10 @@ class Program:
         start = self.text_of(node).index(text)
         Atspi.Text.add_selection(node, start, start + len(text))
 
-    def choose_entry(self, name, shortcut, position, entry):
+    def choose_entry(self, name, shortcut, position, entry, title="Tessaly"):
         """Goes to a combo box and to the entry at that position, counted from 1, by keyboard, and looks which it is."""
         node = self.control(name)
-        self.keys(shortcut)
+        self.keys(shortcut, title=title)
         self.until(lambda: node.get_state_set().contains(Atspi.StateType.FOCUSED), f"the keyboard in {name}")
         subprocess.run(["xdotool", "key", "Home", *["Down"] * (position - 1)], check=True)
         self.until(lambda: node.get_name() == entry, f"{entry} in {name}")
@@ -174,11 +174,27 @@ class Program:
 
     def type_into(self, role, name, text, title="Tessaly"):
         """Types the text into a field of the window, in place of what it holds."""
-        field = self.find(role, name)
-        self.keys(title=title)
-        self.until(lambda: self._focused(field), f"the keyboard in {name}")
+        self._go_to(self.find(role, name), name, title)
         subprocess.run(["xdotool", "key", "ctrl+a"], check=True)
         subprocess.run(["xdotool", "type", text], check=True)
+
+    def type_before(self, name, text, title="Tessaly"):
+        """Types the text into the box of that object name, before what it holds."""
+        node = self.control(name)
+        before = self.text_of(node)
+        self._go_to(node, name, title)
+        subprocess.run(["xdotool", "key", "ctrl+Home"], check=True)
+        subprocess.run(["xdotool", "type", text], check=True)
+        self.until(lambda: self.text_of(node) == text + before, f"{text!r} in {name}")
+
+    def press_by_key(self, name, title="Tessaly"):
+        """Goes to the button of that object name and presses it by keyboard."""
+        self._go_to(self.enabled(name), name, title)
+        subprocess.run(["xdotool", "key", "space"], check=True)
+
+    def _go_to(self, node, name, title):
+        self.keys(title=title)
+        self.until(lambda: self._focused(node), f"the keyboard in {name}")
 
     def keys(self, *pressed, title="Tessaly"):
         """Gives the window the keyboard and presses keys, such as "alt+i"."""

@@ -28,7 +28,8 @@ Preference::Preference(QWidget *parent) : screen(parent), ui(std::make_unique<Ui
     lead_to_page(*ui->Command5, labels);
     lead_to_page(*ui->Command6, online_form);
 
-    connect(ui->autofetch_ch, &QCheckBox::clicked, this, &Preference::autofetch_ch_Click);
+    // toggled: a screen reader ticks it without a click
+    connect(ui->autofetch_ch, &QCheckBox::toggled, this, &Preference::autofetch_ch_Click);
     connect(ui->Command1, &QPushButton::clicked, this, &Preference::Command1_Click);
     connect(ui->Command2, &QPushButton::clicked, this, &Preference::Command2_Click);
     connect(ui->Command3, &QPushButton::clicked, this, &Preference::Command3_Click);
