@@ -1,9 +1,8 @@
 #include "frame/mail_client_page.h"
 #include "frame/text.h"
+#include "platform/folders.h"
 #include "platform/mail_delivery.h"
-
-#include <QDir>
-#include <QFileInfo>
+#include "platform/text_file.h"
 
 namespace mail_page {
 
@@ -12,11 +11,6 @@ namespace {
 QString address_in(const mail::client_settings &settings)
 {
     return settings.incoming.user.contains(u'@') ? settings.incoming.user : settings.from;
-}
-
-QString from_home(const QString &path)
-{
-    return path.startsWith(u"~/") ? QDir::home().filePath(path.sliced(2)) : path;
 }
 
 QString receiving_text(const mail::client_settings &settings)
@@ -79,18 +73,18 @@ std::optional<fault> path_fault(const mail::client_settings &settings)
     if (settings.kind == mail::client_kind::mbox) {
         if (settings.mbox.isEmpty())
             return fault{"path_t", "Choose the mbox file that your mail lies in."};
-        const QFileInfo file(from_home(settings.mbox));
-        if (!file.exists())
-            return fault{"path_t", "There is no file " + file.filePath() + "."};
-        if (!file.isFile())
-            return fault{"path_t", file.filePath() + " is a folder. An mbox is one file; for a folder choose Maildir."};
+        const QString file = mail::mbox_path(settings.mbox);
+        if (FolderExists(GetAbsolutePathName(file)))
+            return fault{"path_t", file + " is a folder. An mbox is one file; for a folder choose Maildir."};
+        if (!FileExists(file))
+            return fault{"path_t", "There is no file " + file + "."};
         return std::nullopt;
     }
     if (settings.maildir.isEmpty()) // the usual one
         return std::nullopt;
-    const QFileInfo folder(from_home(settings.maildir));
-    if (!folder.isDir())
-        return fault{"path_t", "There is no folder " + folder.filePath() + "."};
+    const QString folder = mail::maildir_path(settings.maildir).path;
+    if (!FolderExists(GetAbsolutePathName(folder))) // a link to one will do
+        return fault{"path_t", "There is no folder " + folder + "."};
     return std::nullopt;
 }
 
@@ -138,7 +132,7 @@ std::optional<fault> sending_fault(const entries &typed)
 
 std::optional<fault> authority_fault(const QString &path)
 {
-    if (path.isEmpty() || (QFileInfo(path).isFile() && QFileInfo(path).isReadable()))
+    if (path.isEmpty() || CanRead(path))
         return std::nullopt;
     return fault{"authority_t", "The file of certificates " + path + " cannot be read."};
 }

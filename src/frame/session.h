@@ -31,7 +31,9 @@ struct session_state {
     qint16 autofetch_minutes = 0;   // as last read
     int auto_fetch_pause_s = 0;     // a tick did not reach its server: so long the next ones do nothing; 0: no pause
     QDateTime auto_fetch_missed;    // when that was
-    QDateTime last_fetch;           // when mail was last fetched without a failure; not valid: not since the start
+    QDateTime last_fetch;           // when mail was last fetched to the end; not valid: not since the start
+    QDateTime broken_fetch;         // when a later fetch ended before that; not valid: none did
+    bool fetch_was_stopped = false; // that one: by the user; false: it failed
     QString animation_file;         // the page that a progress screen shows
 
     // Who opened the picker of signatures, and is told what was picked.

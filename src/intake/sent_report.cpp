@@ -254,15 +254,11 @@ QStringList report_fields(const QString &account_id)
     map.Open("select table_name from table_list_tbl where query_id=" + account_id + " and lastformat=yes",
              *session.store_connection);
     if (!map.EOF_()) {
-        ado::Recordset rows;
-        rows.Open("select * from " + map["table_name"].text_or_empty(), *session.store_connection);
-        for (int column = 0; column < rows.field_count(); ++column) {
-            const QString name = rows.Fields(column).Name();
+        for (const QString &name : column_names(map["table_name"].text_or_empty())) {
             const QString upper = upper_case(name);
             if (upper != u"TSL_RECDATE" && upper != u"MESSAGE_ID" && upper != u"TSL_STATUS")
                 fields += name;
         }
-        rows.Close();
     }
     map.Close();
     return fields;

@@ -53,6 +53,11 @@ bool FileExists(const QString &path)
     return QFileInfo(path).isFile();
 }
 
+bool CanRead(const QString &path)
+{
+    return FileExists(path) && QFileInfo(path).isReadable();
+}
+
 QString ReadAll(const QString &path)
 {
     QFile file(path);

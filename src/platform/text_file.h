@@ -4,6 +4,7 @@
 #include <QString>
 
 bool FileExists(const QString &path);
+bool CanRead(const QString &path); // a file that this user may read
 QString ReadAll(const QString &path);
 void Write(const QString &path, const QString &text);      // to a temporary file beside it, synced, renamed over it
 void Append(const QString &path, const QByteArray &bytes); // flushed before it returns

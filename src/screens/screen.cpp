@@ -1,15 +1,15 @@
 #include "screens/screen.h"
+#include "frame/error_log.h"
 #include "frame/help.h"
+#include "frame/messages.h"
+#include "frame/session.h"
 #include "frame/status.h"
-#include "platform/settings.h"
+#include "screens/spoken_names.h"
 
-#include <QAbstractButton>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QDialog>
-#include <QGroupBox>
 #include <QKeyEvent>
-#include <QLabel>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QPointer>
@@ -28,20 +28,6 @@ struct screens_state {
 void forget_live_widget(const QWidget *widget)
 {
     std::erase_if(screens.live, [widget](const auto &entry) { return entry.second == widget; });
-}
-
-QString without_access_key(QString caption)
-{
-    return caption.replace(QStringLiteral("&&"), QStringLiteral("\x01")).remove(u'&').replace(QChar(1), u'&');
-}
-
-QString caption_of(const QWidget &control)
-{
-    if (const auto *button = qobject_cast<const QAbstractButton *>(&control))
-        return button->text();
-    if (const auto *box = qobject_cast<const QGroupBox *>(&control))
-        return box->title();
-    return {};
 }
 
 // A dialog around a modal screen; the screen decides whether Escape and the window's cross end it, and what they do:
@@ -93,21 +79,18 @@ void unload_all_screens()
     }
 }
 
-void give_spoken_names(QWidget &window)
+bool all_screens_may_be_left()
 {
-    for (const QLabel *label : window.findChildren<QLabel *>()) {
-        if (label->buddy() && label->buddy()->accessibleName().isEmpty())
-            label->buddy()->setAccessibleName(without_access_key(label->text()));
-    }
-    const bool names_told = GetSetting(QStringLiteral("tests"), QStringLiteral("control_names")) == u"true";
-    for (QWidget *control : window.findChildren<QWidget *>()) {
-        if (control->objectName().isEmpty() || control->objectName().startsWith(u"qt_"))
+    const auto all = screens.live; // a question lets other things happen
+    for (const auto &[type, widget] : all) {
+        auto *one = qobject_cast<screen *>(live_widget(type));
+        if (!one || !one->has_unsaved_work())
             continue;
-        if (control->accessibleName().isEmpty())
-            control->setAccessibleName(without_access_key(caption_of(*control)));
-        if (names_told) // for drivers from outside only: a screen reader would read it aloud
-            control->setAccessibleDescription(control->objectName());
+        one->bring_to_front(); // for the user to see what the question is about
+        if (!one->may_be_left())
+            return false;
     }
+    return true;
 }
 
 screen::screen(QWidget *parent) : QWidget(parent) {}
@@ -235,9 +218,38 @@ void screen::unload()
         (dialog || !sub_window ? static_cast<QWidget *>(this) : outer)->deleteLater();
 }
 
+bool screen::leave()
+{
+    if (!may_be_left())
+        return false;
+    unload();
+    return true;
+}
+
+bool screen::may_be_left(const char *routine)
+{
+    const std::optional<unsaved_work> work = unsaved();
+    if (!work)
+        return true;
+    bool leaves = false;
+    const bool was_asked =
+        guarded(work->form, routine, [&] { leaves = yes_no_before_loss(work->question, windowTitle()); });
+    if (!was_asked)
+        status_line("What was typed is kept, as what was done before could not be: " + session.err_description);
+    return leaves;
+}
+
+void screen::bring_to_front()
+{
+    if (!dialog)
+        return show();
+    dialog->raise();
+    dialog->activateWindow();
+}
+
 void screen::closeEvent(QCloseEvent *event)
 {
-    if (!closes_on_escape() && !is_gone)
+    if (!is_gone && (!closes_on_escape() || !may_be_left()))
         return event->ignore();
     event->accept();
     unload();
@@ -267,7 +279,7 @@ void screen::keyPressEvent(QKeyEvent *event)
     if (event->key() == Qt::Key_F1)
         show_own_help();
     else if (event->key() == Qt::Key_Escape && closes_on_escape())
-        unload();
+        leave();
     else if (!is_enter || dialog || !press_button_for_enter()) // a dialog presses its default button itself
         QWidget::keyPressEvent(event);
 }

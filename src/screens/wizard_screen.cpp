@@ -3,12 +3,6 @@
 #include <QCloseEvent>
 #include <QKeyEvent>
 
-quint32 wizard_screen::GetBkColor() const
-{
-    const QColor colour = palette().color(QPalette::Window);
-    return quint32(colour.blue() << 16 | colour.green() << 8 | colour.red());
-}
-
 void wizard_screen::closeEvent(QCloseEvent *event)
 {
     if (shown())

@@ -12,7 +12,6 @@ public:
 
 protected:
     virtual void cancel_b_Click() = 0;
-    quint32 GetBkColor() const; // as the platform gives a colour: blue, green, red from the highest byte down
 
     void closeEvent(QCloseEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;

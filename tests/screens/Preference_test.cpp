@@ -349,7 +349,9 @@ private slots:
         site.show_with(-1);
         autofetch_ch().setChecked(true);
         minutes_t().setText("1");
+        site.boxes.will_say_yes();
         QTest::keyClick(&minutes_t(), Qt::Key_Escape);
+        QCOMPARE(site.boxes.shown, QStringList{"What was typed here is not saved. Go on without saving?"});
         QVERIFY(!is_loaded<Preference>());
         QCOMPARE(site.minutes(), "-1");
     }

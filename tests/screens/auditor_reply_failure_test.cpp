@@ -1,8 +1,7 @@
 // Answering a mail of the Mail Auditor when the store fails: the program lives, and nothing goes to the wrong person.
 #include "frame/session.h"
-#include "platform/ado.h"
 #include "platform/outbox.h"
-#include "platform/outside_effects.h"
+#include "support/refusing_store.h"
 #include "support/screens_auditor.h"
 #include "support/screens_map_wizard.h"
 
@@ -16,18 +15,6 @@
 #include <QToolButton>
 
 namespace {
-
-// A store that keeps nothing of what it is given, as on a full disk.
-class refusing_store {
-public:
-    refusing_store() : id(on_outside_effect([] { throw run_time_error{ado::store_failure, "The disk is full"}; })) {}
-    ~refusing_store() { forget_outside_effect(id); }
-    refusing_store(const refusing_store &) = delete;
-    refusing_store &operator=(const refusing_store &) = delete;
-
-private:
-    int id;
-};
 
 void press_in(Showdetails &reply, const char *button)
 {
@@ -77,7 +64,7 @@ private slots:
             QVERIFY(body_of(reply).startsWith("Dear Ann"));
             QCOMPARE(site.boxes.shown, QStringList());
             QCOMPARE(site.status_lines.last(),
-                     "The reply is kept, as what was done before could not be: The disk is full");
+                     "What was typed is kept, as what was done before could not be: The disk is full");
             site.boxes.will_say_yes();
             press_in(reply, "cancel_b");
         });

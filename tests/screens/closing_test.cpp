@@ -2,12 +2,12 @@
 #include "frame/messages.h"
 #include "frame/session.h"
 #include "frame/status.h"
-#include "platform/outside_effects.h"
 #include "platform/settings.h"
 #include "screens/frame/Exit_frm.h"
 #include "screens/frame/closing.h"
 #include "screens/frame/menuFrm.h"
 #include "screens/screen.h"
+#include "support/refusing_store.h"
 #include "support/screens_driver.h"
 #include "support/screens_program_end.h"
 #include "support/screens_site.h"
@@ -169,9 +169,10 @@ private slots:
         console.show();
         QStringList lines;
         set_status_sink([&](const QString &line) { lines += line; });
-        const int refusing = on_outside_effect([] { throw run_time_error{ado::store_failure, "The disk is full"}; });
-        console.close();
-        forget_outside_effect(refusing);
+        {
+            const refusing_store full;
+            console.close();
+        }
         QCOMPARE(lines.last(), "The store cannot be written: The disk is full");
         QCOMPARE(session.err_routine, "Form_QueryUnload");
         QVERIFY(site.boxes.shown.isEmpty());

@@ -8,6 +8,8 @@
 #include "intake/unprocessed_count.h"
 #include "maps/sample_mails.h"
 #include "platform/clock.h"
+#include "platform/network.h"
+#include "platform/settings.h"
 #include "screens/frame/menuFrm.h"
 #include "screens/intake/mailfrm.h"
 #include "screens/screen.h"
@@ -30,7 +32,11 @@ struct status_site : screens_site {
         account = store.add_account("orders", "orders@shop.example");
         store.add_account("contact", "hello@shop.example");
     }
-    ~status_site() { session.last_fetch = {}; }
+    ~status_site()
+    {
+        session.last_fetch = {};
+        session.broken_fetch = {};
+    }
     void fetch()
     {
         session.no_fetch = false;
@@ -38,6 +44,15 @@ struct status_site : screens_site {
         the<mailfrm>().unload();
     }
     QString count() { return control<QToolButton>(console, "unprocessed_b").text(); }
+    // Cancel is pressed after so many mails.
+    void fetch_cancelled_after(int mails)
+    {
+        net::patience waits;
+        waits.give_up = [mails, asked = 0]() mutable { return ++asked >= mails; };
+        const net::patience_scope waiting(waits);
+        fetch();
+    }
+    QString fetched_in_full() { return control<QLabel>(console, "fetched_l").toolTip(); }
     QString fetched() { return control<QLabel>(console, "fetched_l").text(); }
     menuFrm console;
     qint64 account = 0;
@@ -96,6 +111,70 @@ private slots:
         moment = moment.addSecs(20);
         site.console.Timer1_Timer();
         QCOMPARE(site.fetched(), "Fetched 11/21/2026 11:59:50 PM");
+    }
+
+    void a_fetch_that_is_cancelled_between_two_mails_is_told_as_stopped()
+    {
+        status_site site;
+        site.console.show();
+        for (const char *subject : {"First", "Second", "Third"})
+            site.deliver_mail("orders@shop.example", subject);
+        site.fetch_cancelled_after(2);
+        QCOMPARE(site.rows_of("orders"), 2);
+        QTRY_COMPARE(site.fetched(), "Fetch stopped " + us_date_time(session.broken_fetch).section(' ', 1));
+        QCOMPARE(site.fetched_in_full(), "You stopped fetching mail " + us_date_time(session.broken_fetch) +
+                                             ". What was taken in until then stands; the next fetch takes the rest.");
+        QVERIFY(!session.last_fetch.isValid());
+        QCOMPARE(control<QLabel>(site.console, "status_l").text(),
+                 "Fetching was cancelled. The mails stored so far are shown.");
+    }
+
+    void the_next_fetch_to_the_end_takes_the_word_stopped_away()
+    {
+        status_site site;
+        site.console.show();
+        site.deliver_mail("orders@shop.example", "First");
+        site.deliver_mail("orders@shop.example", "Second");
+        site.fetch_cancelled_after(1);
+        QTRY_VERIFY(site.fetched().startsWith("Fetch stopped "));
+        site.fetch();
+        QCOMPARE(site.rows_of("orders"), 2);
+        QTRY_COMPARE(site.fetched(), "Fetched " + us_date_time(session.last_fetch).section(' ', 1));
+        QCOMPARE(site.fetched_in_full(), "Mail was last fetched " + us_date_time(session.last_fetch));
+    }
+
+    void a_tick_that_fails_is_told_as_failed_beside_the_last_fetch_to_the_end()
+    {
+        status_site site;
+        site.store.run("update autofetch set minutes=1");
+        QDateTime moment(QDate(2026, 11, 21), QTime(9, 30), Qt::UTC);
+        set_clock([&moment] { return moment; });
+        const auto own_clock = qScopeGuard([] { set_clock({}); });
+        site.console.show();
+        site.console.Timer1_Timer();
+        QTRY_COMPARE(site.fetched(), "Fetched 9:30:00 AM");
+        SaveSetting("mail_client", "maildir", "/no/such/Maildir");
+        moment = moment.addSecs(10);
+        site.console.Timer1_Timer();
+        QTRY_COMPARE(site.fetched(), "Fetch failed 9:30:10 AM");
+        QCOMPARE(site.fetched_in_full(),
+                 "Mail could not be fetched 11/21/2026 9:30:10 AM. What was taken in until then stands; the next fetch "
+                 "takes the rest.\nMail was last fetched 11/21/2026 9:30:00 AM.");
+        SaveSetting("mail_client", "maildir", site.maildir());
+        moment = moment.addSecs(10);
+        site.console.Timer1_Timer();
+        QTRY_COMPARE(site.fetched(), "Fetched 9:30:20 AM");
+    }
+
+    void what_fails_behind_a_fetch_to_the_end_does_not_make_it_a_failed_one()
+    {
+        status_site site;
+        site.console.show();
+        site.store.run("drop table contact"); // its mails cannot be shown
+        site.deliver_mail("orders@shop.example");
+        site.fetch();
+        QCOMPARE(site.rows_of("orders"), 1);
+        QTRY_VERIFY(site.fetched().startsWith("Fetched "));
     }
 
     void a_fetch_that_only_shows_what_is_stored_is_none()

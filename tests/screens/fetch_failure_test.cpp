@@ -38,7 +38,11 @@ struct cut_off_site : screens_site {
         services.mail_client = &away;
         set_clock([this] { return moment; });
     }
-    ~cut_off_site() { set_clock({}); }
+    ~cut_off_site()
+    {
+        set_clock({});
+        session.broken_fetch = {};
+    }
 
     void server_comes_back() { services.mail_client = usual; }
     bool has_log() const { return QFile::exists(file("errorlog.txt")); }
@@ -101,6 +105,7 @@ private slots:
         QCOMPARE(site.boxes.shown, QStringList());
         QCOMPARE(control<QLabel>(console, "status_l").text(),
                  "Mail could not be fetched: Nobody answers at imap.example.org, port 993.");
+        QTRY_COMPARE(control<QLabel>(console, "fetched_l").text(), "Fetch failed 10:00:00 AM");
         QVERIFY(!site.has_log());
         QVERIFY(!is_loaded<mailfrm>());
         QVERIFY(site.away.asked_with.is_tick);
@@ -218,6 +223,7 @@ private slots:
         QCOMPARE(control<list_view>(the<mailfrm>(), "LV_sub").model()->rowCount(), 1);
         QCOMPARE(control<QLabel>(console, "status_l").text(),
                  "Fetching was cancelled. The mails stored so far are shown.");
+        QTRY_COMPARE(control<QLabel>(console, "fetched_l").text(), "Fetch stopped 10:00:00 AM");
     }
 
     void while_it_waits_no_other_window_hears_keys_or_clicks()

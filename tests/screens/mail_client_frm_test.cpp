@@ -65,10 +65,13 @@ private slots:
         page_site site;
         site.open();
         type_good_settings();
-        if (by_key)
+        if (by_key) {
+            site.boxes.will_say_yes();
             QTest::keyClick(&page::field("host_t"), Qt::Key_Escape);
-        else
+        } else {
             page::press("cancel_b");
+        }
+        QCOMPARE(site.boxes.shown.size(), by_key ? 1 : 0);
         QVERIFY(!is_loaded<mail_client_frm>());
         QVERIFY(!site.saved().configured);
         QCOMPARE(site.saved().incoming.host, "");

@@ -89,6 +89,9 @@ private slots:
         QTest::newRow("certificates that are not there") << "authority_t"
                                                          << "/nowhere.pem"
                                                          << "The file of certificates /nowhere.pem cannot be read.";
+        QTest::newRow("certificates that are a folder") << "authority_t"
+                                                        << "/usr"
+                                                        << "The file of certificates /usr cannot be read.";
     }
 
     void what_cannot_be_right_is_told_and_nothing_is_lost()
@@ -125,6 +128,36 @@ private slots:
         page::press("ok_b");
         QVERIFY(site.saved().kind == mail::client_kind::maildir);
         QCOMPARE(site.saved().maildir, site.maildir());
+    }
+
+    void a_link_to_a_maildir_or_an_mbox_will_do()
+    {
+        page_site site;
+        QVERIFY(QFile::link(site.maildir(), site.file("my mail")));
+        QFile box(site.file("inbox.mbox"));
+        QVERIFY(box.open(QIODevice::WriteOnly));
+        QVERIFY(QFile::link(site.file("inbox.mbox"), site.file("my box")));
+        site.open();
+        page::choose("maildir_o");
+        page::type("path_t", site.file("my mail"));
+        page::press("ok_b");
+        QCOMPARE(site.saved().maildir, site.file("my mail"));
+        site.open();
+        page::choose("mbox_o");
+        page::type("path_t", site.file("my box"));
+        page::press("ok_b");
+        QCOMPARE(site.saved().mbox, site.file("my box"));
+        QCOMPARE(site.boxes.shown, QStringList());
+    }
+
+    void an_mbox_that_is_not_there_is_told()
+    {
+        page_site site;
+        site.open();
+        page::choose("mbox_o");
+        page::type("path_t", site.file("gone"));
+        page::press("ok_b");
+        QCOMPARE(site.boxes.shown, QStringList{"There is no file " + site.file("gone") + "."});
     }
 
     void an_mbox_must_be_a_file()
@@ -174,7 +207,7 @@ private slots:
         type_good_settings();
         page::type("password_t", "");
         page::tick("token_c");
-        QCOMPARE(page::label("password_lb"), "&Access token:");
+        QCOMPARE(page::label("password_lb"), "Access to&ken:");
         page::type("token_command_t", "print-token ann");
         QVERIFY(!page::field("password_t").isEnabled());
         page::press("ok_b");

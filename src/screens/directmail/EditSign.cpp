@@ -9,7 +9,7 @@
 #include "screens/exact_text.h"
 #include "ui_EditSign.h"
 
-EditSign::EditSign(QWidget *parent) : signature_entry(parent), ui(std::make_unique<Ui::EditSign>())
+EditSign::EditSign(QWidget *parent) : screen(parent), ui(std::make_unique<Ui::EditSign>())
 {
     ui->setupUi(this);
 
@@ -39,9 +39,10 @@ void EditSign::Load()
     ui->Text2->setFocus();
 }
 
-bool EditSign::holds_changes() const
+std::optional<unsaved_work> EditSign::unsaved() const
 {
-    return typed_text(*ui->Text2) != stored_text;
+    const bool is_changed = typed_text(*ui->Text2) != stored_text;
+    return is_changed ? std::optional(unsaved_work{"Editsign.frm"}) : std::nullopt;
 }
 
 void EditSign::Command1_Click()

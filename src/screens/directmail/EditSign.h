@@ -1,13 +1,13 @@
 // Changing the text of a signature; opens over the picker (Signature.h), whose selected title it is about.
 #pragma once
-#include "screens/directmail/signature_entry.h"
+#include "screens/screen.h"
 #include <memory>
 
 namespace Ui {
 class EditSign;
 }
 
-class EditSign : public signature_entry {
+class EditSign : public screen {
     Q_OBJECT
 public:
     explicit EditSign(QWidget *parent = nullptr);
@@ -15,7 +15,7 @@ public:
     void Load() override;
 
 protected:
-    bool holds_changes() const override;
+    std::optional<unsaved_work> unsaved() const override; // Cancel asks nothing
 
 private:
     void Command1_Click();

@@ -24,7 +24,7 @@ bool is_stored(const QString &title)
 
 }
 
-NewSign::NewSign(QWidget *parent) : signature_entry(parent), ui(std::make_unique<Ui::NewSign>())
+NewSign::NewSign(QWidget *parent) : screen(parent), ui(std::make_unique<Ui::NewSign>())
 {
     ui->setupUi(this);
 
@@ -42,9 +42,10 @@ void NewSign::Load()
     ui->Text1->selectAll();
 }
 
-bool NewSign::holds_changes() const
+std::optional<unsaved_work> NewSign::unsaved() const
 {
-    return ui->Text1->text() != offered_title || !typed_text(*ui->Text2).isEmpty();
+    const bool is_changed = ui->Text1->text() != offered_title || !typed_text(*ui->Text2).isEmpty();
+    return is_changed ? std::optional(unsaved_work{"NewSign.frm"}) : std::nullopt;
 }
 
 void NewSign::Command1_Click()

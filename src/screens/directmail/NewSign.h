@@ -1,13 +1,13 @@
 // Making a signature; opens over the picker (Signature.h), whose list gets its title.
 #pragma once
-#include "screens/directmail/signature_entry.h"
+#include "screens/screen.h"
 #include <memory>
 
 namespace Ui {
 class NewSign;
 }
 
-class NewSign : public signature_entry {
+class NewSign : public screen {
     Q_OBJECT
 public:
     explicit NewSign(QWidget *parent = nullptr);
@@ -15,7 +15,7 @@ public:
     void Load() override;
 
 protected:
-    bool holds_changes() const override;
+    std::optional<unsaved_work> unsaved() const override; // Cancel asks nothing
 
 private:
     void Command1_Click();

@@ -41,7 +41,7 @@ void backup_frm::Load()
 void backup_frm::show_step()
 {
     ui->band->set_step(in_setup ? "Step 3 of 3" : "");
-    ui->next_b->setText(in_setup ? "&Finish" : "&OK");
+    ui->next_b->setText(in_setup ? "&Finish" : "OK");
     ui->next_b->setAccessibleName(in_setup ? "Finish" : "OK"); // it has been given the first caption as its name
     for (QPushButton *button : {ui->later_b, ui->back_b})
         button->setVisible(in_setup);

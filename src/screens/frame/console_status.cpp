@@ -1,11 +1,9 @@
 #include "screens/frame/console_status.h"
 #include "frame/error_log.h"
+#include "frame/last_fetch.h"
 #include "frame/messages.h"
-#include "frame/session.h"
 #include "frame/status.h"
-#include "frame/text.h"
 #include "intake/unprocessed_count.h"
-#include "platform/clock.h"
 #include "platform/mail_delivery.h"
 #include "screens/frame/status_text.h"
 #include "screens/icons.h"
@@ -23,13 +21,6 @@ constexpr int count_delay_ms = 100; // many changes in a row are counted once
 QString unprocessed_words(qint64 mails)
 {
     return mails == 1 ? "1 mail is in no table yet" : QString::number(mails) + " mails are in no table yet";
-}
-
-// Today's fetch needs no date.
-QString short_moment(const QDateTime &moment)
-{
-    const QString whole = us_date_time(moment);
-    return moment.date() == today() ? whole.section(u' ', 1) : whole;
 }
 
 }
@@ -124,11 +115,9 @@ void console_status::count_mails()
 
 void console_status::show_last_fetch()
 {
-    const QDateTime moment = session.last_fetch;
-    fetched_l->setVisible(moment.isValid());
-    if (!moment.isValid())
-        return;
-    fetched_l->setText("Fetched " + short_moment(moment));
-    fetched_l->setToolTip("Mail was last fetched " + us_date_time(moment));
-    fetched_l->setAccessibleName(fetched_l->toolTip());
+    const fetch_words words = last_fetch_words();
+    fetched_l->setVisible(!words.line.isEmpty());
+    fetched_l->setText(words.line);
+    fetched_l->setToolTip(words.whole);
+    fetched_l->setAccessibleName(words.whole.simplified());
 }

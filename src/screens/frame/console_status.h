@@ -1,5 +1,5 @@
-// The console's status bar: the lasting line, how many mails no map has taken yet, when mail was last fetched, and what
-// waits in the Outbox. Its words about sending: platform/mail_delivery.h.
+// The console's status bar: the lasting line, how many mails no map has taken yet, how the last fetch ended, and what
+// waits in the Outbox. Its words: frame/last_fetch.h, and about sending platform/mail_delivery.h.
 #pragma once
 #include <QObject>
 

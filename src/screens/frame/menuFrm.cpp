@@ -16,6 +16,7 @@
 #include "screens/icons.h"
 #include "screens/intake/mailfrm.h"
 #include "screens/screen.h"
+#include "screens/spoken_names.h"
 
 #include <QAction>
 #include <QCloseEvent>
@@ -165,7 +166,7 @@ void menuFrm::delivery_told(const delivery::report &told)
 void menuFrm::closeEvent(QCloseEvent *event)
 {
     event->ignore(); // the process ends from here or from Exit_frm, never by a window that vanished
-    if (closing || busy())
+    if (closing || busy() || !all_screens_may_be_left())
         return;
     closing = true;
     Timer1->stop();

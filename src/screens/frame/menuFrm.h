@@ -54,8 +54,6 @@ private:
     void openex_mnu_Click();
     void openmy_mnu_Click();
 
-    quint32 GetBkColor() const;
-
     console_area *area;
     QTimer *Timer1;
     console_status *status;

@@ -7,6 +7,7 @@
 #include "frame/status.h"
 #include "frame/store.h"
 #include "intake/progress_page.h"
+#include "screens/background_colour.h"
 #include "screens/frame/backup_frm.h"
 #include "screens/frame/closing.h"
 #include "screens/frame/frmAbout.h"
@@ -53,19 +54,12 @@ void menuFrm::works(const char *name, void (menuFrm::*handler)())
     connect(command(name), &QAction::triggered, this, handler);
 }
 
-// As the platform gives a colour: blue, green, red from the highest byte down.
-quint32 menuFrm::GetBkColor() const
-{
-    const QColor colour = palette().color(QPalette::Window);
-    return quint32(colour.blue() << 16 | colour.green() << 8 | colour.red());
-}
-
 void menuFrm::fetchmail_Click()
 {
     session.no_fetch = false;
     setCursor(Qt::WaitCursor);
     const bool page_written =
-        guarded("menuFrm.frm", "fetchmail", [this] { intake::write_fetch_animation(GetBkColor()); });
+        guarded("menuFrm.frm", "fetchmail", [this] { intake::write_fetch_animation(GetBkColor(*this)); });
     if (page_written)
         the<mfetchinprogress_frm>().show_modal();
     unsetCursor();
@@ -76,8 +70,11 @@ void menuFrm::bkp_folder_mnu_Click()
     the<backup_frm>().show();
 }
 
+// A restored back-up ends the program, and with it every open screen.
 void menuFrm::rst_bkp_Click()
 {
+    if (!all_screens_may_be_left())
+        return;
     bool restored = false;
     setCursor(Qt::WaitCursor); // looking at a large file takes its time
     const bool good = guarded("menuFrm.frm", "rst_bkp", [&] { restored = restore_backup(); });

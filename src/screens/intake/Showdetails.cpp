@@ -141,39 +141,24 @@ void Showdetails::tell_failure(bool handed_over)
         status_line(words);
 }
 
-// Where the question cannot be asked, what was typed stays.
-bool Showdetails::may_leave(const char *routine)
+std::optional<unsaved_work> Showdetails::unsaved() const
 {
     const intake::mail_reply typed = typed_reply();
-    const bool changed = typed.to != proposed.to || typed.subject != proposed.subject || typed.body != proposed.body;
-    if (!changed)
-        return true;
-    bool leaves = false;
-    const bool was_asked = guarded("Showdetails.frm", routine, [&leaves] {
-        leaves = yes_no_before_loss("This reply was not sent. Do you want to throw it away?");
-    });
-    if (!was_asked)
-        status_line("The reply is kept, as what was done before could not be: " + session.err_description);
-    return leaves;
+    if (typed.to == proposed.to && typed.subject == proposed.subject && typed.body == proposed.body)
+        return std::nullopt;
+    return unsaved_work{"Showdetails.frm", "This reply was not sent. Do you want to throw it away?"};
 }
 
 void Showdetails::skip_b_Click()
 {
-    if (may_leave("skip_b"))
+    if (may_be_left("skip_b"))
         go_on();
 }
 
 void Showdetails::cancel_b_Click()
 {
-    if (may_leave("cancel_b"))
+    if (may_be_left("cancel_b"))
         unload();
-}
-
-void Showdetails::closeEvent(QCloseEvent *event)
-{
-    if (shown())
-        cancel_b_Click();
-    event->setAccepted(!shown());
 }
 
 // Enter alone sends nothing: a mail cannot be taken back.

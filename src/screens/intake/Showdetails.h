@@ -26,13 +26,12 @@ signals:
 protected:
     QString help_topic() const override;
     void keyPressEvent(QKeyEvent *event) override;
-    void closeEvent(QCloseEvent *event) override;
+    std::optional<unsaved_work> unsaved() const override;
 
 private:
     void show_mail();
     void go_on();
     void propose(const intake::mail_reply &reply);
-    bool may_leave(const char *routine);
     intake::mail_reply typed_reply() const;
     bool is_ready_to_send(const intake::mail_reply &reply);
     void tell_failure(bool handed_over);

@@ -1,21 +1,11 @@
 #include "screens/intake/mailfrm.h"
-#include "frame/account_list.h"
-#include "frame/auto_fetch.h"
 #include "frame/error_log.h"
-#include "frame/messages.h"
 #include "frame/session.h"
 #include "frame/status.h"
 #include "frame/store.h"
 #include "frame/text.h"
-#include "intake/fetch.h"
 #include "intake/fit_reasons.h"
 #include "intake/mail_lines.h"
-#include "intake/mail_source.h"
-#include "intake/map_parser.h"
-#include "platform/clock.h"
-#include "platform/network.h"
-#include "platform/outside_effects.h"
-#include "screens/frame/closing.h"
 #include "screens/icons.h"
 #include "screens/intake/listed_mails.h"
 #include "ui_mailfrm.h"
@@ -30,7 +20,6 @@ const char *const empty_sent = "Nothing was sent yet.\nEvery mail that the progr
 const char *const empty_sent_report =
     "No sent mail fits the report.\nChoose other days or fewer conditions, or Sent Item "
     "to see all mails again.";
-const char *const cancelled_line = "Fetching was cancelled. The mails stored so far are shown.";
 
 }
 
@@ -57,98 +46,6 @@ mailfrm::mailfrm(QWidget *parent) : screen(parent), ui(std::make_unique<Ui::mail
 }
 
 mailfrm::~mailfrm() = default;
-
-void mailfrm::Load()
-{
-    ui->LV_sub->setFocus();
-    if (!guarded("Mailfrm.frm", "Form_load", open_store_if_closed))
-        return CriticalError(); // without the store nothing can be fetched, shown or done
-    std::optional<fetch_lines_scope> lines_are_the_fetchs;
-    if (!session.no_fetch)
-        lines_are_the_fetchs.emplace();
-    const bool all_went = guarded("Mailfrm.frm", "Form_load", [this] {
-        if (session.no_fetch)
-            load_accounts();
-        else
-            fetch_and_parse();
-        showmails_from_database();
-    });
-    if (all_went)
-        return;
-    const bool was_cut_off = net::is_network_failure({session.err_number, session.err_description});
-    tell_broken_fetch();
-    guarded("Mailfrm.frm", "Form_load", [] { intake::close_mail_source(); });
-    if (was_cut_off) // what came before still wants its rows
-        guarded("Mailfrm.frm", "Form_load", intake::parse_unprocessed_mails);
-    show_what_is_stored();
-}
-
-// Of a server that cannot be reached the user who waits is told in a box. A tick, for which nobody waits, leaves a line
-// and the next ticks alone.
-void mailfrm::tell_broken_fetch()
-{
-    const run_time_error failure{session.err_number, session.err_description};
-    if (net::is(failure, net::trouble::cancelled))
-        return status_line(cancelled_line);
-    if (!net::is_network_failure(failure))
-        return status_line("Not everything went well: " + failure.description);
-    if (net::present_patience().is_tick)
-        pause_auto_fetch();
-    else if (guarded("Mailfrm.frm", "Form_load", [&] {
-                 say("Mail could not be fetched.\n\n" + failure.description + "\n\nThe mails stored so far are shown.",
-                     "Tessaly", message_icon::exclamation);
-             }))
-        return;
-    status_line("Mail could not be fetched: " + failure.description);
-}
-
-// What is stored can still be read, whatever became of the fetch.
-void mailfrm::show_what_is_stored()
-{
-    guarded("Mailfrm.frm", "Form_load", [this] {
-        if (session.account_ids.empty())
-            load_accounts();
-        showmails_from_database();
-    });
-}
-
-void mailfrm::CriticalError()
-{
-    guarded("Mailfrm.frm", "CriticalError", [] {
-        say("Critical Error: " + QString::number(qint32(session.err_number)) + " " + session.err_description, "Tessaly",
-            message_icon::critical);
-    });
-    end_program();
-}
-
-void mailfrm::fetch_and_parse()
-{
-    take_away_fetch_line();                 // what an earlier fetch had to tell is past
-    if (!net::present_patience().is_tick) { // the user asks: what the ticks know of the server is old
-        end_auto_fetch_pause();
-        status_line({});
-    }
-    intake::choose_mail_source();
-    fetch_mail();
-    store_lvindex();
-    intake::parse_unprocessed_mails();
-    intake::finish_fetch();
-    intake::raise_cut();
-    session.last_fetch = now();
-    end_auto_fetch_pause();
-    before_outside_effect(); // a pass that cannot be kept is a failure that is told, not a loss that nobody hears of
-    intake::close_mail_source();
-}
-
-void mailfrm::fetch_mail()
-{
-    inbox->set_lines({});
-    intake::fetch_mail();
-    ui->Label3->setText(intake::fetch_summary());
-    ui->Label3->show();
-    if (intake::fetch_was_cancelled())
-        status_line(cancelled_line);
-}
 
 void mailfrm::store_lvindex()
 {

@@ -1,7 +1,7 @@
 // The Mail Auditor, "Tessaly - Inbox": the stored mails of all accounts and the sent ones, with their text. Loading it
 // fetches and parses, unless session.no_fetch is set; intake/fetch.h and intake/map_parser.h do the work.
-// Its two lists: listed_mails.h. Its lower part: reading_pane.h. Deleting and answering: mailfrm_commands.cpp. The
-// report on sent mails: sent_report_bar.h.
+// Its two lists: listed_mails.h. Its lower part: reading_pane.h. Fetching: mailfrm_fetching.cpp. Deleting and
+// answering: mailfrm_commands.cpp. The report on sent mails: sent_report_bar.h.
 #pragma once
 #include "screens/screen.h"
 #include <memory>
@@ -13,6 +13,7 @@ class mailfrm;
 namespace intake {
 struct mail_line;
 }
+struct run_time_error;
 class listed_mails;
 
 class mailfrm : public screen {
@@ -40,7 +41,7 @@ protected:
 
 private:
     void fetch_and_parse();
-    void tell_broken_fetch();
+    void tell_broken_fetch(const run_time_error &failure);
     void show_what_is_stored();
     bool shows_sent_items() const;
     void set_up_commands();

@@ -12,9 +12,7 @@ namespace {
 // What became of the stored mails, and what will of those to come: a map that none fits promises nothing.
 QString mails_in(const QString &map)
 {
-    ado::Recordset rows;
-    rows.Open("select count(*) from " + map, *session.store_connection);
-    const qint64 count = rows[0].to_number();
+    const qint64 count = first_value("select count(*) from " + map).to_number();
     const QString &failure = maps::map_wizard.mails_left_behind;
     if (!failure.isEmpty())
         return "Not all mails could be brought over: " + failure;

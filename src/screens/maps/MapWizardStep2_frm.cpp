@@ -6,6 +6,7 @@
 #include "frame/status.h"
 #include "frame/store.h"
 #include "intake/progress_page.h"
+#include "screens/background_colour.h"
 #include "screens/intake/mfetchinprogress_frm.h"
 #include "screens/maps/MapWizardStep1_frm.h"
 #include "screens/maps/map_wizard_doors.h"
@@ -150,7 +151,7 @@ void MapWizardStep2_frm::next_b_Click()
     session.fetch_then_wizard = true;
     session.no_fetch = false;
     const bool page_written =
-        guarded("mapwizardstep2.frm", "nextb click", [this] { intake::write_fetch_animation(GetBkColor()); });
+        guarded("mapwizardstep2.frm", "nextb click", [this] { intake::write_fetch_animation(GetBkColor(*this)); });
     if (page_written)
         the<mfetchinprogress_frm>().show_modal();
     session.fetch_then_wizard = false;

@@ -7,6 +7,7 @@
 #include "maps/field_entry.h"
 #include "maps/map_wizard.h"
 #include "maps/map_writing.h"
+#include "screens/background_colour.h"
 #include "screens/icons.h"
 #include "screens/intake/mapinprogress_frm.h"
 #include "ui_mapwizardsave_frm.h"
@@ -72,7 +73,7 @@ bool mapwizardsave_frm::may_save(QString &name)
 void mapwizardsave_frm::save_map(const QString &name)
 {
     window()->hide();
-    guarded("mapwizardsave.frm", "saveb click", [this] { intake::write_mapping_animation(GetBkColor()); });
+    guarded("mapwizardsave.frm", "saveb click", [this] { intake::write_mapping_animation(GetBkColor(*this)); });
     auto &progress = the<mapinprogress_frm>();
     progress.set_work([this, name] {
         if (guarded("mapwizardsave.frm", "saveb click", [&name] { maps::write_map(name); }))

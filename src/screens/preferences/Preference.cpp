@@ -35,7 +35,7 @@ Preference::Preference(QWidget *parent) : screen(parent), ui(std::make_unique<Ui
     connect(ui->Command3, &QPushButton::clicked, this, &Preference::Command3_Click);
     connect(ui->Command8, &QPushButton::clicked, this, [] { the<autoresponder>().show(); });
     connect(ui->help_b, &QPushButton::clicked, this, &Preference::show_own_help);
-    connect(ui->close_b, &QPushButton::clicked, this, &Preference::unload);
+    connect(ui->close_b, &QPushButton::clicked, this, &Preference::close);
 }
 
 Preference::~Preference() = default;
@@ -63,6 +63,18 @@ void Preference::show_auto_fetch()
     ui->minutes_t->setText(QString::number(minutes.value_or(0)));
     ui->minutes_t->setEnabled(minutes.has_value());
     ui->in_force_l->setText("In force now: " + auto_fetch_words(minutes));
+    minutes_shown = chosen_minutes();
+}
+
+QString Preference::chosen_minutes() const
+{
+    return ui->autofetch_ch->isChecked() ? ui->minutes_t->text() : QString();
+}
+
+// All else on this page is kept as it is chosen.
+std::optional<unsaved_work> Preference::unsaved() const
+{
+    return chosen_minutes() == minutes_shown ? std::nullopt : std::optional(unsaved_work{general_in_log});
 }
 
 void Preference::show_signature(const std::optional<QString> &title)

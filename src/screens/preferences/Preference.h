@@ -18,7 +18,11 @@ public:
 
     void show_signature(const std::optional<QString> &title); // none: none is chosen; a title may be empty
 
+protected:
+    std::optional<unsaved_work> unsaved() const override;
+
 private:
+    QString chosen_minutes() const; // "": auto-fetch is off
     void show_auto_fetch();
     void autofetch_ch_Click();
     void Command1_Click();
@@ -27,4 +31,5 @@ private:
     void set_minutes();
 
     std::unique_ptr<Ui::Preference> ui;
+    QString minutes_shown;
 };

@@ -7,9 +7,6 @@
 #include "screens/icons.h"
 #include "ui_autoresponder.h"
 
-#include <QCloseEvent>
-#include <QKeyEvent>
-
 namespace {
 
 const char *const responder_in_log = "autoresponder_frm.frm";
@@ -47,7 +44,7 @@ autoresponder::autoresponder(QWidget *parent) : screen(parent), ui(std::make_uni
     connect(ui->greet_t, &QLineEdit::textChanged, this, &autoresponder::show_greeting);
     connect(ui->greetfield_c, &QComboBox::currentIndexChanged, this, &autoresponder::show_greeting);
     connect(ui->autosubmit_s, &QPushButton::clicked, this, &autoresponder::autosubmit_s_Click);
-    connect(ui->cancel_b, &QPushButton::clicked, this, &autoresponder::cancel_b_Click);
+    connect(ui->cancel_b, &QPushButton::clicked, this, &autoresponder::close);
     connect(ui->help_b, &QPushButton::clicked, this, &autoresponder::show_own_help);
 }
 
@@ -105,7 +102,7 @@ void autoresponder::choose_map(const QString &map)
 
 void autoresponder::mapname_c_Click()
 {
-    if (may_lose_what_is_typed())
+    if (may_be_left("mapname_c"))
         return loadmap();
     const QSignalBlocker quiet(ui->mapname_c);
     ui->mapname_c->setCurrentIndex(shown_map);
@@ -177,42 +174,11 @@ void autoresponder::save()
                               : " is saved, but not enabled: no replies go out."));
 }
 
-bool autoresponder::may_lose_what_is_typed()
+std::optional<unsaved_work> autoresponder::unsaved() const
 {
-    const auto answer = [] {
-        return yes_no_before_loss("What was changed here is not saved. Go on without saving?",
-                                  "Autoresponder configuration");
-    };
-    return typed() == as_shown || answer();
-}
-
-bool autoresponder::leave()
-{
-    if (!may_lose_what_is_typed())
-        return false;
-    unload();
-    return true;
-}
-
-void autoresponder::cancel_b_Click()
-{
-    leave();
-}
-
-void autoresponder::closeEvent(QCloseEvent *event)
-{
-    if (may_lose_what_is_typed())
-        screen::closeEvent(event);
-    else
-        event->ignore();
-}
-
-void autoresponder::keyPressEvent(QKeyEvent *event)
-{
-    if (event->key() == Qt::Key_Escape)
-        cancel_b_Click();
-    else
-        screen::keyPressEvent(event);
+    if (typed() == as_shown)
+        return std::nullopt;
+    return unsaved_work{responder_in_log, "What was changed here is not saved. Go on without saving?"};
 }
 
 QSize autoresponder::sizeHint() const

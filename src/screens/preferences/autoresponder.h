@@ -21,18 +21,15 @@ public:
 
     void loadmap();                      // the chosen map's fields and its reply; clears them where none is chosen
     void choose_map(const QString &map); // also one that was made since this screen was loaded
-    bool leave();                        // false where the user would rather keep what is typed and not saved
     QSize sizeHint() const override;
 
 protected:
-    void closeEvent(QCloseEvent *event) override;
-    void keyPressEvent(QKeyEvent *event) override;
+    std::optional<unsaved_work> unsaved() const override;
 
 private:
     void mapname_c_Click();
     void enable_b_Click();
     void autosubmit_s_Click();
-    void cancel_b_Click();
     void list_maps();
     void read_chosen_map();
     void show_reply(const intake::auto_reply &reply);
@@ -42,7 +39,6 @@ private:
     void show_greeting();
     QString newest_of(const QString &field);
     void save();
-    bool may_lose_what_is_typed();
     intake::auto_reply typed() const;
     QWidget &box_of(intake::reply_part part) const;
     QString chosen_map() const; // "" with "Select Map"

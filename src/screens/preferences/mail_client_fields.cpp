@@ -184,14 +184,14 @@ void mail_client_fields::show_what_applies()
     const bool is_server = mail_page::needs_server(kind());
     const bool is_file = kind() == mail::client_kind::mbox;
     ui.qt_places->setCurrentWidget(is_server ? ui.server_fr : ui.file_fr);
-    ui.path_lb->setText(is_file ? "Fi&le:" : "Fo&lder:");
+    ui.path_lb->setText(is_file ? "Fil&e:" : "Fold&er:");
     ui.path_t->setAccessibleName(is_file ? "File" : "Folder");
     ui.path_t->setPlaceholderText(is_file ? QString() : "empty: ~/Maildir, else the program's own folder");
     for (QWidget *one : std::initializer_list<QWidget *>{ui.password_lb, ui.password_t, ui.show_c})
         one->setVisible(is_server);
     const bool prints_token = ui.token_c->isChecked() && !text_in(*ui.token_command_t).isEmpty();
     ui.password_t->setEnabled(!prints_token && !asks_keyring);
-    ui.password_lb->setText(ui.token_c->isChecked() ? "&Access token:" : "&Password:");
+    ui.password_lb->setText(ui.token_c->isChecked() ? "Access to&ken:" : "Passwo&rd:");
     ui.password_t->setAccessibleName(ui.token_c->isChecked() ? "Access token" : "Password");
     ui.token_command_lb->setEnabled(ui.token_c->isChecked());
     ui.token_command_t->setEnabled(ui.token_c->isChecked());

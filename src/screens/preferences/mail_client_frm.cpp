@@ -206,13 +206,12 @@ void mail_client_frm::cancel_b_Click()
     unload();
 }
 
-bool mail_client_frm::leave()
+std::optional<unsaved_work> mail_client_frm::unsaved() const
 {
     const bool is_touched = running || (as_opened && fields->typed_entries() != *as_opened);
-    if (is_touched && !yes_no("What is typed on this page is not saved yet. Leave it without saving?", page_title))
-        return false;
-    unload();
-    return true;
+    if (!is_touched)
+        return std::nullopt;
+    return unsaved_work{"mail_client_frm.frm", "What is typed on this page is not saved yet. Leave it without saving?"};
 }
 
 // Escape stops a test first, then leaves the page.

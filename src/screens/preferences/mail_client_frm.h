@@ -22,12 +22,12 @@ public:
     void Load() override;
 
     void show_test(); // opens the page with its Test button at hand
-    bool leave();     // for another page: false where the user would rather keep what is typed and not saved
 
     void set_check(check_thread::routine check); // tests: in the place of the one that asks the servers
     QSize sizeHint() const override;
 
 protected:
+    std::optional<unsaved_work> unsaved() const override; // Cancel asks nothing
     void keyPressEvent(QKeyEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
 

@@ -31,14 +31,7 @@ void show_page()
 template <typename T>
 bool leave_page()
 {
-    if (is_loaded<T>())
-        the<T>().unload();
-    return true;
-}
-
-bool leave_mail_client()
-{
-    return !is_loaded<mail_client_frm>() || the<mail_client_frm>().leave();
+    return !is_loaded<T>() || the<T>().leave();
 }
 
 const std::vector<listed_page> &all_pages()
@@ -50,7 +43,7 @@ const std::vector<listed_page> &all_pages()
         {labels, "LABELS", nullptr, nullptr},
         {online_form, "ONLINE FORM", show_page<OnlinePref>, leave_page<OnlinePref>},
         {map_mails, "MAP MAILS", show_page<Format_mail_frm>, leave_page<Format_mail_frm>},
-        {mail_client, "MAIL CLIENT", show_page<mail_client_frm>, leave_mail_client},
+        {mail_client, "MAIL CLIENT", show_page<mail_client_frm>, leave_page<mail_client_frm>},
     };
     return pages;
 }
