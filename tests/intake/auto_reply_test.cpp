@@ -23,6 +23,8 @@ private slots:
     void the_tests_come_in_their_order_data();
     void the_tests_come_in_their_order();
     void the_field_lists_leave_every_map_s_own_columns_out();
+    void tokens_are_raised_data();
+    void tokens_are_raised();
 };
 
 void auto_reply_test::all_columns_are_quoted()
@@ -92,6 +94,28 @@ void auto_reply_test::the_field_lists_leave_every_map_s_own_columns_out()
     add_map_names(site);
     site.run("alter table names add column tsl_extra text(255)");
     QCOMPARE(intake::answer_fields("names"), (QStringList{"full_name", "city", "tsl_extra"}));
+}
+
+void auto_reply_test::tokens_are_raised_data()
+{
+    QTest::addColumn<QString>("raised");
+    QTest::newRow("007") << "8";
+    QTest::newRow("9") << "10";
+    QTest::newRow("-1") << "0";
+    QTest::newRow("1,000") << "1001";
+    QTest::newRow(" 5 ") << "6";
+    QTest::newRow("2.5") << "3.5";
+    QTest::newRow("1e3") << "1001";
+    QTest::newRow("99999999999") << "100000000000";
+    QTest::newRow("") << "1"; // what no screen has tested
+    QTest::newRow("seven") << "1";
+    QTest::newRow("1e999") << "1"; // more than the store holds
+}
+
+void auto_reply_test::tokens_are_raised()
+{
+    QFETCH(QString, raised);
+    QCOMPARE(intake::next_token(QTest::currentDataTag()), raised);
 }
 
 QTEST_GUILESS_MAIN(auto_reply_test)
