@@ -86,6 +86,6 @@ void keep_minutes(int minutes)
 QString auto_fetch_words(std::optional<int> minutes)
 {
     if (minutes == 1)
-        return "Mail is fetched by itself every ten seconds.";
+        return "Mail is fetched by itself every ten seconds, but not while the Mail Auditor is open.";
     return "Mail is not fetched by itself.";
 }

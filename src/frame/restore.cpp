@@ -68,6 +68,6 @@ bool restore_backup()
     const QString kept = name_to_keep();
     store_file::take_place(store, kept);
     say_with("Database will be restored once you restart the application. Click here to close the application.",
-             "Your former data is kept in " + kept);
+             "Your previous data is kept in " + kept);
     return true;
 }

@@ -334,7 +334,7 @@ void restore_test::the_name_of_the_kept_store_is_told_beside()
     site.boxes.will_say_yes();
     QVERIFY(restore_backup());
     QCOMPARE(site.boxes.boxes[1].text, restored);
-    QCOMPARE(site.boxes.boxes[1].beside, "Your former data is kept in " + site.kept);
+    QCOMPARE(site.boxes.boxes[1].beside, "Your previous data is kept in " + site.kept);
 }
 
 void restore_test::what_a_broken_off_restore_left_is_refused_and_stays()

@@ -2,13 +2,17 @@
 #include "frame/session.h"
 #include "frame/status.h"
 #include "screens/frame/menuFrm.h"
+#include "screens/frame/outbox_frm.h"
 #include "screens/intake/mailfrm.h"
 #include "screens/screen.h"
 #include "support/screens_driver.h"
 #include "support/screens_site.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QLabel>
+#include <QMdiArea>
+#include <QMdiSubWindow>
 #include <QMenu>
 #include <QMenuBar>
 #include <QStatusBar>
@@ -119,6 +123,22 @@ private slots:
         QVERIFY(is_visible<mailfrm>());
         QVERIFY(session.no_fetch);
         QCOMPARE(site.rows_of("orders"), 0);
+    }
+
+    void control_tab_goes_to_the_next_window()
+    {
+        screens_site site;
+        menuFrm console;
+        console.show();
+        QVERIFY(QTest::qWaitForWindowActive(&console));
+        control<QAction>(console, "mauditor_mnu").trigger();
+        control<QAction>(console, "outbox_mnu").trigger();
+        const auto &area = control<QMdiArea>(console, "area");
+        QCOMPARE(area.activeSubWindow()->widget(), &the<outbox_frm>());
+        QTest::keyPress(QApplication::focusWidget(), Qt::Key_Control);
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab, Qt::ControlModifier);
+        QTest::keyRelease(QApplication::focusWidget(), Qt::Key_Control);
+        QCOMPARE(area.activeSubWindow()->widget(), &the<mailfrm>());
     }
 
     void print_without_labels_asks_whether_to_generate_them_and_yes_is_not_there_yet()

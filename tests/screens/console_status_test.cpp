@@ -76,6 +76,26 @@ private slots:
         QVERIFY(!control<QLabel>(site.console, "fetched_l").isVisible()); // not since the start
     }
 
+    void its_hint_promises_reasons_only_where_there_are_some_data()
+    {
+        QTest::addColumn<int>("mails");
+        QTest::addColumn<QString>("hint");
+        QTest::newRow("none") << 0 << "No mail waits to go into a table. A click opens the Mail Auditor.";
+        QTest::newRow("one") << 1 << "1 mail is in no table yet. A click opens the Mail Auditor, which says why.";
+        QTest::newRow("two") << 2 << "2 mails are in no table yet. A click opens the Mail Auditor, which says why.";
+    }
+    void its_hint_promises_reasons_only_where_there_are_some()
+    {
+        QFETCH(int, mails);
+        QFETCH(QString, hint);
+        status_site site;
+        for (int mail = 0; mail < mails; ++mail)
+            site.store.run("insert into orders (tsl_subject,tsl_processed) values('Hello',no)");
+        site.console.show();
+        QTRY_COMPARE(site.count(), QString::number(mails) + " unprocessed");
+        QCOMPARE(control<QToolButton>(site.console, "unprocessed_b").toolTip(), hint);
+    }
+
     void a_fetch_raises_the_number_and_tells_its_time()
     {
         status_site site;

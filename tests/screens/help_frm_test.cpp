@@ -322,7 +322,7 @@ private slots:
         QCOMPARE(page().shown_page(), "help.html");
     }
 
-    void the_menu_opens_the_start_page()
+    void the_menu_opens_the_start_page_and_f1_the_consoles_own()
     {
         help_site site;
         menuFrm console;
@@ -331,7 +331,26 @@ private slots:
         QCOMPARE(page().shown_page(), "start.html");
         the<help_frm>().unload();
         QTest::keyClick(&console, Qt::Key_F1);
-        QCOMPARE(page().shown_page(), "start.html");
+        QCOMPARE(page().shown_page(), "menufrm.html");
+    }
+
+    void the_text_grows_and_shrinks_by_the_keyboard_data()
+    {
+        QTest::addColumn<Qt::Key>("larger");
+        QTest::newRow("plus") << Qt::Key_Plus;
+        QTest::newRow("the key below it") << Qt::Key_Equal;
+    }
+    void the_text_grows_and_shrinks_by_the_keyboard()
+    {
+        QFETCH(Qt::Key, larger);
+        help_site site;
+        show_help({});
+        QVERIFY(QTest::qWaitForWindowActive(&the<help_frm>()));
+        const double usual = page().font().pointSizeF();
+        QTest::keyClick(&page(), larger, Qt::ControlModifier);
+        QVERIFY(page().font().pointSizeF() > usual);
+        QTest::keyClick(&page(), Qt::Key_Minus, Qt::ControlModifier);
+        QCOMPARE(page().font().pointSizeF(), usual);
     }
 
     // A dialog locks every other window; the help that was asked for from it stays usable.

@@ -208,7 +208,7 @@ void picture_boxes(const album &pictures, screens_site &site)
     picture_box(pictures, "question-strangers", [&stick] { keep_back_up_folder(stick.path(), false); });
     picture_box(pictures, "box-beside", [] {
         say_with("Database will be restored once you restart the application. Click here to close the application.",
-                 "Your former data is kept in /home/zoe/Tessaly/mailapp 2026-11-21 15-30-12.mdb");
+                 "Your previous data is kept in /home/zoe/Tessaly/mailapp 2026-11-21 15-30-12.mdb");
     });
     set_message_service(&site.boxes);
 }

@@ -114,7 +114,7 @@ private slots:
     void after_a_stopped_report_the_words_are_about_the_former_one()
     {
         sent_site site;
-        const QString former = "The list shows the former report, which can no longer be printed: "
+        const QString former = "The list shows the previous report, which can no longer be printed: "
                                "3 mails of orders between 11/1/2026 and 11/30/2026.";
         const QString present = "The list shows the report: 3 mails of orders between 11/1/2026 and 11/30/2026.";
         const auto &words = on_bar_after_november();

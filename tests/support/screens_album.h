@@ -1,4 +1,4 @@
-// Pictures of screens, for eyes: where they go, and those of the mail client's page and the Outbox.
+// Pictures of screens, for eyes: where they go, and those of the mail client's page.
 // The others: tests/screens/pictures.cpp.
 #pragma once
 #include <QString>
@@ -15,7 +15,7 @@ struct album {
 };
 
 void picture_mail_client(const album &pictures, menuFrm &console);
-void picture_outbox(const album &pictures, menuFrm &console);
+void picture_outbox(const album &pictures, menuFrm &console);        // screens_album_outbox.cpp
 void picture_classic_maps(const album &pictures, menuFrm &console);  // screens_album_classic.cpp
 void picture_map_wizard(const album &pictures, menuFrm &console);    // screens_album_maps.cpp
 void picture_autoresponder(const album &pictures, menuFrm &console); // screens_album_answers.cpp; with and without maps

@@ -74,6 +74,7 @@ void picture_finding(const album &pictures)
 
 void picture_answer(const album &pictures)
 {
+    run_sql("insert into spring_orders (full_name,city) values('Zo\u00eb Kr\u00e4mer','Bath')");
     the<autoresponder>().show();
     control<QComboBox>(the<autoresponder>(), "mapname_c").setCurrentText("spring_orders");
     control<QLineEdit>(the<autoresponder>(), "subject_t").setText("Thank you for your order");

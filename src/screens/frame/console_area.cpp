@@ -8,7 +8,7 @@
 
 namespace {
 
-const char *const first_steps = "Mail > Fetch Mail takes the form mails of your accounts out of your Inbox.\n"
+const char *const first_steps = "Mail > Fetch Mail gathers the form mails of your accounts.\n"
                                 "Mail > Mail Auditor shows the mails that are stored.\n"
                                 "Help > Show Tips gives a few hints.";
 

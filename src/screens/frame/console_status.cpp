@@ -20,6 +20,8 @@ constexpr int count_delay_ms = 100; // many changes in a row are counted once
 
 QString unprocessed_words(qint64 mails)
 {
+    if (mails == 0)
+        return "No mail waits to go into a table";
     return mails == 1 ? "1 mail is in no table yet" : QString::number(mails) + " mails are in no table yet";
 }
 
@@ -106,7 +108,8 @@ void console_status::count_mails()
     const bool counted = guarded("menuFrm.frm", "count_mails", [this] {
         const qint64 mails = intake::count_unprocessed_mails();
         unprocessed_b->setText(QString::number(mails) + " unprocessed");
-        unprocessed_b->setToolTip(unprocessed_words(mails) + ". A click opens the Mail Auditor, which says why.");
+        unprocessed_b->setToolTip(unprocessed_words(mails) + ". A click opens the Mail Auditor" +
+                                  (mails == 0 ? "." : ", which says why."));
         unprocessed_b->setAccessibleName(unprocessed_words(mails));
     });
     unprocessed_b->setVisible(counted);

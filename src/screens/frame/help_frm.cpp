@@ -69,6 +69,11 @@ void help_frm::add_shortcuts()
     connect(new QShortcut(QKeySequence("Alt+Left"), this), &QShortcut::activated, ui->page_t, &help_page::backward);
     connect(new QShortcut(QKeySequence("Alt+Right"), this), &QShortcut::activated, ui->page_t, &help_page::forward);
     connect(new QShortcut(QKeySequence("Alt+Home"), this), &QShortcut::activated, this, &help_frm::show_start_page);
+    for (const char *larger : {"Ctrl++", "Ctrl+="}) // the second needs no Shift
+        connect(new QShortcut(QKeySequence(larger), this), &QShortcut::activated, this,
+                [this] { ui->page_t->zoomIn(); });
+    connect(new QShortcut(QKeySequence("Ctrl+-"), this), &QShortcut::activated, this,
+            [this] { ui->page_t->zoomOut(); });
     connect(new QShortcut(QKeySequence("F3"), this), &QShortcut::activated, this, [this] { find_again(false); });
     connect(new QShortcut(QKeySequence("Shift+F3"), this), &QShortcut::activated, this, [this] { find_again(true); });
 }

@@ -86,7 +86,7 @@ void menuFrm::build_toolbar()
     command("showtips")->setIcon(drawn_icon("tips"));
     command("contents")->setIcon(drawn_icon("help"));
     command("contents")->setIconText("Help");
-    command("fetchmail")->setStatusTip("Takes the form mails of your accounts out of your Inbox");
+    command("fetchmail")->setStatusTip("Gathers the form mails of your accounts");
     command("mauditor_mnu")->setStatusTip("Shows the mails that are stored");
     auto *bar = addToolBar("Toolbar");
     bar->setObjectName("toolbar");
@@ -188,7 +188,7 @@ void menuFrm::closeEvent(QCloseEvent *event)
 void menuFrm::keyPressEvent(QKeyEvent *event)
 {
     if (event->key() == Qt::Key_F1)
-        contents_Click();
+        open_help("menuFrm");
     else
         QMainWindow::keyPressEvent(event);
 }

@@ -49,6 +49,7 @@ private:
     void mail_client_mnu_Click();
     void exit_Click();
     void contents_Click();
+    void open_help(const QString &topic);
     void showtips_Click();
     void about_Click();
     void openex_mnu_Click();

@@ -144,7 +144,12 @@ void menuFrm::exit_Click()
 
 void menuFrm::contents_Click()
 {
-    if (!show_help({}))
+    open_help({});
+}
+
+void menuFrm::open_help(const QString &topic)
+{
+    if (!show_help(topic))
         statusBar()->showMessage("There is no help file beside the program."); // passes with the next tip
 }
 

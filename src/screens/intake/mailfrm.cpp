@@ -14,9 +14,10 @@
 
 namespace {
 
-const char *const empty_inbox = "No mail is stored yet.\nChoose Mail > Fetch Mail to take the form mails of your "
-                                "accounts from your Inbox.";
-const char *const empty_sent = "Nothing was sent yet.\nEvery mail that the program sends is listed here.";
+const char *const empty_inbox = "No mail is stored yet.\nChoose Mail > Fetch Mail to gather the form mails of your "
+                                "accounts.";
+const char *const empty_sent =
+    "No reply was sent yet.\nThe replies that you send from here are listed. Automatic answers are not.";
 const char *const empty_sent_report =
     "No sent mail fits the report.\nChoose other days or fewer conditions, or Sent Item "
     "to see all mails again.";

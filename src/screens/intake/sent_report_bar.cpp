@@ -276,7 +276,7 @@ void sent_report_bar::show_no_report()
 void sent_report_bar::show_former_report()
 {
     if (!listed_report.isEmpty())
-        ui->report_l->setText("The list shows the former report, which can no longer be printed: " + listed_report);
+        ui->report_l->setText("The list shows the previous report, which can no longer be printed: " + listed_report);
 }
 
 void sent_report_bar::prnrep_t_Click()

@@ -18,9 +18,7 @@ namespace {
 
 const char *const page_in_log = "Format_mail_frm.frm";
 const char *const choose_first = "Choose an account above to see its raw mails.";
-const char *const no_mails =
-    "No mail is stored for this account.\nChoose Mail > Fetch Mail to take its form mails from "
-    "your Inbox.";
+const char *const no_mails = "No mail is stored for this account.\nChoose Mail > Fetch Mail to gather its form mails.";
 
 }
 
