@@ -98,6 +98,18 @@ struct page_site : screens_site {
     }
 };
 
+// The page in the console, where the wizard may stand beside it.
+struct console_site : screens_site {
+    console_site()
+    {
+        store.add_account("orders", "orders@shop.example");
+        store.add_account("contact", "hello@shop.example");
+        console.show();
+        page().show();
+    }
+    menuFrm console;
+};
+
 }
 
 class Accounts_test : public QObject {
@@ -209,12 +221,7 @@ private slots:
 
     void what_the_wizard_changed_is_listed_when_the_page_comes_to_the_front()
     {
-        screens_site site;
-        site.store.add_account("orders", "orders@shop.example");
-        site.store.add_account("contact", "hello@shop.example");
-        menuFrm console;
-        console.show();
-        page().show();
+        console_site site;
         query_c().setCurrentIndex(1);
         rename_first_account_in_wizard("sales");
         page().show();
@@ -227,12 +234,7 @@ private slots:
 
     void what_is_typed_stays_when_its_account_is_as_it_was()
     {
-        screens_site site;
-        site.store.add_account("orders", "orders@shop.example");
-        site.store.add_account("contact", "hello@shop.example");
-        menuFrm console;
-        console.show();
-        page().show();
+        console_site site;
         query_c().setCurrentIndex(2);
         type("shop", "shop@shop.example");
         rename_first_account_in_wizard("sales");

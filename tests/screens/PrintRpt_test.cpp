@@ -28,6 +28,17 @@ void add_row(screens_site &site, const QString &to, const QString &date)
         to + "','Dear visitor','" + date + "','11/21/2026')");
 }
 
+// A report with one row.
+struct report_site : screens_site {
+    report_site() { add_row(*this, "a@b.org", "11/9/2026"); }
+};
+
+// And a printer for it.
+struct printer_site : report_site {
+    printer_site() { printers.names = QStringList{"Laser"}; }
+    scripted_printing printers;
+};
+
 PrintRpt &shown_report()
 {
     the<PrintRpt>().show();
@@ -100,8 +111,7 @@ private slots:
 
     void a_store_that_cannot_be_kept_before_a_box_is_told()
     {
-        screens_site site;
-        add_row(site, "a@b.org", "11/9/2026");
+        report_site site;
         const scripted_printing printers;
         shown_report();
         const int full = on_outside_effect([] { throw run_time_error{61, QStringLiteral("Disk full")}; });
@@ -114,8 +124,7 @@ private slots:
 
     void its_access_keys_are_single_and_none_is_one_of_the_menus()
     {
-        screens_site site;
-        add_row(site, "a@b.org", "11/9/2026");
+        report_site site;
         const menuFrm console;
         shown_report();
         const QString keys = access_keys(the<PrintRpt>());
@@ -125,8 +134,7 @@ private slots:
 
     void without_a_printer_it_says_what_to_do()
     {
-        screens_site site;
-        add_row(site, "a@b.org", "11/9/2026");
+        report_site site;
         const scripted_printing printers;
         shown_report();
         press_button("print_b");
@@ -138,23 +146,17 @@ private slots:
 
     void with_a_printer_it_prints()
     {
-        screens_site site;
-        add_row(site, "a@b.org", "11/9/2026");
-        scripted_printing printers;
-        printers.names = QStringList{"Laser"};
+        printer_site site;
         shown_report();
         press_button("print_b");
-        QCOMPARE(printers.printed, QStringList{"Report on Sent Mails"});
+        QCOMPARE(site.printers.printed, QStringList{"Report on Sent Mails"});
         QCOMPARE(site.status_lines, QStringList{"The report was handed to the printer."});
     }
 
     void cancelling_the_print_dialog_says_nothing()
     {
-        screens_site site;
-        add_row(site, "a@b.org", "11/9/2026");
-        scripted_printing printers;
-        printers.names = QStringList{"Laser"};
-        printers.user_agrees = false;
+        printer_site site;
+        site.printers.user_agrees = false;
         shown_report();
         press_button("print_b");
         QCOMPARE(site.status_lines, QStringList());
@@ -163,11 +165,8 @@ private slots:
 
     void a_printer_that_fails_is_told_and_logged()
     {
-        screens_site site;
-        add_row(site, "a@b.org", "11/9/2026");
-        scripted_printing printers;
-        printers.names = QStringList{"Laser"};
-        printers.fails = true;
+        printer_site site;
+        site.printers.fails = true;
         shown_report();
         press_button("print_b");
         QCOMPARE(site.boxes.shown, QStringList{"The report could not be printed.\n\nPrinter error"});
@@ -178,8 +177,7 @@ private slots:
 
     void a_file_that_is_there_is_replaced_only_on_yes()
     {
-        screens_site site;
-        add_row(site, "a@b.org", "11/9/2026");
+        report_site site;
         QFile former(site.file("mine.pdf"));
         QVERIFY(former.open(QIODevice::WriteOnly) && former.write("dear to me") == 10);
         former.close();
@@ -200,8 +198,7 @@ private slots:
 
     void a_name_without_its_ending_gets_it()
     {
-        screens_site site;
-        add_row(site, "a@b.org", "11/9/2026");
+        report_site site;
         scripted_dialogs dialogs;
         dialogs.choices = {site.file("november"), site.file("december.PDF")};
         shown_report();
@@ -213,8 +210,7 @@ private slots:
 
     void a_file_that_cannot_be_written_is_told()
     {
-        screens_site site;
-        add_row(site, "a@b.org", "11/9/2026");
+        report_site site;
         scripted_dialogs dialogs;
         dialogs.choices = {site.file("no/such/folder/n.pdf")};
         shown_report();

@@ -11,23 +11,33 @@
 #include <QPushButton>
 #include <QTest>
 
+namespace {
+
+// The page is open, and its check waits until the test lets it go.
+struct trial_site : page_site {
+    trial_site()
+    {
+        open();
+        the<mail_client_frm>().set_check(check.routine());
+    }
+    held_check check;
+};
+
+}
+
 class mail_client_trial_test : public QObject {
     Q_OBJECT
 private slots:
     void a_test_shows_its_steps_and_fills_in_what_it_found()
     {
-        page_site site;
-        held_check check;
-        site.open();
-        the<mail_client_frm>().set_check(check.routine());
-        page::type("address_t", "ann@shop.example");
-        page::type("password_t", secret);
+        trial_site site;
+        type_address_and_password();
         page::press("test_b");
         auto &steps = control<QListWidget>(the<mail_client_frm>(), "steps_li");
         QTRY_COMPARE(steps.count(), 1);
         QCOMPARE(steps.item(0)->data(Qt::AccessibleTextRole).toString(), "running, Mail server");
         QVERIFY(!control<QPushButton>(the<mail_client_frm>(), "ok_b").isEnabled());
-        check.go.release();
+        site.check.go.release();
         QTRY_VERIFY(control<QPushButton>(the<mail_client_frm>(), "ok_b").isEnabled());
         QCOMPARE(steps.count(), 2);
         QCOMPARE(steps.item(0)->text(), "Mail server: imap.shop.example answers.");
@@ -35,9 +45,9 @@ private slots:
                  "failed, Sending: The password was not taken.");
         QCOMPARE(page::label("result_l"), "Mail can be fetched, but not sent. The line that failed says why.");
         QCOMPARE(page::field("host_t").text(), "imap.shop.example");
-        QCOMPARE(check.asked.address, "ann@shop.example");
-        QCOMPARE(check.asked.password, secret);
-        QCOMPARE(check.asked.settings.incoming.host, "");
+        QCOMPARE(site.check.asked.address, "ann@shop.example");
+        QCOMPARE(site.check.asked.password, secret);
+        QCOMPARE(site.check.asked.settings.incoming.host, "");
         QVERIFY(!site.saved().configured); // only OK saves
     }
 
@@ -54,33 +64,25 @@ private slots:
     {
         QFETCH(QByteArray, typed_field);
         QFETCH(bool, is_guessed);
-        page_site site;
-        held_check check;
-        site.open();
-        the<mail_client_frm>().set_check(check.routine());
-        page::type("address_t", "ann@shop.example");
-        page::type("password_t", secret);
+        trial_site site;
+        type_address_and_password();
         if (!typed_field.isEmpty())
             page::type(typed_field, "smtp.shop.example");
         page::press("test_b");
-        check.go.release();
+        site.check.go.release();
         QTRY_VERIFY(page::test_has_ended());
-        QCOMPARE(check.asked.sending_is_guessed, is_guessed);
+        QCOMPARE(site.check.asked.sending_is_guessed, is_guessed);
     }
 
     void the_road_that_was_chosen_is_not_guessed()
     {
-        page_site site;
-        held_check check;
-        site.open();
-        the<mail_client_frm>().set_check(check.routine());
-        page::type("address_t", "ann@shop.example");
-        page::type("password_t", secret);
+        trial_site site;
+        type_address_and_password();
         page::pick("send_c", 1);
         page::press("test_b");
-        check.go.release();
+        site.check.go.release();
         QTRY_VERIFY(page::test_has_ended());
-        QVERIFY(!check.asked.sending_is_guessed);
+        QVERIFY(!site.check.asked.sending_is_guessed);
     }
 
     void where_guessed_sending_does_not_work_fetching_alone_can_be_saved()
@@ -97,8 +99,7 @@ private slots:
             outcome.found.sending = mail::send_by::keep;
             return outcome;
         });
-        page::type("address_t", "ann@shop.example");
-        page::type("password_t", secret);
+        type_address_and_password();
         page::press("test_b");
         QTRY_VERIFY(page::test_has_ended());
         QCOMPARE(page::label("result_l"), "It works: mail can be fetched. What is sent stays in the Outbox. Press OK "
@@ -119,10 +120,7 @@ private slots:
     void a_test_is_stopped_by_its_button_and_by_escape()
     {
         QFETCH(bool, by_key);
-        page_site site;
-        held_check check;
-        site.open();
-        the<mail_client_frm>().set_check(check.routine());
+        trial_site site;
         type_good_settings();
         page::press("test_b");
         auto &stop = control<QPushButton>(the<mail_client_frm>(), "stop_b");
@@ -138,10 +136,7 @@ private slots:
 
     void closing_while_a_test_runs_ends_it()
     {
-        page_site site;
-        held_check check;
-        site.open();
-        the<mail_client_frm>().set_check(check.routine());
+        trial_site site;
         type_good_settings();
         page::press("test_b");
         page::press("cancel_b");

@@ -5,6 +5,13 @@
 #include <QTest>
 #include <QToolButton>
 
+void store_mail(screens_site &site, const QString &table, const QString &from, const QString &subject,
+                const QString &date, const QString &body)
+{
+    site.store.run("insert into " + table + " (tsl_subject,tsl_recdate,tsl_Email,tsl_status,tsl_body) values(" +
+                   quote_sql(subject) + ",'" + date + "'," + quote_sql(from) + ",'new'," + quote_sql(body) + ")");
+}
+
 auditor_site::auditor_site()
 {
     store.add_account("orders", "orders@shop.example");
@@ -14,8 +21,7 @@ auditor_site::auditor_site()
 void auditor_site::store_mail(const QString &table, const QString &from, const QString &subject, const QString &date,
                               const QString &body)
 {
-    store.run("insert into " + table + " (tsl_subject,tsl_recdate,tsl_Email,tsl_status,tsl_body) values(" +
-              quote_sql(subject) + ",'" + date + "'," + quote_sql(from) + ",'new'," + quote_sql(body) + ")");
+    ::store_mail(*this, table, from, subject, date, body);
 }
 
 void auditor_site::store_mails(int count)

@@ -6,6 +6,9 @@
 #include "support/screens_driver.h"
 #include "support/screens_site.h"
 
+void store_mail(screens_site &site, const QString &table, const QString &from, const QString &subject,
+                const QString &date, const QString &body = "Text");
+
 // Two accounts, "orders" and "contact", without mails.
 struct auditor_site : screens_site {
     auditor_site();

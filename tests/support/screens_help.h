@@ -7,6 +7,7 @@
 #include "support/screens_site.h"
 
 #include <QFile>
+#include <QToolButton>
 
 struct help_site : screens_site {
     help_site()
@@ -21,4 +22,9 @@ struct help_site : screens_site {
 inline help_page &page()
 {
     return control<help_page>(the<help_frm>(), "page_t");
+}
+
+inline QToolButton &tool(const char *name)
+{
+    return control<QToolButton>(the<help_frm>(), name);
 }

@@ -23,10 +23,15 @@ struct page_site : screens_site {
     mail::client_settings saved() const { return mail::read_client_settings(); }
 };
 
-inline void type_good_settings()
+inline void type_address_and_password()
 {
     page::type("address_t", "ann@shop.example");
     page::type("password_t", secret);
+}
+
+inline void type_good_settings()
+{
+    type_address_and_password();
     page::type("host_t", "mail.shop.example");
     page::type("smtp_host_t", "smtp.shop.example");
 }
