@@ -57,7 +57,7 @@ struct unanswered_site : screens_site {
     }
     void give_the_outbox_back() { QVERIFY(QFile::remove(file("outbox"))); }
     QString token() { return store.cell("select LastToken from autocontent"); }
-    QString told() { return control<QLabel>(console, "status_l").text(); }
+    QString told() { return control<QLabel>(console, "status_l").accessibleName(); } // the whole of it
     QString fetched() { return control<QLabel>(console, "fetched_l").text(); }
 
     menuFrm console;

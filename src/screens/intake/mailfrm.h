@@ -41,7 +41,7 @@ protected:
 
 private:
     void fetch_and_parse();
-    static void note_kept_fetch();
+    static void note_kept_fetch(bool was_stopped);
     static void note_unfilled_tables();
     void tell_broken_fetch(const run_time_error &failure);
     void show_what_is_stored();

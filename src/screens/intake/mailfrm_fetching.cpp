@@ -104,16 +104,16 @@ void mailfrm::fetch_and_parse()
     intake::finish_fetch();
     intake::raise_cut();
     before_outside_effect(); // a pass that cannot be kept is a failure that is told, not a loss that nobody hears of
+    const bool was_stopped = intake::fetch_was_cancelled(); // closing forgets it
     intake::close_mail_source();
     if (tables_are_filled)
-        note_kept_fetch();
+        note_kept_fetch(was_stopped);
     else
         note_unfilled_tables();
 }
 
-void mailfrm::note_kept_fetch()
+void mailfrm::note_kept_fetch(bool was_stopped)
 {
-    const bool was_stopped = intake::fetch_was_cancelled();
     end_auto_fetch_pause();
     if (was_stopped)
         status_line(cancelled_line);
