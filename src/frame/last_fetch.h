@@ -2,7 +2,7 @@
 #pragma once
 #include <QString>
 
-enum class fetch_end { whole, stopped, failed }; // stopped: by the user
+enum class fetch_end { whole, stopped, failed, unfilled }; // stopped: by the user; unfilled: mails are in no table yet
 void note_fetch_end(fetch_end how);
 
 struct fetch_words {

@@ -12,6 +12,8 @@ struct account {
     QString id;
 };
 
+enum class fetch_end; // frame/last_fetch.h
+
 struct session_state {
     // The one connection to mailapp.mdb, and recordsets that outlive a routine. Shared ones are closed by
     // write_error_log, so that a failed routine leaves none open for the next.
@@ -33,7 +35,7 @@ struct session_state {
     QDateTime auto_fetch_missed;    // when that was
     QDateTime last_fetch;           // when mail was last fetched to the end; not valid: not since the start
     QDateTime broken_fetch;         // when a later fetch ended before that; not valid: none did
-    bool fetch_was_stopped = false; // that one: by the user; false: it failed
+    fetch_end broken_fetch_end{};   // how that one did
     QString animation_file;         // the page that a progress screen shows
 
     // Who opened the picker of signatures, and is told what was picked.

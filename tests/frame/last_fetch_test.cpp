@@ -61,6 +61,17 @@ private slots:
                                                "\nMail was last fetched 11/21/2026 9:05:00 AM.");
     }
 
+    void one_whose_mails_came_into_no_table_is_no_failure_of_fetching()
+    {
+        note_at(9, fetch_end::whole);
+        note_at(10, fetch_end::unfilled);
+        QCOMPARE(last_fetch_words().line, "Tables not filled 10:05:00 AM");
+        QCOMPARE(last_fetch_words().whole,
+                 "Mail was fetched 11/21/2026 10:05:00 AM, but not all of it could be put into "
+                 "its tables. The next fetch tries it again.");
+        QCOMPARE(session.last_fetch.time(), QTime(9, 5));
+    }
+
     void the_latest_one_counts()
     {
         note_at(9, fetch_end::stopped);

@@ -46,6 +46,8 @@ protected:
 
 private:
     void fetch_and_parse();
+    static void note_kept_fetch(bool was_stopped);
+    static void note_unfilled_tables();
     void tell_broken_fetch(const run_time_error &failure);
     void show_what_is_stored();
     bool shows_sent_items() const;

@@ -100,16 +100,33 @@ void mailfrm::fetch_and_parse()
     intake::choose_mail_source();
     fetch_mail();
     store_lvindex();
-    intake::parse_unprocessed_mails();
+    const bool tables_are_filled = intake::parse_unprocessed_mails();
     intake::finish_fetch();
     intake::raise_cut();
-    const bool was_stopped = intake::fetch_was_cancelled();
-    end_auto_fetch_pause();
     before_outside_effect(); // a pass that cannot be kept is a failure that is told, not a loss that nobody hears of
+    const bool was_stopped = intake::fetch_was_cancelled(); // closing forgets it
     intake::close_mail_source();
+    if (tables_are_filled)
+        note_kept_fetch(was_stopped);
+    else
+        note_unfilled_tables();
+}
+
+void mailfrm::note_kept_fetch(bool was_stopped)
+{
+    end_auto_fetch_pause();
     if (was_stopped)
         status_line(cancelled_line);
     note_fetch_end(was_stopped ? fetch_end::stopped : fetch_end::whole);
+}
+
+// The pass has told it. Each further one stores its rows once more, and its replies spend numbers: not every ten
+// seconds, all night.
+void mailfrm::note_unfilled_tables()
+{
+    if (net::present_patience().is_tick)
+        pause_auto_fetch();
+    note_fetch_end(fetch_end::unfilled);
 }
 
 void mailfrm::fetch_mail()
