@@ -13,11 +13,9 @@ QDateTime moment_of(const ado::Value &value)
 {
     if (const auto *date = std::get_if<QDateTime>(&value.held))
         return *date;
-    QDateTime date = QDateTime::fromString(value.text_or_empty(), QStringLiteral("M/d/yyyy h:mm:ss AP"));
-    if (!date.isValid())
-        date = QDateTime(QDate::fromString(value.text_or_empty(), QStringLiteral("M/d/yyyy")), QTime(0, 0));
-    date.setTimeSpec(Qt::UTC);
-    return date;
+    const QString text = value.text_or_empty();
+    const QDateTime moment = us_date_time_in(text);
+    return moment.isValid() ? moment : QDateTime(us_date_in(text), QTime(0, 0), Qt::UTC);
 }
 
 // Nothing where the moment says it all. A day alone has no hour to show.
