@@ -78,9 +78,10 @@ std::optional<int> kept_minutes()
     return minutes == auto_fetch_off ? std::nullopt : std::optional(minutes);
 }
 
-void keep_minutes(int minutes)
+bool keep_minutes(int minutes)
 {
     run_sql("Update autofetch set minutes=" + QString::number(minutes));
+    return finds_row("select * from autofetch");
 }
 
 QString auto_fetch_words(std::optional<int> minutes)

@@ -24,6 +24,23 @@ QString plain_token(const QString &token)
     return std::isfinite(plain.toDouble()) ? plain : QString();
 }
 
+// What fits whole numbers even when it is raised.
+std::optional<qint64> whole_token(const QString &plain)
+{
+    constexpr qint64 room_for_one_more = 999999999999999998;
+    bool is_whole = false;
+    const qint64 whole = plain.toLongLong(&is_whole);
+    return is_whole && qAbs(whole) < room_for_one_more ? std::optional(whole) : std::nullopt;
+}
+
+// A number with more digits than are kept would go out the same for ever.
+bool can_be_raised(const QString &token)
+{
+    const QString plain = plain_token(token);
+    constexpr double nearly_one = 0.5;
+    return !plain.isEmpty() && (whole_token(plain) || next_token(token).toDouble() - plain.toDouble() > nearly_one);
+}
+
 QString quoted_values(const QString &map, const auto_reply &typed)
 {
     QStringList values;
@@ -66,14 +83,14 @@ QStringList answer_fields(const QString &map)
     return fields;
 }
 
-QString newest_value(const QString &map, const QString &column)
+std::optional<QString> newest_value(const QString &map, const QString &column)
 {
     if (column.isEmpty())
-        return {};
+        return std::nullopt;
     ado::Recordset row;
     row.Open("SELECT " + column + " FROM " + map + " where message_id=(select max(message_id) from " + map + ")",
              *session.store_connection);
-    return row.EOF_() ? QString() : row[0].text_or_empty();
+    return row.EOF_() ? std::nullopt : std::optional(row[0].text_or_empty());
 }
 
 QString subject_of(const auto_reply &reply, const QString &value)
@@ -100,12 +117,18 @@ QString text_of(const auto_reply &reply, const QString &greeted)
 QString next_token(const QString &token)
 {
     const QString plain = plain_token(token);
-    bool is_whole = false;
-    const qint64 whole = plain.toLongLong(&is_whole);
-    constexpr qint64 room_for_one_more = 999999999999999998;
-    if (is_whole && qAbs(whole) < room_for_one_more)
-        return QString::number(whole + 1);
+    if (const auto whole = whole_token(plain))
+        return QString::number(*whole + 1);
     return QString::number(plain.toDouble() + 1, 'g', 15);
+}
+
+auto_reply as_stored(const auto_reply &typed)
+{
+    auto_reply kept = typed;
+    for (QString *part :
+         {&kept.Subject, &kept.SubjectPrefix, &kept.SubjectSuffix, &kept.GreetText, &kept.LastToken, &kept.autocontent})
+        *part = trim(*part);
+    return kept;
 }
 
 std::optional<auto_reply_fault> why_not_saveable(const QString &map, const auto_reply &typed)
@@ -119,7 +142,7 @@ std::optional<auto_reply_fault> why_not_saveable(const QString &map, const auto_
     const bool has_prefix = typed.SubjectType == dynamic_subject || typed.SubjectType == support_token;
     if (has_prefix && typed.SubjectPrefix.isEmpty())
         return auto_reply_fault{"Please enter subject prefix.", reply_part::prefix};
-    if (typed.SubjectType == support_token && plain_token(typed.LastToken).isEmpty())
+    if (typed.SubjectType == support_token && !can_be_raised(typed.LastToken))
         return auto_reply_fault{"Please enter numeric value.", reply_part::token};
     return std::nullopt;
 }

@@ -62,6 +62,11 @@ void auto_reply_test::the_tests_come_in_their_order_data()
     worded.LastToken = "5x";
     intake::auto_reply endless = worded;
     endless.LastToken = "1e999";
+    const auto numbered = [&worded](const char *number) {
+        intake::auto_reply reply = worded;
+        reply.LastToken = number;
+        return reply;
+    };
     intake::auto_reply good = worded;
     good.LastToken = " 5 ";
     intake::auto_reply good_dynamic = dynamic; // without a field: that is an empty value
@@ -73,6 +78,17 @@ void auto_reply_test::the_tests_come_in_their_order_data()
     QTest::newRow("token, no prefix") << "names" << token << "Please enter subject prefix." << reply_part::prefix;
     QTest::newRow("token, no number") << "names" << worded << "Please enter numeric value." << reply_part::token;
     QTest::newRow("token, too large") << "names" << endless << "Please enter numeric value." << reply_part::token;
+    QTest::newRow("token, 1 more would be the same")
+        << "names" << numbered("1e17") << "Please enter numeric value." << reply_part::token;
+    QTest::newRow("token, eighteen nines")
+        << "names" << numbered("999999999999999999") << "Please enter numeric value." << reply_part::token;
+    QTest::newRow("token, fifteen digits and a half")
+        << "names" << numbered("999999999999999.5") << "Please enter numeric value." << reply_part::token;
+    QTest::newRow("token, far below nought")
+        << "names" << numbered("-1e17") << "Please enter numeric value." << reply_part::token;
+    QTest::newRow("token, seventeen nines") << "names" << numbered("99999999999999999") << "" << reply_part::map;
+    QTest::newRow("token, fourteen noughts") << "names" << numbered("1e14") << "" << reply_part::map;
+    QTest::newRow("token, a fraction") << "names" << numbered("0.1") << "" << reply_part::map;
     QTest::newRow("token") << "names" << good << "" << reply_part::map;
     QTest::newRow("dynamic") << "names" << good_dynamic << "" << reply_part::map;
 }
