@@ -60,8 +60,9 @@ bool auto_fetch_due()
 // A fraction, and what the tick could not read again, is no number of minutes.
 typed_minutes read_typed_minutes(const QString &typed)
 {
-    const double number = remove_all(trim(typed), u",").toDouble();
-    if (!is_numeric(typed) || number != std::floor(number) || number > most_minutes)
+    const QString plain = plain_number(typed);
+    const double number = plain.toDouble();
+    if (plain.isEmpty() || number != std::floor(number) || number > most_minutes)
         return {0, "Minutes can only be numeric!"};
     if (number <= 0)
         return {0, "Minutes should be greater than zero!"};

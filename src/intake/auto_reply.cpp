@@ -17,10 +17,10 @@ bool is_own_column(const QString &column)
     return own.contains(upper_case(column));
 }
 
-// Without outer blanks and thousands commas; "" for what is no number, or one that is too large for the store.
+// "" also for a number that is too large for the store.
 QString plain_token(const QString &token)
 {
-    const QString plain = is_numeric(token) ? trim(token).remove(u',') : QString();
+    const QString plain = plain_number(token);
     return std::isfinite(plain.toDouble()) ? plain : QString();
 }
 
@@ -61,14 +61,8 @@ std::optional<auto_reply> stored_auto_reply(const QString &map)
 
 QStringList answer_fields(const QString &map)
 {
-    ado::Recordset rows; // as for adding: none of them is read
-    rows.Open("select * from " + map, *session.store_connection, ado::cursor_type::keyset, ado::lock_type::optimistic);
-    QStringList fields;
-    for (int index = 0; index < rows.field_count(); ++index) {
-        const QString name = rows.Fields(index).Name();
-        if (!is_own_column(name))
-            fields += name;
-    }
+    QStringList fields = column_names(map);
+    fields.removeIf(is_own_column);
     return fields;
 }
 
@@ -117,16 +111,16 @@ QString next_token(const QString &token)
 std::optional<auto_reply_fault> why_not_saveable(const QString &map, const auto_reply &typed)
 {
     if (map.isEmpty())
-        return auto_reply_fault{"Please select map", "mapname_c"};
+        return auto_reply_fault{"Please select map", reply_part::map};
     if (typed.autocontent.isEmpty())
-        return auto_reply_fault{"Please enter mail text", "autocontent_t"};
+        return auto_reply_fault{"Please enter mail text", reply_part::text};
     if (typed.SubjectType == standard_subject && typed.Subject.isEmpty())
-        return auto_reply_fault{"Please enter subject text.", "subject_t"};
+        return auto_reply_fault{"Please enter subject text.", reply_part::subject};
     const bool has_prefix = typed.SubjectType == dynamic_subject || typed.SubjectType == support_token;
     if (has_prefix && typed.SubjectPrefix.isEmpty())
-        return auto_reply_fault{"Please enter subject prefix.", "prefix_t"};
+        return auto_reply_fault{"Please enter subject prefix.", reply_part::prefix};
     if (typed.SubjectType == support_token && plain_token(typed.LastToken).isEmpty())
-        return auto_reply_fault{"Please enter numeric value.", "token_t"};
+        return auto_reply_fault{"Please enter numeric value.", reply_part::token};
     return std::nullopt;
 }
 

@@ -32,10 +32,11 @@ QString subject_of(const auto_reply &reply, const QString &value);
 QString text_of(const auto_reply &reply, const QString &greeted);
 QString next_token(const QString &token); // "007" is followed by "8"; what is no finite number counts as 0
 
-// The first test that fails, and the control that it is about. map is "" while none is chosen.
+// The first test that fails, and the part to mend. map is "" while none is chosen.
+enum class reply_part { map, text, subject, prefix, token };
 struct auto_reply_fault {
     QString words;
-    const char *control;
+    reply_part part;
 };
 std::optional<auto_reply_fault> why_not_saveable(const QString &map, const auto_reply &typed);
 void save_auto_reply(const QString &map, const auto_reply &typed); // in the place of the one that is stored

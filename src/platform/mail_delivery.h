@@ -17,9 +17,9 @@ struct report {
 // Called on the thread that called start, whenever something changed.
 using listener = std::function<void(const report &)>;
 
-// The user-interface thread's four: the process's one worker begins, looks at once (a mail was handed over, settings
-// or a password changed), and ends; stop returns when the mail in hand is through, or was given up at a safe point,
-// after some seconds at most.
+// The user-interface thread's four: the process's one worker begins, looks at once (settings or a password changed, or
+// the user asks; of a mail that is handed over it hears by itself), and ends; stop returns when the mail in hand is
+// through, or was given up at a safe point, after some seconds at most.
 void start(listener heard);
 void wake();
 void stop();

@@ -270,6 +270,29 @@ private slots:
         QCOMPARE(site.stored("shop"), QStringList());
     }
 
+    void each_test_leads_to_the_box_to_mend()
+    {
+        responder_site site;
+        the<autoresponder>().show();
+        const auto box_of_update = [] {
+            part<QPushButton>("autosubmit_s").setFocus();
+            update();
+            return the<autoresponder>().focusWidget()->objectName();
+        };
+        QCOMPARE(box_of_update(), "mapname_c");
+        choose("shop");
+        QCOMPARE(box_of_update(), "autocontent_t");
+        part<QPlainTextEdit>("autocontent_t").setPlainText("Hello");
+        QCOMPARE(box_of_update(), "subject_t");
+        part<QRadioButton>("dynamic_o").click();
+        QCOMPARE(box_of_update(), "prefix_t");
+        part<QRadioButton>("token_o").click();
+        QCOMPARE(box_of_update(), "prefix_t");
+        type(the<autoresponder>(), "prefix_t", "No");
+        QCOMPARE(box_of_update(), "token_t");
+        QCOMPARE(site.boxes.shown.size(), 6);
+    }
+
     void update_stores_what_is_seen()
     {
         responder_site site;

@@ -162,7 +162,7 @@ void autoresponder::save()
     const intake::auto_reply reply = typed();
     if (const auto fault = intake::why_not_saveable(map, reply)) {
         say(fault->words);
-        findChild<QWidget *>(fault->control)->setFocus();
+        box_of(fault->part).setFocus();
         return;
     }
     open_store_if_closed();

@@ -40,6 +40,7 @@ private:
     QString newest_of(const QString &field);
     void save();
     intake::auto_reply typed() const;
+    QWidget &box_of(intake::reply_part part) const;
     QString chosen_map() const; // "" with "Select Map"
 
     std::unique_ptr<Ui::autoresponder> ui;

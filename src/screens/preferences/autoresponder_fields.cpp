@@ -52,6 +52,23 @@ intake::auto_reply autoresponder::typed() const
     return reply;
 }
 
+QWidget &autoresponder::box_of(intake::reply_part part) const
+{
+    switch (part) {
+    case intake::reply_part::map:
+        return *ui->mapname_c;
+    case intake::reply_part::text:
+        return *ui->autocontent_t;
+    case intake::reply_part::subject:
+        return *ui->subject_t;
+    case intake::reply_part::prefix:
+        return *ui->prefix_t;
+    case intake::reply_part::token:
+        break;
+    }
+    return *ui->token_t;
+}
+
 void autoresponder::show_what_applies()
 {
     const bool standard = ui->standard_o->isChecked();
