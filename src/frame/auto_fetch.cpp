@@ -60,8 +60,9 @@ bool auto_fetch_due()
 // A fraction, and what the tick could not read again, is no number of minutes.
 typed_minutes read_typed_minutes(const QString &typed)
 {
-    const double number = remove_all(trim(typed), u",").toDouble();
-    if (!is_numeric(typed) || number != std::floor(number) || number > most_minutes)
+    const QString plain = plain_number(typed);
+    const double number = plain.toDouble();
+    if (plain.isEmpty() || number != std::floor(number) || number > most_minutes)
         return {0, "Minutes can only be numeric!"};
     if (number <= 0)
         return {0, "Minutes should be greater than zero!"};
@@ -77,9 +78,10 @@ std::optional<int> kept_minutes()
     return minutes == auto_fetch_off ? std::nullopt : std::optional(minutes);
 }
 
-void keep_minutes(int minutes)
+bool keep_minutes(int minutes)
 {
     run_sql("Update autofetch set minutes=" + QString::number(minutes));
+    return finds_row("select * from autofetch");
 }
 
 QString auto_fetch_words(std::optional<int> minutes)

@@ -20,6 +20,6 @@ struct typed_minutes {
 typed_minutes read_typed_minutes(const QString &typed);
 
 constexpr int auto_fetch_off = -1;
-std::optional<int> kept_minutes(); // nothing: off
-void keep_minutes(int minutes);
+std::optional<int> kept_minutes();                    // nothing: off
+bool keep_minutes(int minutes);                       // false: the store has no row for it
 QString auto_fetch_words(std::optional<int> minutes); // what that number does at each tick, for the user

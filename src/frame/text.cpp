@@ -87,47 +87,6 @@ QString replaced(QStringView text, QStringView part, QStringView by, bool only_f
     return result += text.sliced(copied);
 }
 
-// The parts of a numeric text, blanks and thousands commas gone; empty when it is none.
-QString plain_number(QStringView text)
-{
-    const QString trimmed = trim(text);
-    QString plain;
-    qsizetype at = 0;
-    const auto take_sign = [&] {
-        if (at < trimmed.size() && (trimmed[at] == u'-' || trimmed[at] == u'+'))
-            plain += trimmed[at++];
-    };
-    const auto take_digits = [&](bool commas) {
-        qsizetype digits = 0;
-        while (at < trimmed.size()) {
-            const char16_t letter = trimmed[at].unicode();
-            if (letter >= u'0' && letter <= u'9') {
-                plain += trimmed[at];
-                ++digits;
-            } else if (letter != u',' || !commas || digits == 0) {
-                break;
-            }
-            ++at;
-        }
-        return digits;
-    };
-    take_sign();
-    qsizetype digits = take_digits(true);
-    if (at < trimmed.size() && trimmed[at] == u'.') {
-        plain += trimmed[at++];
-        digits += take_digits(false);
-    }
-    if (digits == 0)
-        return {};
-    if (at < trimmed.size() && (trimmed[at] == u'e' || trimmed[at] == u'E')) {
-        plain += trimmed[at++];
-        take_sign();
-        if (take_digits(false) == 0)
-            return {};
-    }
-    return at == trimmed.size() ? plain : QString();
-}
-
 }
 
 QString trim(QStringView text)
@@ -197,6 +156,46 @@ QString crlf_line_ends(QStringView text)
     return result.append(text.sliced(from));
 }
 
+QString plain_number(QStringView text)
+{
+    const QString trimmed = trim(text);
+    QString plain;
+    qsizetype at = 0;
+    const auto take_sign = [&] {
+        if (at < trimmed.size() && (trimmed[at] == u'-' || trimmed[at] == u'+'))
+            plain += trimmed[at++];
+    };
+    const auto take_digits = [&](bool commas) {
+        qsizetype digits = 0;
+        while (at < trimmed.size()) {
+            const char16_t letter = trimmed[at].unicode();
+            if (letter >= u'0' && letter <= u'9') {
+                plain += trimmed[at];
+                ++digits;
+            } else if (letter != u',' || !commas || digits == 0) {
+                break;
+            }
+            ++at;
+        }
+        return digits;
+    };
+    take_sign();
+    qsizetype digits = take_digits(true);
+    if (at < trimmed.size() && trimmed[at] == u'.') {
+        plain += trimmed[at++];
+        digits += take_digits(false);
+    }
+    if (digits == 0)
+        return {};
+    if (at < trimmed.size() && (trimmed[at] == u'e' || trimmed[at] == u'E')) {
+        plain += trimmed[at++];
+        take_sign();
+        if (take_digits(false) == 0)
+            return {};
+    }
+    return at == trimmed.size() ? plain : QString();
+}
+
 bool is_numeric(QStringView text)
 {
     return !plain_number(text).isEmpty();
@@ -238,4 +237,16 @@ QString us_date_time(const QDateTime &moment)
     const auto two_digits = [](int number) { return QString::number(number).rightJustified(2, u'0'); };
     return us_date(moment.date()) + u' ' + QString::number(hour) + u':' + two_digits(time.minute()) + u':' +
            two_digits(time.second()) + (time.hour() < 12 ? QStringLiteral(" AM") : QStringLiteral(" PM"));
+}
+
+QDate us_date_in(const QString &text)
+{
+    return QDate::fromString(text, QStringLiteral("M/d/yyyy"));
+}
+
+QDateTime us_date_time_in(const QString &text)
+{
+    QDateTime moment = QDateTime::fromString(text, QStringLiteral("M/d/yyyy h:mm:ss AP"));
+    moment.setTimeSpec(Qt::UTC);
+    return moment;
 }

@@ -19,9 +19,12 @@ QString left(const QString &text, qsizetype count); // never halves a surrogate 
 QString crlf_line_ends(QStringView text);           // each LF becomes CR LF, whatever stands before it
 
 bool is_numeric(QStringView text); // outer blanks, sign, digits with optional thousands commas, one point, exponent
+QString plain_number(QStringView text); // a numeric text without its blanks and thousands commas; "" for any other
 qint16 to_int16(QStringView text); // throws 6 "Overflow" outside -32768..32767, 13 "Type mismatch" without a number
 int leading_number(
     QStringView text); // the whole number that the text starts with, 0 without one; held at the int range
 
 QString us_date(const QDate &date);            // 8/13/2026
 QString us_date_time(const QDateTime &moment); // 8/13/2026 1:02:03 PM
+QDate us_date_in(const QString &text);         // of a text in just that form; not valid: it has another
+QDateTime us_date_time_in(const QString &text);

@@ -17,11 +17,28 @@ bool is_own_column(const QString &column)
     return own.contains(upper_case(column));
 }
 
-// Without outer blanks and thousands commas; "" for what is no number, or one that is too large for the store.
+// "" also for a number that is too large for the store.
 QString plain_token(const QString &token)
 {
-    const QString plain = is_numeric(token) ? trim(token).remove(u',') : QString();
+    const QString plain = plain_number(token);
     return std::isfinite(plain.toDouble()) ? plain : QString();
+}
+
+// What fits whole numbers even when it is raised.
+std::optional<qint64> whole_token(const QString &plain)
+{
+    constexpr qint64 room_for_one_more = 999999999999999998;
+    bool is_whole = false;
+    const qint64 whole = plain.toLongLong(&is_whole);
+    return is_whole && qAbs(whole) < room_for_one_more ? std::optional(whole) : std::nullopt;
+}
+
+// A number with more digits than are kept would go out the same for ever.
+bool can_be_raised(const QString &token)
+{
+    const QString plain = plain_token(token);
+    constexpr double nearly_one = 0.5;
+    return !plain.isEmpty() && (whole_token(plain) || next_token(token).toDouble() - plain.toDouble() > nearly_one);
 }
 
 QString quoted_values(const QString &map, const auto_reply &typed)
@@ -61,25 +78,19 @@ std::optional<auto_reply> stored_auto_reply(const QString &map)
 
 QStringList answer_fields(const QString &map)
 {
-    ado::Recordset rows; // as for adding: none of them is read
-    rows.Open("select * from " + map, *session.store_connection, ado::cursor_type::keyset, ado::lock_type::optimistic);
-    QStringList fields;
-    for (int index = 0; index < rows.field_count(); ++index) {
-        const QString name = rows.Fields(index).Name();
-        if (!is_own_column(name))
-            fields += name;
-    }
+    QStringList fields = column_names(map);
+    fields.removeIf(is_own_column);
     return fields;
 }
 
-QString newest_value(const QString &map, const QString &column)
+std::optional<QString> newest_value(const QString &map, const QString &column)
 {
     if (column.isEmpty())
-        return {};
+        return std::nullopt;
     ado::Recordset row;
     row.Open("SELECT " + column + " FROM " + map + " where message_id=(select max(message_id) from " + map + ")",
              *session.store_connection);
-    return row.EOF_() ? QString() : row[0].text_or_empty();
+    return row.EOF_() ? std::nullopt : std::optional(row[0].text_or_empty());
 }
 
 QString subject_of(const auto_reply &reply, const QString &value)
@@ -106,27 +117,33 @@ QString text_of(const auto_reply &reply, const QString &greeted)
 QString next_token(const QString &token)
 {
     const QString plain = plain_token(token);
-    bool is_whole = false;
-    const qint64 whole = plain.toLongLong(&is_whole);
-    constexpr qint64 room_for_one_more = 999999999999999998;
-    if (is_whole && qAbs(whole) < room_for_one_more)
-        return QString::number(whole + 1);
+    if (const auto whole = whole_token(plain))
+        return QString::number(*whole + 1);
     return QString::number(plain.toDouble() + 1, 'g', 15);
+}
+
+auto_reply as_stored(const auto_reply &typed)
+{
+    auto_reply kept = typed;
+    for (QString *part :
+         {&kept.Subject, &kept.SubjectPrefix, &kept.SubjectSuffix, &kept.GreetText, &kept.LastToken, &kept.autocontent})
+        *part = trim(*part);
+    return kept;
 }
 
 std::optional<auto_reply_fault> why_not_saveable(const QString &map, const auto_reply &typed)
 {
     if (map.isEmpty())
-        return auto_reply_fault{"Please select map", "mapname_c"};
+        return auto_reply_fault{"Please select map", reply_part::map};
     if (typed.autocontent.isEmpty())
-        return auto_reply_fault{"Please enter mail text", "autocontent_t"};
+        return auto_reply_fault{"Please enter mail text", reply_part::text};
     if (typed.SubjectType == standard_subject && typed.Subject.isEmpty())
-        return auto_reply_fault{"Please enter subject text.", "subject_t"};
+        return auto_reply_fault{"Please enter subject text.", reply_part::subject};
     const bool has_prefix = typed.SubjectType == dynamic_subject || typed.SubjectType == support_token;
     if (has_prefix && typed.SubjectPrefix.isEmpty())
-        return auto_reply_fault{"Please enter subject prefix.", "prefix_t"};
-    if (typed.SubjectType == support_token && plain_token(typed.LastToken).isEmpty())
-        return auto_reply_fault{"Please enter numeric value.", "token_t"};
+        return auto_reply_fault{"Please enter subject prefix.", reply_part::prefix};
+    if (typed.SubjectType == support_token && !can_be_raised(typed.LastToken))
+        return auto_reply_fault{"Please enter numeric value.", reply_part::token};
     return std::nullopt;
 }
 

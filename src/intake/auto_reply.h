@@ -25,17 +25,19 @@ struct auto_reply {
 auto_reply reply_in(ado::Recordset &row);                        // the current row of autocontent
 std::optional<auto_reply> stored_auto_reply(const QString &map); // as the screen reads it
 QStringList answer_fields(const QString &map);                   // the columns that a subject or a greeting may name
-QString newest_value(const QString &map, const QString &column); // "" without a column or a row
+std::optional<QString> newest_value(const QString &map, const QString &column); // none without a column or a row
 
 // "" of another type. The blanks beside an empty part stay. value is the newest row's SubjectDynamic.
 QString subject_of(const auto_reply &reply, const QString &value);
 QString text_of(const auto_reply &reply, const QString &greeted);
-QString next_token(const QString &token); // "007" is followed by "8"; what is no finite number counts as 0
+QString next_token(const QString &token);      // "007" is followed by "8"; what is no finite number counts as 0
+auto_reply as_stored(const auto_reply &typed); // its parts without their outer blanks
 
-// The first test that fails, and the control that it is about. map is "" while none is chosen.
+// The first test that fails, and the part to mend. map is "" while none is chosen.
+enum class reply_part { map, text, subject, prefix, token };
 struct auto_reply_fault {
     QString words;
-    const char *control;
+    reply_part part;
 };
 std::optional<auto_reply_fault> why_not_saveable(const QString &map, const auto_reply &typed);
 void save_auto_reply(const QString &map, const auto_reply &typed); // in the place of the one that is stored

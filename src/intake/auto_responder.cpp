@@ -46,12 +46,15 @@ void raise_token(const auto_reply &reply, const QString &map_table)
 
 void write_mail(mapi::MAPIMessages &mail, const auto_reply &reply, const QString &map_table)
 {
+    const auto newest = [&map_table](const QString &column) {
+        return newest_value(map_table, column).value_or(QString());
+    };
     const bool names_a_value = reply.SubjectType == dynamic_subject;
-    mail.set_MsgSubject(subject_of(reply, names_a_value ? newest_value(map_table, reply.SubjectDynamic) : QString()));
+    mail.set_MsgSubject(subject_of(reply, names_a_value ? newest(reply.SubjectDynamic) : QString()));
     if (reply.SubjectType == support_token)
         raise_token(reply, map_table);
     const bool greets = !reply.GreetText.isEmpty();
-    mail.set_MsgNoteText(text_of(reply, greets ? newest_value(map_table, reply.GreetField) : QString()));
+    mail.set_MsgNoteText(text_of(reply, greets ? newest(reply.GreetField) : QString()));
 }
 
 }

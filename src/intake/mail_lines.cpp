@@ -13,11 +13,9 @@ QDateTime moment_of(const ado::Value &value)
 {
     if (const auto *date = std::get_if<QDateTime>(&value.held))
         return *date;
-    QDateTime date = QDateTime::fromString(value.text_or_empty(), QStringLiteral("M/d/yyyy h:mm:ss AP"));
-    if (!date.isValid())
-        date = QDateTime(QDate::fromString(value.text_or_empty(), QStringLiteral("M/d/yyyy")), QTime(0, 0));
-    date.setTimeSpec(Qt::UTC);
-    return date;
+    const QString text = value.text_or_empty();
+    const QDateTime moment = us_date_time_in(text);
+    return moment.isValid() ? moment : QDateTime(us_date_in(text), QTime(0, 0), Qt::UTC);
 }
 
 // Nothing where the moment says it all. A day alone has no hour to show.
@@ -33,14 +31,23 @@ QString words_of_date(const QDateTime &moment, const QString &odd_text)
     return moment.isValid() && odd_text.isEmpty() ? us_date_time(moment) : odd_text;
 }
 
+// The fields are looked for once, not once a mail.
+void add_lines_of(ado::Recordset &mails, const QString &table, std::vector<mail_line> &lines)
+{
+    const ado::Field id = mails.Fields("message_id"), who = mails.Fields("tsl_Email"),
+                     subject = mails.Fields("tsl_subject"), date = mails.Fields("tsl_recdate");
+    lines.reserve(lines.size() + size_t(mails.RecordCount()));
+    for (; !mails.EOF_(); mails.MoveNext())
+        lines.push_back({table, id.value().to_number(), who.value().text_or_empty(), subject.value().text_or_empty(),
+                         moment_of(date.value())});
+}
+
 void add_lines_of(const QString &table, std::vector<mail_line> &lines)
 {
     ado::Recordset mails;
     mails.Open("select * from " + table, *session.store_connection);
-    for (; !mails.EOF_(); mails.MoveNext()) {
-        lines.push_back({table, mails["message_id"].to_number(), mails["tsl_Email"].text_or_empty(),
-                         mails["tsl_subject"].text_or_empty(), moment_of(mails["tsl_recdate"])});
-    }
+    if (!mails.EOF_())
+        add_lines_of(mails, table, lines);
     mails.Close();
 }
 

@@ -15,6 +15,8 @@ namespace {
 constexpr int highest_markable_id = 32767;
 
 const QString progress_words = QStringLiteral("Filling the tables");
+const auto unfilled_words =
+    QStringLiteral("Not all mails could be put into their tables, the next fetch tries again: ");
 
 // A map in use. Whether it is whole, and answers, is asked once, at the first mail that fits it.
 struct map_in_use {
@@ -91,18 +93,19 @@ void take_mails(map_in_use used, QStringList &done_ids)
         mails.MoveFirst();
 }
 
-QString marking_statement(const QString &table, const QStringList &done_ids)
+// full_words: what the user is told of an account that can hold no more.
+QString marking_statement(const QString &table, const QStringList &done_ids, QString &full_words)
 {
     QString sql = "update " + table + " set tsl_processed=-1 where 1=2 ";
     for (const QString &id : done_ids) {
         if (id.toLongLong() > highest_markable_id)
-            status_line("The mails of " + table + " can no longer be marked: number " + id + " is above 32767.");
+            full_words = "The mails of " + table + " can no longer be marked: number " + id + " is above 32767.";
         sql += " or message_id=" + QString::number(to_int16(id)); // the ceiling of an account, on purpose
     }
     return sql;
 }
 
-void parse_account(const account &each)
+void parse_account(const account &each, QString &full_words)
 {
     auto &mails = *session.mail_rs;
     mails.Open("select * from " + each.table_name + " where tsl_processed=no", *session.store_connection);
@@ -114,18 +117,21 @@ void parse_account(const account &each)
     maps.Close();
     mails.Close();
     if (!done_ids.isEmpty())
-        run_sql(marking_statement(each.table_name, done_ids));
+        run_sql(marking_statement(each.table_name, done_ids, full_words));
 }
 
 }
 
 bool parse_unprocessed_mails()
 {
-    const bool all_parsed = guarded("mail_module.bas", "parse_unprocessed_mails", [] {
+    QString full_words;
+    const bool all_parsed = guarded("mail_module.bas", "parse_unprocessed_mails", [&full_words] {
         load_accounts();
         for (int column = 1; column < account_upper_bound(); ++column)
-            parse_account(session.account_ids[size_t(column)]);
+            parse_account(session.account_ids[size_t(column)], full_words);
     });
+    if (!all_parsed)
+        status_line(full_words.isEmpty() ? unfilled_words + session.err_description : full_words);
     mails_changed();
     return all_parsed;
 }

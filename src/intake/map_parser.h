@@ -6,8 +6,9 @@
 namespace intake {
 
 // All accounts, all their maps, the mails that no map has taken yet; each row is answered. A failure ends the pass: it
-// is logged, the rows made so far stay, and the account's mails are not marked, so that none can be lost.
-// A mail taken with a message_id above 32767 is such a failure. A map that was saved in half takes nothing.
+// is logged and the status line tells it, the rows made so far stay, and the account's mails are not marked, so that
+// none can be lost. A mail taken with a message_id above 32767 is such a failure. A map that was saved in half takes
+// nothing.
 bool parse_unprocessed_mails(); // false: it failed
 
 // One map over every mail of its account, taken before or not. No answers, no ceiling. False: it failed.

@@ -188,6 +188,20 @@ std::optional<QString> report_select(const report_request &request)
     return select + " order by tsl_sentdate desc";
 }
 
+QString undated_mail_words(const QString &account)
+{
+    ado::Recordset sent;
+    sent.Open("select * from sentitems_tbl where tsl_sentaccount=" + quote_sql(account), *session.store_connection);
+    for (; !sent.EOF_(); sent.MoveNext()) {
+        const mail_line line = sent_mail_line(sent);
+        if (!line.date.isValid() && !sent["tsl_sentdate"].is_null())
+            return "the mail to " + left(line.who, 80) + ", \"" + left(line.subject, 80) +
+                   "\", is stored with a date that is none: \"" + left(line.date_text, 80) +
+                   "\". Delete it under Sent Item.";
+    }
+    return {};
+}
+
 std::optional<std::vector<mail_line>> write_report(const report_request &request, const QString &select,
                                                    const std::function<bool()> &give_up)
 {
@@ -219,7 +233,7 @@ QDate last_report_date()
     if (!row.EOF_())
         stored = row["gendate"].text_or_empty();
     row.Close();
-    return stored == never_made ? QDate() : QDate::fromString(stored, QStringLiteral("M/d/yyyy"));
+    return stored == never_made ? QDate() : us_date_in(stored);
 }
 
 std::vector<report_account> report_accounts()

@@ -44,6 +44,10 @@ QString mailings_select(const report_request &request); // that look-up
 QString filters_text(const report_request &request);    // as it stands in filtersused; "" without filters
 QString report_insert(const QStringList &values);       // one row, in the order of the columns above
 
+// One sent mail whose date is none ends each report of its account. What the user is told of the first such mail, which
+// can be deleted; "" without one.
+QString undated_mail_words(const QString &account);
+
 // Writes a row for each mail of the select and gives the mails back for the list. Asks give_up at every mail; then the
 // table is empty again and nothing comes back.
 std::optional<std::vector<mail_line>> write_report(const report_request &request, const QString &select,

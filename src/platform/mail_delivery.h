@@ -18,9 +18,9 @@ struct report {
 // Called on the thread that called start, whenever something changed.
 using listener = std::function<void(const report &)>;
 
-// The user-interface thread's five: the process's one worker begins, looks at once (a mail was handed over, settings
-// or a password changed), looks at once also at what was to be tried later, and ends; stop returns when the mail in
-// hand is through, or was given up at a safe point, after some seconds at most.
+// The user-interface thread's five: the process's one worker begins, looks at once (settings or a password changed; of
+// a mail that is handed over it hears by itself), looks at once also at what was to be tried later (the user asks), and
+// ends; stop returns when the mail in hand is through, or was given up at a safe point, after some seconds at most.
 void start(listener heard);
 void wake();
 void send_now();

@@ -40,6 +40,13 @@ QColor between(const QColor &a, const QColor &b, double part)
 
 }
 
+void clear_text(QPlainTextEdit &box)
+{
+    QTextCursor all(box.document());
+    all.select(QTextCursor::Document);
+    all.removeSelectedText();
+}
+
 QString typed_text(const QPlainTextEdit &box)
 {
     QString text = box.document()->toRawText();

@@ -14,6 +14,8 @@ struct text_stretch { // places in the text as it was given
 // As typed: a no-break blank stays one. Lines end in LF.
 QString typed_text(const QPlainTextEdit &box);
 
+void clear_text(QPlainTextEdit &box); // as if it were typed: Ctrl+Z brings it back
+
 class exact_text : public QPlainTextEdit {
     Q_OBJECT
 public:

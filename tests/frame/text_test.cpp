@@ -32,6 +32,10 @@ private slots:
     void a_number_in_front();
     void dates_as_text_data();
     void dates_as_text();
+    void plain_numbers_data();
+    void plain_numbers();
+    void dates_from_text_data();
+    void dates_from_text();
 };
 
 void text_test::trim_takes_outer_blanks_only_data()
@@ -369,6 +373,59 @@ void text_test::dates_as_text()
     QTEST(us_date_time(moment), "shown");
     QFETCH(QString, shown);
     QCOMPARE(us_date(moment.date()), shown.section(u' ', 0, 0));
+}
+
+void text_test::plain_numbers_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("plain");
+    QTest::newRow("digits") << "007"
+                            << "007";
+    QTest::newRow("blanks and commas go") << " 1,037,000 "
+                                          << "1037000";
+    QTest::newRow("sign, point and exponent stay") << "-1,000.50E+3"
+                                                   << "-1000.50E+3";
+    QTest::newRow("no comma behind the point") << "1.0,5"
+                                               << "";
+    QTest::newRow("a comma in front") << ",5"
+                                      << "";
+    QTest::newRow("a word") << "seven"
+                            << "";
+    QTest::newRow("nothing") << ""
+                             << "";
+}
+
+void text_test::plain_numbers()
+{
+    QFETCH(QString, text);
+    QTEST(plain_number(text), "plain");
+}
+
+void text_test::dates_from_text_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QDate>("day");
+    QTest::addColumn<QDateTime>("moment");
+    const QDate day(2026, 8, 3);
+    const QDateTime one_o_clock(day, QTime(13, 2, 3), Qt::UTC);
+    QTest::newRow("a day") << "8/3/2026" << day << QDateTime();
+    QTest::newRow("a moment") << "8/3/2026 1:02:03 PM" << QDate() << one_o_clock;
+    QTest::newRow("midnight") << "8/3/2026 12:00:00 AM" << QDate() << QDateTime(day, QTime(0, 0), Qt::UTC);
+    QTest::newRow("noon") << "8/3/2026 12:00:00 PM" << QDate() << QDateTime(day, QTime(12, 0), Qt::UTC);
+    QTest::newRow("no such day") << "2/30/2026" << QDate() << QDateTime();
+    QTest::newRow("the day first") << "13/8/2026" << QDate() << QDateTime();
+    QTest::newRow("without seconds") << "8/3/2026 1:02 PM" << QDate() << QDateTime();
+    QTest::newRow("a blank behind") << "8/3/2026 " << QDate() << QDateTime();
+    QTest::newRow("a word") << "today" << QDate() << QDateTime();
+    QTest::newRow("nothing") << "" << QDate() << QDateTime();
+}
+
+void text_test::dates_from_text()
+{
+    QFETCH(QString, text);
+    QTEST(us_date_in(text), "day");
+    QTEST(us_date_time_in(text), "moment");
+    QVERIFY(!us_date_time_in(text).isValid() || us_date_time(us_date_time_in(text)) == text);
 }
 
 QTEST_GUILESS_MAIN(text_test)

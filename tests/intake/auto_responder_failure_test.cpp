@@ -1,5 +1,6 @@
 // An automatic reply on its way into the Outbox: the order of the verbs, what is refused or held, and what a failure
 // leaves.
+#include "frame/session.h"
 #include "intake/map_parser.h"
 #include "platform/settings.h"
 #include "support/answer_site.h"
@@ -9,6 +10,8 @@
 #include <QtTest/QTest>
 
 namespace {
+
+const QString not_all_in_tables = "Not all mails could be put into their tables, the next fetch tries again: ";
 
 // The mail client's two controls as a list of what they were asked, with what the store held when Send came.
 struct told_verbs : mapi::mail_session_service {
@@ -125,6 +128,7 @@ void auto_responder_failure_test::a_reply_that_fails_is_logged_and_the_mail_stay
     QCOMPARE(replies(), QStringList());
     QCOMPARE(site.log_entries().size(), 1);
     QVERIFY(site.log_entries()[0].endsWith("|mail_module.bas|parse_unprocessed_mails"));
+    QCOMPARE(site.status_lines, QStringList{not_all_in_tables + session.err_description});
     QCOMPARE(site.column(unprocessed_mails), (QStringList{"1", "2"}));
     QCOMPARE(site.column("select full_name from names"), QStringList{"Bob"}); // what was written stays
     site.answer(reply_with(intake::standard_subject));
@@ -145,6 +149,7 @@ void auto_responder_failure_test::an_outbox_that_cannot_be_written_ends_the_pass
     QCOMPARE(site.log_entries().size(), 1);
     QCOMPARE(site.column(unprocessed_mails), QStringList{"1"});
     QCOMPARE(site.token(), "8"); // raised before Send
+    QCOMPARE(site.status_lines, QStringList{not_all_in_tables + session.err_description});
     QVERIFY(in_its_place.remove());
     QVERIFY(intake::parse_unprocessed_mails());
     QCOMPARE(replies(), QStringList{"bob@example.net|Order 8 at the nursery|waiting"});

@@ -46,6 +46,7 @@ private slots:
     void the_fields_are_those_of_the_current_map();
     void an_account_without_a_map_has_no_fields();
     void the_accounts_are_listed();
+    void a_mail_without_a_date_is_named_in_its_account_alone();
     void the_page_has_the_head_and_the_newest_first();
     void no_report_no_page();
 };
@@ -217,6 +218,22 @@ void sent_report_test::the_accounts_are_listed()
     for (const intake::report_account &account : intake::report_accounts())
         listed += account.id + " " + account.name;
     QCOMPARE(listed, (QStringList{"1 orders", "2 contact"}));
+}
+
+void sent_report_test::a_mail_without_a_date_is_named_in_its_account_alone()
+{
+    report_site site;
+    site.add_account("contact", "hello@shop.example");
+    site.add_sent("ann@example.net", "Good", "11/6/2026 1:02:03 PM");
+    site.add_sent("bob@example.net", "A day", "11/6/2026");
+    site.run(
+        "insert into sentitems_tbl (tsl_to,tsl_sentaccount) values('eva@example.net','orders')"); // Null is no text
+    QCOMPARE(intake::undated_mail_words("orders"), "");
+    site.add_sent("zoe@example.net", "Bad", "2/30/2026 1:00:00 PM");
+    QCOMPARE(intake::undated_mail_words("ORDERS"),
+             "the mail to zoe@example.net, \"Bad\", is stored with a date that is none: \"2/30/2026 1:00:00 PM\". "
+             "Delete it under Sent Item.");
+    QCOMPARE(intake::undated_mail_words("contact"), "");
 }
 
 void sent_report_test::the_page_has_the_head_and_the_newest_first()

@@ -85,7 +85,7 @@ def wait_for_rows(tessaly, here, table, count):
 
 
 def check_answers(here, post, numbers):
-    """Each visitor has one answer, with that number; nothing else waits or was listed."""
+    """Each visitor has one answer, with that number; each order is stored once, and nothing waits."""
     for name, number in numbers:
         mails = answers_to(post, name)
         equal(f"the answers to {name}", [mail["Subject"] for mail in mails], [f"Order {number} is here"])

@@ -30,6 +30,7 @@ def killed_before_handing_over(here, post):
     """The last two calls that put an answer into the Outbox are renames: the program dies before each of them."""
     post_order(post, "eva")
     for point in (1, 2):
+        # A mail's two files are named after the clock's seconds, which begin with 1 until 2033; no other file is.
         shim = {"LD_PRELOAD": os.environ["DISK_SHIM"], "DISK_SHIM_CALLS": "renames", "DISK_SHIM_NAMED": "/outbox/1",
                 "DISK_SHIM_KILL": str(point), "ASAN_OPTIONS": "verify_asan_link_order=0"}
         with here.start(shim) as tessaly:

@@ -17,6 +17,7 @@ PATIENCE = 20.0  # seconds until it listens
 
 
 def configuration(folder, user):
+    """Everything in its folder. The empty Printcap keeps it from telling the machine of its printer."""
     group = grp.getgrgid(user.pw_gid).gr_name
     return {
         "cupsd.conf": f"Listen {folder}/socket\nBrowsing Off\nWebInterface No\nDefaultAuthType None\n"

@@ -85,6 +85,8 @@ private slots:
             QVERIFY(!control<QPushButton>(page(), name).isEnabled());
             QCOMPARE(control<QPushButton>(page(), name).toolTip(), "The form builder is not there yet.");
         }
+        QVERIFY(control<QLabel>(page(), "not_there_l").isVisible()); // no keyboard reaches a tool tip
+        QCOMPARE(control<QLabel>(page(), "not_there_l").text(), "The form builder is not there yet.");
     }
 
     void its_button_leads_to_the_accounts()
@@ -123,6 +125,14 @@ private slots:
         page().show();
         control<QPushButton>(page(), "close_b").click();
         QVERIFY(!is_loaded<OnlinePref>());
+    }
+
+    void enter_alone_does_not_close_the_page()
+    {
+        screens_site site;
+        page().show();
+        QTest::keyClick(page().focusWidget(), Qt::Key_Return);
+        QVERIFY(is_visible<OnlinePref>());
     }
 
     void the_open_commands_ask_for_a_page_data() { both_commands(); }

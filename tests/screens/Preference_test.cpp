@@ -1,6 +1,7 @@
 // The preferences page "General" through its controls.
 #include "frame/session.h"
 #include "screens/directmail/Signature.h"
+#include "screens/elided_label.h"
 #include "screens/frame/menuFrm.h"
 #include "screens/kept_font.h"
 #include "screens/preferences/Accounts.h"
@@ -17,11 +18,13 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QHelpEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTest>
+#include <QToolTip>
 
 namespace {
 
@@ -232,6 +235,45 @@ private slots:
         QCOMPARE(minutes_t().text(), "0");
         QCOMPARE(session.err_number, 0u);
         QCOMPARE(label("sign_l"), "No signature configured/selected");
+    }
+
+    void without_a_row_to_set_it_says_so()
+    {
+        general_site site;
+        site.store.run("delete * from autofetch");
+        page().show();
+        site.set("1");
+        QCOMPARE(site.status_lines.last(), "Auto-fetch could not be set: the store has no row for it.");
+        QVERIFY(label("in_force_l").contains("not fetched"));
+        QCOMPARE(minutes_t().text(), "1");
+    }
+
+    void a_long_title_is_cut_and_told_whole()
+    {
+        general_site site;
+        const QString title(255, 'W');
+        site.store.run("insert into sign values( '" + title + "','Regards','Yes' )");
+        page().show();
+        auto &shown = control<elided_label>(page(), "sign_l");
+        QCOMPARE(shown.text(), title); // as it is spoken
+        QVERIFY(shown.is_cut());
+        QVERIFY(shown.width() < page().width());
+        QHelpEvent over(QEvent::ToolTip, shown.rect().center(), shown.mapToGlobal(shown.rect().center()));
+        QApplication::sendEvent(&shown, &over);
+        QCOMPARE(QToolTip::text(), "<qt>" + title + "</qt>");
+        QToolTip::hideText();
+        QVERIFY(!control<elided_label>(page(), "font_l").is_cut());
+    }
+
+    void its_buttons_are_called_as_everywhere()
+    {
+        general_site site;
+        page().show();
+        const auto caption = [](const char *name) { return button(name).text().remove('&'); };
+        QCOMPARE(caption("Command3"), "Configure");
+        QCOMPARE(caption("Command4"), "Goto Account Preference");
+        QCOMPARE(caption("Command5"), "Goto Label Preference");
+        QCOMPARE(caption("Command8"), "Configure Autoresponder");
     }
 
     void the_programs_font_is_shown_until_one_is_chosen()

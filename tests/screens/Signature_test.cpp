@@ -1,101 +1,9 @@
-// The three screens of signatures through their controls: the picker, a new one, and changing one.
+// The picker of signatures through its controls. A new one, and changing one: signature_entry_test.cpp.
 #include "frame/session.h"
-#include "screens/directmail/EditSign.h"
-#include "screens/directmail/NewSign.h"
-#include "screens/directmail/Signature.h"
-#include "screens/preferences/Preference.h"
-#include "screens/screen.h"
-#include "support/screens_driver.h"
-#include "support/screens_site.h"
+#include "support/screens_signatures.h"
 
-#include <QApplication>
-#include <QDialog>
-#include <QLabel>
-#include <QLineEdit>
-#include <QListWidget>
-#include <QPlainTextEdit>
-#include <QPushButton>
+#include <QImage>
 #include <QTest>
-#include <QTimer>
-
-namespace {
-
-Signature &picker()
-{
-    return the<Signature>();
-}
-
-QListWidget &List1()
-{
-    return control<QListWidget>(picker(), "List1");
-}
-
-QString preview()
-{
-    return control<QLabel>(picker(), "Label2").text();
-}
-
-void press(const char *name)
-{
-    control<QPushButton>(picker(), name).click();
-}
-
-template <typename T>
-void press_on(const char *name)
-{
-    control<QPushButton>(the<T>(), name).click();
-}
-
-QStringList titles()
-{
-    QStringList texts;
-    for (int row = 0; row < List1().count(); ++row)
-        texts += List1().item(row)->text();
-    return texts;
-}
-
-// What happens in the modal screen that the press opens; ends it when it is still there afterwards.
-template <typename T>
-bool in_modal(const char *opener, const std::function<void()> &deeds)
-{
-    bool was_open = false;
-    QTimer::singleShot(0, [&] {
-        was_open = is_visible<T>() && QApplication::activeModalWidget();
-        if (was_open)
-            deeds();
-        if (is_loaded<T>())
-            the<T>().unload();
-    });
-    press(opener);
-    return was_open;
-}
-
-struct signature_site : screens_site {
-    signature_site()
-    {
-        store.run("insert into sign values( 'Shop','Kind regards','No' )");
-        store.run("insert into sign values( 'Private','Yours','Yes' )");
-    }
-    QString row(const QString &title)
-    {
-        return store.cell("select signtext from sign where signtitle='" + title + "'") + "|" +
-               store.cell("select signselected from sign where signtitle='" + title + "'");
-    }
-    QString selected() { return store.cell("select signtitle from sign where signselected='Yes'"); }
-    message_box box(size_t number = 0) { return boxes.boxes.at(number); }
-};
-
-// The picker as the preferences open it.
-struct preferences_site : signature_site {
-    preferences_site()
-    {
-        the<Preference>().show();
-        control<QPushButton>(the<Preference>(), "Command3").click();
-    }
-    static QString label() { return control<QLabel>(the<Preference>(), "sign_l").text(); }
-};
-
-}
 
 class Signature_test : public QObject {
     Q_OBJECT
@@ -279,271 +187,56 @@ private slots:
         QVERIFY(!is_loaded<Preference>());
     }
 
-    void a_new_one_is_preset_untitled()
+    void the_list_shows_which_one_is_in_use()
     {
         signature_site site;
         picker().show();
-        QVERIFY(in_modal<NewSign>("Command3", [] {
-            QCOMPARE(QApplication::activeModalWidget()->windowTitle(), "Create New Signature.");
-            QCOMPARE(control<QLineEdit>(the<NewSign>(), "Text1").text(), "Untitled");
-            QCOMPARE(control<QPlainTextEdit>(the<NewSign>(), "Text2").toPlainText(), "");
-        }));
+        QVERIFY(!List1().item(0)->font().bold());
+        QVERIFY(List1().item(1)->font().bold());
+        QCOMPARE(List1().item(1)->data(Qt::AccessibleTextRole).toString(), "Private, chosen");
+        QCOMPARE(List1().item(1)->text(), "Private");
     }
 
-    void finish_speaks_about_the_title_first_then_about_the_text()
+    void a_list_without_signatures_says_what_to_do()
     {
         signature_site site;
+        site.store.run("delete from sign");
         picker().show();
-        QVERIFY(in_modal<NewSign>("Command3", [] {
-            control<QLineEdit>(the<NewSign>(), "Text1").clear();
-            press_on<NewSign>("Command2");
-            control<QLineEdit>(the<NewSign>(), "Text1").setText("Shop");
-            press_on<NewSign>("Command2");
-        }));
-        QCOMPARE(site.boxes.shown,
-                 (QStringList{"Title of the Signature must be specified.", "Please enter signature"}));
-        QCOMPARE(site.box(0).title, "Title.");
-        QCOMPARE(site.box(1).title, "Title.");
-        QCOMPARE(site.rows_of("sign"), 2);
-    }
-
-    void a_title_that_exists_is_refused_whatever_its_case_and_blanks()
-    {
-        signature_site site;
-        picker().show();
-        QVERIFY(in_modal<NewSign>("Command3", [] {
-            control<QLineEdit>(the<NewSign>(), "Text1").setText("  SHOP ");
-            control<QPlainTextEdit>(the<NewSign>(), "Text2").setPlainText("Bye");
-            press_on<NewSign>("Command2");
-            QVERIFY(is_visible<NewSign>());
-        }));
-        QCOMPARE(site.boxes.shown, QStringList{"The Signature with the Title SHOP already exists."});
-        QCOMPARE(site.box().title, "Error.");
-        QCOMPARE(site.rows_of("sign"), 2);
-        QCOMPARE(site.row("Shop"), "Kind regards|No");
-    }
-
-    void a_new_one_is_in_the_list_and_never_selected_by_being_made()
-    {
-        signature_site site;
-        picker().show();
-        QVERIFY(in_modal<NewSign>("Command3", [] {
-            control<QLineEdit>(the<NewSign>(), "Text1").setText(" Zoe's ");
-            control<QPlainTextEdit>(the<NewSign>(), "Text2").setPlainText("Bye\u00a0all\nZoe");
-            press_on<NewSign>("Command2");
-            QVERIFY(!is_loaded<NewSign>());
-        }));
-        QCOMPARE(site.boxes.shown, QStringList());
-        QCOMPARE(titles(), (QStringList{"Shop", "Private", "Zoe's"}));
-        QCOMPARE(site.row("Zoe''s"), "Bye\u00a0all\r\nZoe|No");
-        QCOMPARE(site.selected(), "Private");
-    }
-
-    void a_title_of_blanks_passes_and_is_stored_trimmed_to_nothing()
-    {
-        signature_site site;
-        picker().show();
-        QVERIFY(in_modal<NewSign>("Command3", [] {
-            control<QLineEdit>(the<NewSign>(), "Text1").setText("   ");
-            control<QPlainTextEdit>(the<NewSign>(), "Text2").setPlainText("Bye");
-            press_on<NewSign>("Command2");
-        }));
-        QCOMPARE(site.boxes.shown, QStringList());
-        QCOMPARE(site.row(""), "Bye|No");
-        QCOMPARE(titles(), (QStringList{"Shop", "Private", ""}));
-        List1().setCurrentRow(2);
-        QCOMPARE(preview(), "Bye");
-        press("Command4"); // an empty title can be chosen, too
-        QCOMPARE(site.row(""), "Bye|Yes");
-    }
-
-    void clear_empties_the_text_only()
-    {
-        signature_site site;
-        picker().show();
-        QVERIFY(in_modal<NewSign>("Command3", [] {
-            control<QPlainTextEdit>(the<NewSign>(), "Text2").setPlainText("Bye");
-            press_on<NewSign>("Command1");
-            QCOMPARE(control<QPlainTextEdit>(the<NewSign>(), "Text2").toPlainText(), "");
-            QCOMPARE(control<QLineEdit>(the<NewSign>(), "Text1").text(), "Untitled");
-        }));
-        List1().setCurrentRow(0);
-        QVERIFY(in_modal<EditSign>("Command1", [] {
-            press_on<EditSign>("Command1");
-            QCOMPARE(control<QPlainTextEdit>(the<EditSign>(), "Text2").toPlainText(), "");
-            QCOMPARE(control<QLineEdit>(the<EditSign>(), "Text1").text(), "Shop");
-        }));
-    }
-
-    void cancel_of_a_new_one_keeps_nothing()
-    {
-        signature_site site;
-        picker().show();
-        QVERIFY(in_modal<NewSign>("Command3", [] {
-            control<QPlainTextEdit>(the<NewSign>(), "Text2").setPlainText("Bye");
-            press_on<NewSign>("Command3");
-            QVERIFY(!is_loaded<NewSign>());
-        }));
-        QCOMPARE(site.rows_of("sign"), 2);
-    }
-
-    void a_failure_of_finish_is_logged()
-    {
-        signature_site site;
-        picker().show();
-        site.store.run("drop table sign");
-        QVERIFY(in_modal<NewSign>("Command3", [] {
-            control<QPlainTextEdit>(the<NewSign>(), "Text2").setPlainText("Bye");
-            press_on<NewSign>("Command2");
-        }));
-        QCOMPARE(session.err_form, "NewSign.frm");
-        QCOMPARE(session.err_routine, "Command2");
-    }
-
-    void edit_shows_title_and_text_and_the_title_stays()
-    {
-        signature_site site;
-        picker().show();
-        List1().setCurrentRow(1);
-        QVERIFY(in_modal<EditSign>("Command1", [] {
-            QCOMPARE(QApplication::activeModalWidget()->windowTitle(), "Signature");
-            QCOMPARE(control<QLineEdit>(the<EditSign>(), "Text1").text(), "Private");
-            QVERIFY(control<QLineEdit>(the<EditSign>(), "Text1").isReadOnly());
-            QCOMPARE(control<QPlainTextEdit>(the<EditSign>(), "Text2").toPlainText(), "Yours");
-        }));
-    }
-
-    void update_stores_the_trimmed_text_and_shows_it()
-    {
-        signature_site site;
-        picker().show();
-        List1().setCurrentRow(1);
-        QVERIFY(in_modal<EditSign>("Command1", [] {
-            control<QPlainTextEdit>(the<EditSign>(), "Text2").setPlainText("  Yours, Zoe's shop ");
-            press_on<EditSign>("Command2");
-            QVERIFY(!is_loaded<EditSign>());
-        }));
-        QCOMPARE(site.row("Private"), "Yours, Zoe's shop|Yes");
-        QCOMPARE(site.row("Shop"), "Kind regards|No");
-        QCOMPARE(preview(), "Yours, Zoe's shop");
-    }
-
-    void update_refuses_a_text_of_blanks_and_goes_there()
-    {
-        signature_site site;
-        picker().show();
-        List1().setCurrentRow(1);
-        QVERIFY(in_modal<EditSign>("Command1", [] {
-            control<QPlainTextEdit>(the<EditSign>(), "Text2").setPlainText("   ");
-            control<QPushButton>(the<EditSign>(), "Command2").setFocus();
-            press_on<EditSign>("Command2");
-            QVERIFY(is_visible<EditSign>());
-            QVERIFY(the<EditSign>().focusWidget() == &control<QPlainTextEdit>(the<EditSign>(), "Text2"));
-        }));
-        QCOMPARE(site.boxes.shown, QStringList{"Please enter signature"});
-        QCOMPARE(site.row("Private"), "Yours|Yes");
-    }
-
-    void lines_are_stored_with_both_letters_of_their_end_and_shown_as_lines()
-    {
-        signature_site site;
-        site.store.run("update sign set signtext='Yours\u00a0all\r\nZoe' where signtitle='Private'");
-        site.store.run("update sign set signtext='Yours\u00a0all\nZoe' where signtitle='Shop'");
-        picker().show();
-        auto &label = control<QLabel>(picker(), "Label2");
-        List1().setCurrentRow(0);
-        const int two_lines_high = label.heightForWidth(400);
-        List1().setCurrentRow(1);
-        QCOMPARE(label.heightForWidth(400), two_lines_high);
-        QVERIFY(in_modal<EditSign>("Command1", [] {
-            auto &text = control<QPlainTextEdit>(the<EditSign>(), "Text2");
-            QCOMPARE(text.blockCount(), 2);
-            text.appendPlainText("Bath");
-            press_on<EditSign>("Command2");
-        }));
-        QCOMPARE(site.row("Private"), "Yours\u00a0all\r\nZoe\r\nBath|Yes");
-        QCOMPARE(preview(), "Yours\u00a0all\r\nZoe\r\nBath");
-    }
-
-    void leaving_otherwise_than_by_cancel_asks_once_when_something_was_typed_data()
-    {
-        QTest::addColumn<bool>("is_new");
-        QTest::addColumn<bool>("by_key");
-        QTest::newRow("a new one, Escape") << true << true;
-        QTest::newRow("a new one, the cross") << true << false;
-        QTest::newRow("another text, Escape") << false << true;
-        QTest::newRow("another text, the cross") << false << false;
-    }
-
-    void leaving_otherwise_than_by_cancel_asks_once_when_something_was_typed()
-    {
-        QFETCH(bool, is_new);
-        QFETCH(bool, by_key);
-        signature_site site;
-        picker().show();
-        List1().setCurrentRow(1);
-        const auto is_open = [is_new] { return is_new ? is_visible<NewSign>() : is_visible<EditSign>(); };
-        const auto deeds = [&] {
-            QWidget *frame = QApplication::activeModalWidget();
-            const auto leave = [&] { by_key ? QTest::keyClick(frame, Qt::Key_Escape) : void(frame->close()); };
-            control<QPlainTextEdit>(*frame, "Text2").setPlainText("Bye");
-            site.boxes.will_say_no();
-            leave();
-            QVERIFY(is_open());
-            QCOMPARE(control<QPlainTextEdit>(*frame, "Text2").toPlainText(), "Bye");
-            site.boxes.will_say_yes();
-            leave();
-            QVERIFY(!is_open());
+        const auto ink = [] { // in the middle: a line of the list stands above it
+            const QImage seen = List1().viewport()->grab().toImage();
+            int count = 0;
+            for (int y = seen.height() / 3; y < seen.height() * 2 / 3; ++y)
+                for (int x = 0; x < seen.width(); ++x)
+                    count += seen.pixel(x, y) != seen.pixel(0, seen.height() - 1);
+            return count;
         };
-        QVERIFY(is_new ? in_modal<NewSign>("Command3", deeds) : in_modal<EditSign>("Command1", deeds));
-        QCOMPARE(site.boxes.shown, QStringList(2, "What was typed here is not saved. Go on without saving?"));
-        QCOMPARE(site.row("Private"), "Yours|Yes");
-        QCOMPARE(site.rows_of("sign"), 2);
+        QVERIFY(ink() > 0);
+        picker().add_title("");
+        QCOMPARE(ink(), 0);
     }
 
-    void leaving_asks_nothing_where_nothing_was_typed()
-    {
-        signature_site site;
-        picker().show();
-        List1().setCurrentRow(1);
-        const auto escape = [] { QTest::keyClick(QApplication::activeModalWidget(), Qt::Key_Escape); };
-        QVERIFY(in_modal<NewSign>("Command3", [&] {
-            escape();
-            QVERIFY(!is_loaded<NewSign>());
-        }));
-        QVERIFY(in_modal<EditSign>("Command1", [&] {
-            escape();
-            QVERIFY(!is_loaded<EditSign>());
-        }));
-        QCOMPARE(site.boxes.shown, QStringList());
-    }
-
-    void failures_of_edit_are_logged()
-    {
-        signature_site site;
-        picker().show();
-        List1().setCurrentRow(1);
-        site.store.run("drop table sign");
-        QString load_failure;
-        QVERIFY(in_modal<EditSign>("Command1", [&load_failure] {
-            load_failure = session.err_form + "|" + session.err_routine;
-            control<QPlainTextEdit>(the<EditSign>(), "Text2").setPlainText("Bye");
-            press_on<EditSign>("Command2");
-        }));
-        QCOMPARE(load_failure, "Editsign.frm|Form_load");
-        QCOMPARE(session.err_form, "Editsign.frm");
-        QCOMPARE(session.err_routine, "Command2");
-    }
-
-    void the_selection_survives_editing_and_enter_is_ok()
+    void failures_of_the_picker_are_logged_and_told()
     {
         signature_site site;
         picker().show();
         List1().setCurrentRow(0);
-        QVERIFY(in_modal<EditSign>("Command1", [] { press_on<EditSign>("Command3"); }));
-        QTest::keyClick(&List1(), Qt::Key_Return);
-        QCOMPARE(site.selected(), "Shop");
-        QVERIFY(!is_loaded<Signature>());
+        site.store.run("drop table sign");
+        List1().setCurrentRow(1);
+        QCOMPARE(site.last_logged(), "Signature.frm|List1");
+        QVERIFY(site.status_lines.last().startsWith("The signature cannot be shown: "));
+        site.boxes.will_say_yes();
+        press("Command2");
+        QCOMPARE(site.last_logged(), "Signature.frm|Command2");
+        QVERIFY(site.status_lines.last().startsWith("The signature could not be removed: "));
+        QCOMPARE(titles().size(), 2);
+        press("Command4");
+        QCOMPARE(site.last_logged(), "Signature.frm|Command4");
+        QVERIFY(site.status_lines.last().startsWith("The signature could not be chosen: "));
+        QVERIFY(is_visible<Signature>());
+        picker().unload();
+        picker().show();
+        QCOMPARE(site.last_logged(), "Signature.frm|Form_load");
+        QVERIFY(site.status_lines.last().startsWith("The signatures cannot be shown: "));
     }
 };
 

@@ -11,6 +11,7 @@
 #include <QClipboard>
 #include <QFile>
 #include <QGuiApplication>
+#include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTest>
@@ -57,6 +58,14 @@ private slots:
         the<TechSupport>().show();
         command("copy_b").click();
         QCOMPARE(QGuiApplication::clipboard()->text(), facts());
+        QVERIFY(control<QLabel>(the<TechSupport>(), "copied_l").isVisible());
+    }
+
+    void before_it_is_copied_nothing_keeps_a_place_for_the_word()
+    {
+        screens_site site;
+        the<TechSupport>().show();
+        QVERIFY(!control<QLabel>(the<TechSupport>(), "copied_l").isVisible());
     }
 
     void the_error_log_is_shown_once_there_is_one()

@@ -2,10 +2,13 @@
 // and its row among the sent ones.
 #include "frame/session.h"
 #include "platform/clock.h"
+#include "platform/mail_delivery.h"
+#include "platform/mail_settings.h"
 #include "platform/mail_text.h"
 #include "platform/outbox.h"
 #include "support/screens_auditor.h"
 #include "support/screens_map_wizard.h"
+#include "support/smtp_sink.h"
 
 #include <QAction>
 #include <QComboBox>
@@ -14,6 +17,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
+#include <QScopeGuard>
 #include <QTest>
 #include <QToolButton>
 
@@ -169,6 +173,31 @@ private slots:
         QCOMPARE(text.replace("\r\n", "\n").trimmed(),
                  "The white ones.\n-----Your Original Message-----\nWhich?\nThese?");
         QVERIFY(!is_loaded<Showdetails>());
+    }
+
+    void it_goes_out_by_itself_while_the_program_delivers()
+    {
+        const smtp_sink server;
+        selected_mail site;
+        const mail::client_settings usual = mail::read_client_settings();
+        mail::client_settings settings = usual;
+        settings.sending = mail::send_by::smtp;
+        settings.smtp = {"127.0.0.1", server.port(), mail::security::none, {}};
+        settings.smtp_logs_in = false;
+        mail::write_client_settings(settings);
+        const auto back = qScopeGuard([&usual] {
+            delivery::stop();
+            mail::write_client_settings(usual);
+        });
+        delivery::start([](const delivery::report &) {});
+        in_modal<Showdetails>([](Showdetails &reply) {
+            choose_account(reply);
+            press_in(reply, "send_b");
+        });
+        press_reply();
+        QTRY_COMPARE(server.mails().size(), 1);
+        QCOMPARE(server.mails()[0].recipients, QByteArrayList{"ann@mail.example"});
+        QTRY_COMPARE(outbox::contents().size(), size_t(0));
     }
 
     void its_row_holds_each_value_quoted_and_the_present_date()
@@ -379,8 +408,13 @@ private slots:
             press_in(reply, "send_b");
         });
         press_reply();
-        const QByteArray head = outbox::bytes_of(outbox::contents().at(0).id).split('\n').join('\n');
-        QVERIFY(!head.contains("\nBcc:"));
+        const outbox::kept_mail kept = outbox::contents().at(0);
+        QCOMPARE(kept.Subject, "Re: Line  Bcc: all@mail.example");
+        QCOMPARE(kept.To, QStringList{"ann@mail.example"});
+        const QByteArray bytes = outbox::bytes_of(kept.id);
+        const QByteArray head = bytes.first(bytes.indexOf("\r\n\r\n"));
+        QVERIFY2(head.contains("\r\nSubject: ") && !head.contains("\nBcc:"), head);
+        QVERIFY2(bytes.contains("\r\nContent-Type: text/plain"), head); // the markup shows as it is
     }
 
     void a_subject_longer_than_its_column_is_cut_before_it_is_sent()

@@ -270,6 +270,29 @@ private slots:
         QCOMPARE(site.stored("shop"), QStringList());
     }
 
+    void each_test_leads_to_the_box_to_mend()
+    {
+        responder_site site;
+        the<autoresponder>().show();
+        const auto box_of_update = [] {
+            part<QPushButton>("autosubmit_s").setFocus();
+            update();
+            return the<autoresponder>().focusWidget()->objectName();
+        };
+        QCOMPARE(box_of_update(), "mapname_c");
+        choose("shop");
+        QCOMPARE(box_of_update(), "autocontent_t");
+        part<QPlainTextEdit>("autocontent_t").setPlainText("Hello");
+        QCOMPARE(box_of_update(), "subject_t");
+        part<QRadioButton>("dynamic_o").click();
+        QCOMPARE(box_of_update(), "prefix_t");
+        part<QRadioButton>("token_o").click();
+        QCOMPARE(box_of_update(), "prefix_t");
+        type(the<autoresponder>(), "prefix_t", "No");
+        QCOMPARE(box_of_update(), "token_t");
+        QCOMPARE(site.boxes.shown.size(), 6);
+    }
+
     void update_stores_what_is_seen()
     {
         responder_site site;
@@ -336,6 +359,39 @@ private slots:
         QVERIFY(part<QLabel>("greeting_l").isVisible());
         part<QLineEdit>("greet_t").clear();
         QVERIFY(!part<QLabel>("greeting_l").isVisible());
+    }
+
+    void the_previews_show_the_parts_as_they_are_stored()
+    {
+        responder_site site;
+        choose("shop");
+        type(the<autoresponder>(), "subject_t", "Thank you ");
+        QCOMPARE(preview(), "It will go out as: \u201cThank you\u201d");
+        part<QRadioButton>("token_o").click();
+        type(the<autoresponder>(), "prefix_t", "Ticket: ");
+        type(the<autoresponder>(), "token_t", " 7 ");
+        type(the<autoresponder>(), "suffix_t", " ok ");
+        QCOMPARE(preview(), "It will go out as: \u201cTicket: 7 ok\u201d");
+        type(the<autoresponder>(), "suffix_t", " ");
+        QCOMPARE(preview(), "It will go out as: \u201cTicket: 7 \u201d"); // the blank of an empty part stays
+        part<QComboBox>("greetfield_c").setCurrentText("person");
+        type(the<autoresponder>(), "greet_t", "Dear ");
+        QCOMPARE(part<QLabel>("greeting_l").text(), "It will begin with: \u201cDear Ann Moss\u201d");
+        type(the<autoresponder>(), "greet_t", " ");
+        QVERIFY(!part<QLabel>("greeting_l").isVisible()); // it is stored as none
+    }
+
+    void an_empty_value_of_the_newest_mail_is_shown_as_one()
+    {
+        responder_site site;
+        site.store.run("insert into shop (tsl_subject,person,city) values('Order','','')");
+        choose("shop");
+        part<QRadioButton>("dynamic_o").click();
+        type(the<autoresponder>(), "prefix_t", "Order");
+        part<QComboBox>("dynamic_c").setCurrentText("city");
+        QCOMPARE(preview(), "It will go out as: \u201cOrder  \u201d");
+        part<QComboBox>("greetfield_c").setCurrentText("person");
+        QCOMPARE(part<QLabel>("greeting_l").text(), "It will begin with: \u201cDear \u201d");
     }
 
     void a_field_s_value_is_read_once_and_not_at_each_key()
@@ -422,6 +478,61 @@ private slots:
         choose("leads");
         QCOMPARE(session.err_form, "autoresponder_frm.frm");
         QVERIFY(site.status_lines.last().startsWith("The autoresponder of this map cannot be shown: "));
+        QCOMPARE(site.last_logged(), "autoresponder_frm.frm|loadmap");
+    }
+
+    void a_map_that_could_not_be_read_does_not_look_like_one_without_a_reply()
+    {
+        responder_site site;
+        site.store.run("insert into autocontent values('leads',3,'','No','','','','','12','Text',yes)");
+        site.store.run("drop table leads");
+        choose("leads");
+        for (const char *name : {"subject_fr", "text_fr", "enable_b", "autosubmit_s"})
+            QVERIFY2(!part<QWidget>(name).isEnabled(), name);
+        QCOMPARE(part<QLabel>("state_l").text(), "");
+        QCOMPARE(preview(), "");
+        update();
+        QTest::keyClick(&part<QWidget>("mapname_c"), Qt::Key_Return);
+        QCOMPARE(site.stored("leads").mid(6), (QStringList{"", "12", "Text", "True"}));
+        choose("shop"); // the next one is as usual
+        QVERIFY(part<QWidget>("autosubmit_s").isEnabled());
+        QVERIFY(part<QWidget>("subject_fr").isEnabled());
+        QCOMPARE(part<QLabel>("state_l").text(), "No replies go out.");
+        QCOMPARE(site.boxes.shown, QStringList());
+    }
+
+    void without_a_choice_it_asks_for_one()
+    {
+        responder_site site;
+        the<autoresponder>().show();
+        QCOMPARE(part<QLabel>("state_l").text(), "Choose a map first.");
+        choose("shop");
+        choose("Select Map");
+        QCOMPARE(part<QLabel>("state_l").text(), "Choose a map first.");
+        QVERIFY(part<QWidget>("autosubmit_s").isEnabled()); // it says so, too
+    }
+
+    void the_boxes_keep_their_height_where_there_is_little_room()
+    {
+        responder_site site;
+        fill_token_reply();
+        the<autoresponder>().resize(the<autoresponder>().minimumSize());
+        for (const char *name : {"prefix_t", "token_t", "suffix_t", "greet_t"})
+            QVERIFY2(part<QWidget>(name).height() >= part<QWidget>(name).sizeHint().height(), name);
+        QVERIFY(part<QWidget>("autocontent_t").height() >= part<QWidget>("autocontent_t").fontMetrics().lineSpacing());
+    }
+
+    void long_names_of_columns_do_not_widen_the_screen()
+    {
+        responder_site site;
+        site.store.run("alter table leads add column " + QString(60, 'w') + " text(255)");
+        choose("shop");
+        part<QRadioButton>("dynamic_o").click();
+        const int before = part<QWidget>("qt_page").minimumSizeHint().width();
+        site.boxes.will_say_yes();
+        choose("leads");
+        part<QRadioButton>("dynamic_o").click();
+        QCOMPARE(part<QWidget>("qt_page").minimumSizeHint().width(), before);
     }
 
     void the_keyboard_reaches_everything()
@@ -442,7 +553,7 @@ private slots:
         site.store.add_map("newest", site.account, "New", {{.name = "person"}});
         the<MapWizardFinalStep_frm>().show();
         auto &wanted = control<QCheckBox>(the<MapWizardFinalStep_frm>(), "autoresp_chk");
-        QCOMPARE(wanted.text(), "Select to configure autoresponder for the map »NEWEST");
+        QCOMPARE(wanted.text(), "&Select to configure autoresponder for the map »NEWEST");
         QVERIFY(wanted.isEnabled());
         in_modal<autoresponder>([](autoresponder &screen) {
             QCOMPARE(control<QComboBox>(screen, "mapname_c").currentText(), "newest");

@@ -94,6 +94,7 @@ private slots:
         QVERIFY(is_visible<help_frm>());
         QVERIFY(page().toPlainText().contains("tslhlp.chm"));
         QVERIFY(page().toPlainText().contains("damaged"));
+        QVERIFY(!tool("find_b").isEnabled());
         QVERIFY(site.boxes.shown.isEmpty());
         QVERIFY(!field("search_t").isEnabled());
         QCOMPARE(contents().topLevelItemCount(), 0);

@@ -65,13 +65,18 @@ private slots:
         page_site site;
         site.open();
         type_good_settings();
-        if (by_key) {
-            site.boxes.will_say_yes();
-            QTest::keyClick(&page::field("host_t"), Qt::Key_Escape);
-        } else {
-            page::press("cancel_b");
-        }
-        QCOMPARE(site.boxes.shown.size(), by_key ? 1 : 0);
+        const auto leave = [by_key] {
+            by_key ? QTest::keyClick(&page::field("host_t"), Qt::Key_Escape) : page::press("cancel_b");
+        };
+        site.boxes.will_say_no();
+        leave();
+        QVERIFY(is_visible<mail_client_frm>());
+        QCOMPARE(page::field("host_t").text(), "mail.shop.example");
+        site.boxes.will_say_yes();
+        leave();
+        QCOMPARE(site.boxes.shown,
+                 QStringList(2, "What is typed on this page is not saved yet. Leave it without saving?"));
+        QVERIFY(site.boxes.boxes[0].no_is_default);
         QVERIFY(!is_loaded<mail_client_frm>());
         QVERIFY(!site.saved().configured);
         QCOMPARE(site.saved().incoming.host, "");
@@ -105,6 +110,7 @@ private slots:
         type_good_settings();
         auto &cancel = control<QPushButton>(the<mail_client_frm>(), "cancel_b");
         cancel.setFocus();
+        site.boxes.will_say_yes();
         QTest::keyClick(&cancel, Qt::Key_Return);
         QVERIFY(!is_loaded<mail_client_frm>());
         QVERIFY(!site.saved().configured);

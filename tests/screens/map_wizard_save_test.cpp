@@ -154,7 +154,7 @@ private slots:
         finish_as("shop");
         QCOMPARE(the<MapWizardFinalStep_frm>().windowTitle(), "Congratulations!");
         auto &responder = control<QCheckBox>(the<MapWizardFinalStep_frm>(), "autoresp_chk");
-        QCOMPARE(responder.text(), "Select to configure autoresponder for the map »SHOP");
+        QCOMPARE(responder.text(), "&Select to configure autoresponder for the map »SHOP");
         QVERIFY(responder.isEnabled()); // what it opens: autoresponder_test.cpp
         QVERIFY(!responder.isChecked());
         QVERIFY(label("done_l").contains("3 mails are in its table."));

@@ -8,12 +8,15 @@
 #include "screens/preferences/mail_client_frm.h"
 #include "screens/preferences/page_list.h"
 #include "support/screens_driver.h"
-#include "support/screens_site.h"
+#include "support/screens_page_site.h"
 
 #include <QAbstractButton>
+#include <QApplication>
 #include <QComboBox>
 #include <QLabel>
+#include <QPushButton>
 #include <QTest>
+#include <QWheelEvent>
 
 namespace {
 
@@ -79,6 +82,66 @@ private slots:
         }
         QCOMPARE(site.boxes.shown, QStringList());
         forget_screens();
+    }
+
+    void a_page_that_stays_keeps_its_own_entry()
+    {
+        page_site site;
+        open_page(preference_page::mail_client);
+        type_good_settings();
+        site.boxes.will_say_no();
+        choose_page("GENERAL");
+        QCOMPARE(loaded_pages(), QStringList{"MAIL CLIENT"});
+        QCOMPARE(control<QComboBox>(the<mail_client_frm>(), "Combo1").currentText(), "MAIL CLIENT");
+        site.boxes.will_say_yes();
+        choose_page("GENERAL");
+        QCOMPARE(loaded_pages(), QStringList{"GENERAL"});
+    }
+
+    void the_wheel_over_the_list_does_not_leave_the_page()
+    {
+        screens_site site;
+        open_page(preference_page::general);
+        auto &list = control<QComboBox>(the<Preference>(), "Combo1");
+        const QPointF place = list.rect().center();
+        QWheelEvent turn(place, list.mapToGlobal(place), {}, {0, -120}, Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase,
+                         false);
+        QApplication::sendEvent(&list, &turn);
+        QCOMPARE(loaded_pages(), QStringList{"GENERAL"});
+        QCOMPARE(list.currentText(), "GENERAL");
+    }
+
+    void tab_goes_from_the_top_to_the_bottom_data()
+    {
+        QTest::addColumn<QString>("caption");
+        for (const QString &caption : captions)
+            QTest::newRow(qPrintable(caption)) << caption;
+    }
+
+    void tab_goes_from_the_top_to_the_bottom()
+    {
+        QFETCH(QString, caption);
+        screens_site site;
+        open_page(preference_page::general);
+        choose_page(caption);
+        QWidget *first = &loaded_page();
+        do {
+            first = first->nextInFocusChain();
+        } while (!(first->focusPolicy() & Qt::TabFocus) || !loaded_page().isAncestorOf(first));
+        auto *list = qobject_cast<QComboBox *>(first);
+        QVERIFY2(list && list->currentText() == caption, qPrintable(first->objectName()));
+    }
+
+    void each_page_has_help_and_one_way_to_call_close_data() { tab_goes_from_the_top_to_the_bottom_data(); }
+    void each_page_has_help_and_one_way_to_call_close()
+    {
+        QFETCH(QString, caption);
+        screens_site site;
+        open_page(preference_page::general);
+        choose_page(caption);
+        QCOMPARE(control<QPushButton>(loaded_page(), "help_b").text().remove('&'), "Help");
+        if (caption != "MAIL CLIENT") // it is left by OK or Cancel
+            QCOMPARE(control<QPushButton>(loaded_page(), "close_b").text(), "Clo&se");
     }
 
     void the_access_keys_of_a_page_are_its_own_data()

@@ -148,6 +148,24 @@ private slots:
         QCOMPARE(site.store.cell("select gendate from lastdate where id=3"), "8/13/1976");
     }
 
+    void a_mail_without_a_date_is_named_as_it_ends_each_report_of_its_account()
+    {
+        sent_site site;
+        site.add_sent("four@mail.example", "Fourth", "the day before", "0");
+        open_sent_view();
+        choose_november();
+        generate();
+        QCOMPARE(site.reported(), 0);
+        QCOMPARE(site.last_logged(), "Mailfrm.frm|sentitems_show");
+        QCOMPARE(
+            site.status_lines.last(),
+            "The report could not be made: the mail to four@mail.example, \"Fourth\", is stored with a date that is "
+            "none: \"the day before\". Delete it under Sent Item.");
+        site.store.run("delete from sentitems_tbl where tsl_subject='Fourth'");
+        generate();
+        QCOMPARE(site.reported(), 3);
+    }
+
     void a_look_up_that_fails_is_logged()
     {
         sent_site site;
@@ -159,6 +177,12 @@ private slots:
         generate();
         QCOMPARE(session.err_form, "Mailfrm.frm");
         QCOMPARE(session.err_routine, "genrep_b");
+        QCOMPARE(site.last_logged(), "Mailfrm.frm|genrep_b");
+        QCOMPARE(site.reported(), 0);
+        QCOMPARE(listed(), (QStringList{"First", "Second", "Third"}));
+        QVERIFY2(site.status_lines.last().startsWith("The report could not be made: "),
+                 qPrintable(site.status_lines.last()));
+        QCOMPARE(site.store.cell("select gendate from lastdate where id=3"), "8/13/1976");
     }
 
     void opening_the_view_again_lists_all()

@@ -15,7 +15,7 @@ public:
     void Load() override;
 
 protected:
-    std::optional<unsaved_work> unsaved() const override; // Cancel asks nothing
+    std::optional<unsaved_work> unsaved() const override;
 
 private:
     void Command1_Click();

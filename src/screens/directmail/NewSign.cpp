@@ -5,6 +5,7 @@
 #include "frame/status.h"
 #include "frame/store.h"
 #include "frame/text.h"
+#include "platform/outside_effects.h"
 #include "screens/directmail/Signature.h"
 #include "screens/exact_text.h"
 #include "ui_NewSign.h"
@@ -30,7 +31,7 @@ NewSign::NewSign(QWidget *parent) : screen(parent), ui(std::make_unique<Ui::NewS
 
     connect(ui->Command1, &QPushButton::clicked, this, &NewSign::Command1_Click);
     connect(ui->Command2, &QPushButton::clicked, this, &NewSign::Command2_Click);
-    connect(ui->Command3, &QPushButton::clicked, this, &NewSign::unload);
+    connect(ui->Command3, &QPushButton::clicked, this, &NewSign::leave);
 }
 
 NewSign::~NewSign() = default;
@@ -50,27 +51,36 @@ std::optional<unsaved_work> NewSign::unsaved() const
 
 void NewSign::Command1_Click()
 {
-    ui->Text2->clear();
+    clear_text(*ui->Text2);
     ui->Text2->setFocus();
 }
 
-// A title of blanks is not empty here, and is kept as an empty one.
 void NewSign::Command2_Click()
 {
-    if (ui->Text1->text().isEmpty()) {
-        say("Title of the Signature must be specified.", "Title.");
-        return ui->Text1->setFocus();
-    }
-    if (typed_text(*ui->Text2).isEmpty()) {
-        say("Please enter signature", "Title.");
-        return ui->Text2->setFocus();
-    }
     if (!guarded("NewSign.frm", "Command2", [this] { add_signature(); }))
         status_line("The signature could not be kept: " + session.err_description);
 }
 
+// A title of blanks is not empty here, and is kept as an empty one.
+bool NewSign::is_complete()
+{
+    if (ui->Text1->text().isEmpty()) {
+        say("Title of the Signature must be specified.", "Title.");
+        ui->Text1->setFocus();
+        return false;
+    }
+    if (typed_text(*ui->Text2).isEmpty()) {
+        say("Please enter signature", "Title.");
+        ui->Text2->setFocus();
+        return false;
+    }
+    return true;
+}
+
 void NewSign::add_signature()
 {
+    if (!is_complete())
+        return;
     open_store_if_closed();
     const QString title = trim(ui->Text1->text());
     if (is_stored(title)) {
@@ -80,6 +90,7 @@ void NewSign::add_signature()
     }
     run_sql("insert into sign values( " + quote_sql(title) + "," + quote_sql(crlf_line_ends(typed_text(*ui->Text2))) +
             "," + quote_sql("No") + " )");
+    before_outside_effect(); // what could not be kept stays typed
     the<Signature>().add_title(title);
     unload();
 }

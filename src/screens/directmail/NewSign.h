@@ -15,11 +15,12 @@ public:
     void Load() override;
 
 protected:
-    std::optional<unsaved_work> unsaved() const override; // Cancel asks nothing
+    std::optional<unsaved_work> unsaved() const override;
 
 private:
     void Command1_Click();
     void Command2_Click();
+    bool is_complete();
     void add_signature();
 
     std::unique_ptr<Ui::NewSign> ui;

@@ -5,6 +5,7 @@
 #include "frame/status.h"
 #include "frame/store.h"
 #include "frame/text.h"
+#include "platform/outside_effects.h"
 #include "screens/directmail/EditSign.h"
 #include "screens/directmail/NewSign.h"
 #include "screens/preferences/Preference.h"
@@ -49,7 +50,8 @@ void Signature::Load()
         ado::Recordset signatures;
         signatures.Open("Select * from sign", *session.store_connection);
         for (; !signatures.EOF_(); signatures.MoveNext())
-            ui->List1->addItem(signatures["signtitle"].text_or_empty());
+            ui->List1->add_title(signatures["signtitle"].text_or_empty(),
+                                 signatures["signselected"].text_or_empty() == u"Yes");
         signatures.Close();
     });
     if (!is_read)
@@ -65,7 +67,7 @@ QString Signature::selected_title() const
 
 void Signature::add_title(const QString &title)
 {
-    ui->List1->addItem(title);
+    ui->List1->add_title(title, false);
 }
 
 void Signature::show_preview(const QString &signtext)
@@ -78,7 +80,7 @@ void Signature::List1_Click()
     ui->Label2->clear();
     if (ui->List1->selectedItems().isEmpty())
         return;
-    guarded(picker_in_log, "List1", [this] {
+    const bool is_read = guarded(picker_in_log, "List1", [this] {
         open_store_if_closed();
         ado::Recordset row;
         row.Open("select signtext from sign where signtitle=" + quote_sql(selected_title()), *session.store_connection);
@@ -86,6 +88,8 @@ void Signature::List1_Click()
             ui->Label2->setText(row["signtext"].text_or_empty());
         row.Close();
     });
+    if (!is_read)
+        status_line("The signature cannot be shown: " + session.err_description);
 }
 
 // A signature may have an empty title, so the selection is asked and not the text.
@@ -99,23 +103,34 @@ bool Signature::nothing_selected(const QString &command)
 
 void Signature::Command1_Click()
 {
-    if (!nothing_selected("Edit"))
+    bool is_one_selected = false;
+    if (!guarded(picker_in_log, "Command1", [&] { is_one_selected = !nothing_selected("Edit"); }))
+        status_line("The signature cannot be changed: " + session.err_description);
+    if (is_one_selected)
         the<EditSign>().show_modal();
 }
 
 void Signature::Command2_Click()
 {
-    if (nothing_selected("Remove"))
-        return;
-    const QString title = selected_title();
-    if (!ok_cancel("The Signature titled " + title + " will be removed.", "Confirm."))
-        return;
-    const bool is_removed = guarded(picker_in_log, "Command2", [&title] {
-        open_store_if_closed();
-        run_sql("delete from sign where signtitle=" + quote_sql(trim(title)));
+    const bool went_through = guarded(picker_in_log, "Command2", [this] {
+        if (is_to_be_removed())
+            remove_selected();
     });
-    if (!is_removed)
-        return status_line("The signature could not be removed: " + session.err_description);
+    if (!went_through)
+        status_line("The signature could not be removed: " + session.err_description);
+}
+
+bool Signature::is_to_be_removed()
+{
+    return !nothing_selected("Remove") &&
+           ok_cancel("The Signature titled " + selected_title() + " will be removed.", "Confirm.");
+}
+
+void Signature::remove_selected()
+{
+    open_store_if_closed();
+    run_sql("delete from sign where signtitle=" + quote_sql(trim(selected_title())));
+    before_outside_effect(); // what stays in the store stays in the list
     const QSignalBlocker the_next_one_is_not_selected_instead(ui->List1);
     delete ui->List1->selectedItems().first();
     ui->List1->setCurrentRow(-1);
@@ -129,11 +144,14 @@ void Signature::Command3_Click()
 
 void Signature::Command4_Click()
 {
-    if (nothing_selected("OK"))
-        return;
-    if (!guarded(picker_in_log, "Command4", [this] { choose_selected(); }))
-        return status_line("The signature could not be chosen: " + session.err_description);
-    unload();
+    const bool went_through = guarded(picker_in_log, "Command4", [this] {
+        if (nothing_selected("OK"))
+            return;
+        choose_selected();
+        unload();
+    });
+    if (!went_through)
+        status_line("The signature could not be chosen: " + session.err_description);
 }
 
 void Signature::choose_selected()
@@ -141,7 +159,9 @@ void Signature::choose_selected()
     open_store_if_closed();
     run_sql("update sign set signselected='No' where signselected= " + quote_sql("Yes"));
     run_sql("update sign set signselected='Yes' where signtitle= " + quote_sql(trim(selected_title())));
-    tell_opener(stored_choice());
+    const std::optional<QString> chosen = stored_choice();
+    before_outside_effect(); // nobody is told of what could not be kept
+    tell_opener(chosen);
 }
 
 // The preferences then say that none is chosen, though the store keeps the one that was, on purpose: the page tells it

@@ -32,6 +32,8 @@ private:
     void Command4_Click();
     void Command5_Click();
     bool nothing_selected(const QString &command);
+    bool is_to_be_removed();
+    void remove_selected();
     void choose_selected();
     void tell_opener(const std::optional<QString> &title);
 

@@ -1,7 +1,7 @@
 #include "screens/frame/Exit_frm.h"
 #include "frame/back_up.h"
 #include "frame/error_log.h"
-#include "frame/messages.h"
+#include "frame/say_surely.h"
 #include "frame/session.h"
 #include "frame/status.h"
 #include "screens/frame/closing.h"
@@ -54,8 +54,9 @@ void Exit_frm::Timer1_Timer()
     const bool whole = guarded("Exit_frm.frm", "Timer1", [] { run_backup(); });
     set_progress_sink({});
     if (!whole) // nobody else would tell before the day when the back-up is wanted
-        say("The back-up is not complete. " + session.err_description + "\n\nTessaly closes now.", "Tessaly",
-            message_icon::exclamation);
+        say_surely("Exit_frm.frm", "Timer1",
+                   "The back-up is not complete. " + session.err_description + "\n\nTessaly closes now.", "Tessaly",
+                   message_icon::exclamation);
     end_program();
 }
 

@@ -1,6 +1,6 @@
 #include "screens/frame/Stage1.h"
 #include "frame/error_log.h"
-#include "frame/messages.h"
+#include "frame/say_surely.h"
 #include "frame/session.h"
 #include "frame/setup_pages.h"
 #include "screens/frame/Stage3.h"
@@ -48,11 +48,12 @@ void Stage1::next_b_Click()
 {
     const setup_pages::owner now = typed();
     if (const QString fault = setup_pages::why_not_kept(now); !fault.isEmpty()) {
-        say(fault);
+        say_surely("Stage1.frm", "next_b", fault);
         return (now.admin.isEmpty() ? ui->Admin_t : ui->org_t)->setFocus();
     }
     if (!guarded("Stage1.frm", "next_b", [&now] { setup_pages::keep_owner(now); }))
-        return say("The settings could not be saved: " + session.err_description, "Tessaly", message_icon::critical);
+        return say_surely("Stage1.frm", "next_b", "The settings could not be saved: " + session.err_description,
+                          "Tessaly", message_icon::critical);
     the<Stage3>().show();
     unload();
 }

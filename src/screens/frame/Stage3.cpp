@@ -2,6 +2,7 @@
 #include "frame/account_list.h"
 #include "frame/error_log.h"
 #include "frame/messages.h"
+#include "frame/say_surely.h"
 #include "frame/setup_pages.h"
 #include "screens/frame/Stage1.h"
 #include "screens/frame/backup_frm.h"
@@ -76,7 +77,7 @@ void Stage3::Command1_Click()
 {
     const QString query = chosen_query();
     if (query.isEmpty())
-        return say("Please select a query to be deleted");
+        return say_surely("Stage2.frm", "Command1", "Please select a query to be deleted");
     guarded("Stage2.frm", "Command1", [&] {
         setup_pages::delete_account(query);
         delete ui->query_l->selectedItems().front();

@@ -36,6 +36,7 @@ void TechSupport::copy_b_Click()
 {
     QGuiApplication::clipboard()->setText(ui->facts_t->toPlainText());
     ui->copied_l->setText("Copied. Paste it into your mail to whoever helps you.");
+    ui->copied_l->show();
 }
 
 void TechSupport::log_b_Click()

@@ -2,6 +2,7 @@
 #include "frame/back_up_folder.h"
 #include "frame/error_log.h"
 #include "frame/messages.h"
+#include "frame/say_surely.h"
 #include "frame/session.h"
 #include "frame/setup.h"
 #include "frame/store.h"
@@ -76,7 +77,8 @@ void backup_frm::next_b_Click()
 {
     bool kept = false;
     if (!guarded("Backup_frm.frm", "next_b", [&] { kept = keep_back_up_folder(ui->Folder_t->text(), in_setup); }))
-        say("The folder could not be made ready: " + session.err_description, "Tessaly", message_icon::exclamation);
+        say_surely("Backup_frm.frm", "next_b", "The folder could not be made ready: " + session.err_description,
+                   "Tessaly", message_icon::exclamation);
     if (kept && (!in_setup || end_setup()))
         unload();
 }
@@ -85,7 +87,8 @@ void backup_frm::next_b_Click()
 bool backup_frm::end_setup()
 {
     if (!guarded("Backup_frm.frm", "next_b", finish_setup)) {
-        say("The setup could not be finished: " + session.err_description, "Tessaly", message_icon::exclamation);
+        say_surely("Backup_frm.frm", "next_b", "The setup could not be finished: " + session.err_description, "Tessaly",
+                   message_icon::exclamation);
         return false;
     }
     Main();

@@ -1,6 +1,7 @@
 #include "screens/frame/help_frm.h"
 #include "frame/error_log.h"
 #include "screens/frame/beside_dialogs.h"
+#include "screens/frame/found_pages_delegate.h"
 #include "screens/icons.h"
 #include "ui_help_frm.h"
 
@@ -29,8 +30,8 @@ help_frm::help_frm(QWidget *parent) : screen(parent), ui(std::make_unique<Ui::he
     setWindowIcon(drawn_icon("help"));
     ui->qt_splitter->setStretchFactor(0, 1);
     ui->qt_splitter->setStretchFactor(1, 3);
-    ui->qt_splitter->setSizes({250, 650});
-    ui->results_li->setSpacing(3);
+    ui->qt_splitter->setSizes({300, 600});
+    ui->results_li->setItemDelegate(new found_pages_delegate(ui->results_li));
     ui->results_li->hide();
     ui->found_l->hide();
     ui->find_f->hide();
@@ -58,6 +59,7 @@ help_frm::help_frm(QWidget *parent) : screen(parent), ui(std::make_unique<Ui::he
     connect(ui->find_t, &QLineEdit::returnPressed, this, [this] { find_again(false); });
     connect(ui->next_b, &QToolButton::clicked, this, [this] { find_again(false); });
     connect(ui->before_b, &QToolButton::clicked, this, [this] { find_again(true); });
+    connect(ui->end_b, &QToolButton::clicked, this, &help_frm::end_finding);
     add_shortcuts();
 }
 
@@ -110,7 +112,8 @@ void help_frm::read_file(const QString &path)
     guarded("help_frm.frm", "read_file", [&] { held = help::read_help_file(path); });
     ui->page_t->set_file(&held);
     fill_contents();
-    for (QWidget *control : {static_cast<QWidget *>(ui->search_t), static_cast<QWidget *>(ui->start_b)})
+    for (QWidget *control : {static_cast<QWidget *>(ui->search_t), static_cast<QWidget *>(ui->start_b),
+                             static_cast<QWidget *>(ui->find_b)})
         control->setEnabled(!held.files.isEmpty());
 }
 
@@ -124,6 +127,7 @@ void help_frm::fill_contents()
         open_lines.resize(std::min(open_lines.size(), size_t(line.depth)));
         auto *made = open_lines.empty() ? new QTreeWidgetItem(ui->contents_tv) : new QTreeWidgetItem(open_lines.back());
         made->setText(0, line.title);
+        made->setToolTip(0, line.title); // it may be cut
         made->setData(0, page_role, line.page.toLower());
         made->setExpanded(open_lines.empty());
         open_lines.push_back(made);

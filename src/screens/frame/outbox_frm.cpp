@@ -131,17 +131,29 @@ void outbox_frm::LV_outbox_Click()
         guarded("outbox_frm.frm", "LV_outbox", [&] { ui->text_t->setPlainText(outbox_words::text_to_read(id)); });
 }
 
+namespace {
+
+// A second Enter deletes nothing; where the question cannot be asked, nothing is done.
+bool is_confirmed(const char *routine, const QString &question)
+{
+    bool confirmed = false;
+    guarded("outbox_frm.frm", routine, [&] { confirmed = yes_no_before_loss(question, "Outbox"); });
+    return confirmed;
+}
+
+}
+
 void outbox_frm::again_b_Click()
 {
     const QString question = outbox_words::send_again_question(selected_mails());
-    if (!question.isEmpty() && !yes_no(question, "Outbox"))
+    if (!question.isEmpty() && !is_confirmed("again_b", question))
         return;
     do_to_selected("again_b", outbox::send_again);
 }
 
 void outbox_frm::delete_b_Click()
 {
-    if (yes_no(outbox_words::delete_question(selected_mails()), "Outbox"))
+    if (is_confirmed("delete_b", outbox_words::delete_question(selected_mails())))
         do_to_selected("delete_b", outbox::discard);
 }
 

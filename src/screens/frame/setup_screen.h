@@ -22,6 +22,7 @@ protected:
 
 private:
     bool any_unsaved() const; // here or in a later step
+    bool may_be_lost() const;
     void unload_with_later_steps();
 
     QPointer<setup_screen> later; // the step that Back came from

@@ -1,6 +1,6 @@
 #include "screens/frame/stage5b.h"
 #include "frame/error_log.h"
-#include "frame/messages.h"
+#include "frame/say_surely.h"
 #include "frame/setup.h"
 #include "frame/setup_pages.h"
 #include "frame/store.h"
@@ -34,7 +34,8 @@ void stage5b::finish_b_Click()
         finish_setup();
     });
     if (!finished)
-        return say("The setup could not be finished: " + session.err_description, "Tessaly", message_icon::critical);
+        return say_surely("Stage5b.frm", "finish_b", "The setup could not be finished: " + session.err_description,
+                          "Tessaly", message_icon::critical);
     Main();
     unload();
 }

@@ -1,5 +1,6 @@
 #include "screens/frame/status_text.h"
 
+#include <QAccessible>
 #include <QResizeEvent>
 
 status_text::status_text(QWidget *parent) : QLabel(parent)
@@ -15,6 +16,10 @@ void status_text::set_whole_text(const QString &text)
     whole.replace(u'\n', u' ');
     setToolTip(whole.isEmpty() ? QString() : "<qt>" + whole.toHtmlEscaped() + "</qt>"); // so that it wraps
     setAccessibleName(whole);
+    if (!whole.isEmpty()) { // a screen reader speaks it up: nothing else tells that something was saved, or failed
+        QAccessibleEvent spoken(this, QAccessible::Alert);
+        QAccessible::updateAccessibility(&spoken);
+    }
     setVisible(!whole.isEmpty());
     show_what_fits();
     updateGeometry();

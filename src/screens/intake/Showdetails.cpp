@@ -5,7 +5,6 @@
 #include "frame/session.h"
 #include "frame/status.h"
 #include "frame/text.h"
-#include "platform/mail_delivery.h"
 #include "platform/mail_session.h"
 #include "screens/exact_text.h"
 #include "screens/icons.h"
@@ -115,7 +114,6 @@ void Showdetails::send_b_Click()
         const intake::sending_account &account = accounts[size_t(ui->account_c->currentIndex()) - 1];
         intake::hand_over_reply(reply, account);
         handed_over = true;
-        delivery::wake();
         intake::log_reply(reply, account);
     });
     if (!all_went)

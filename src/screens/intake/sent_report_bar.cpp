@@ -42,6 +42,15 @@ QString report_words(const intake::report_request &request, qsizetype mails)
     return count + " of " + request.account + " between " + days + ".";
 }
 
+QString why_no_rows(const intake::report_request &request)
+{
+    const QString failure = session.err_description;
+    QString mail;
+    if (session.err_number == ado::type_mismatch)
+        guarded("Mailfrm.frm", "genrep_b", [&] { mail = intake::undated_mail_words(request.account); });
+    return mail.isEmpty() ? failure : mail;
+}
+
 }
 
 sent_report_bar::sent_report_bar(QWidget *parent) : QWidget(parent), ui(std::make_unique<Ui::sent_report_bar>())
@@ -254,7 +263,7 @@ void sent_report_bar::show_outcome(const run &made)
     } else if (made.cancelled) {
         status_line("The report was cancelled.");
     } else { // the list has told the log
-        status_line("The report could not be made: " + session.err_description);
+        status_line("The report could not be made: " + why_no_rows(made.request));
     }
 }
 

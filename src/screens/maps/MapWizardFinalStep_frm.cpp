@@ -40,7 +40,7 @@ MapWizardFinalStep_frm::~MapWizardFinalStep_frm() = default;
 void MapWizardFinalStep_frm::Load()
 {
     const QString &map = maps::map_wizard.map_name;
-    ui->autoresp_chk->setText("Select to configure autoresponder for the map »" + map.toUpper());
+    ui->autoresp_chk->setText("&Select to configure autoresponder for the map »" + map.toUpper());
     ui->done_l->setText("The map " + map + " is saved.");
     guarded("mapwizardfinalstep.frm", "form load",
             [&] { ui->done_l->setText("The map " + map + " is saved. " + mails_in(map)); });

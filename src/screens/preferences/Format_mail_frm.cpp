@@ -1,6 +1,7 @@
 #include "screens/preferences/Format_mail_frm.h"
 #include "frame/error_log.h"
 #include "frame/messages.h"
+#include "frame/say_surely.h"
 #include "frame/status.h"
 #include "frame/store.h"
 #include "maps/map_wizard.h"
@@ -146,9 +147,9 @@ void Format_mail_frm::open_b_Click()
 {
     const QModelIndexList chosen = ui->inbox_lv->selectionModel()->selectedRows();
     if (chosen.isEmpty())
-        return say("Please select a mail");
+        return say_surely(page_in_log, "open_b", "Please select a mail");
     if (bring_map_wizard_to_front()) // what is recorded here is its memory
-        return say("The Mail Mapping Wizard is open. Finish or quit it first.");
+        return say_surely(page_in_log, "open_b", "The Mail Mapping Wizard is open. Finish or quit it first.");
     const bool known = guarded(page_in_log, "open_b", [&] {
         open_store_if_closed();
         const maps::sample_mail &mail = rows->mail(chosen.first().row());

@@ -14,6 +14,7 @@
 namespace {
 
 const char *const online_page_in_log = "Onlinepref.frm";
+const char *const builder_not_there = "The form builder is not there yet.";
 const char *const page_files = "htm(*.htm)|*.htm|html(*.html)|*.html|*.html , *.htm|*.html;*.htm";
 
 // The program has no preview of its own yet; the desktop's browser shows the page as a visitor sees it.
@@ -49,9 +50,10 @@ OnlinePref::OnlinePref(QWidget *parent) : screen(parent), ui(std::make_unique<Ui
     fill_page_list(*ui->Combo1, online_form);
     lead_to_page(*ui->Command3, accounts);
     lead_to_page(*ui->Command4, labels);
+    ui->not_there_l->setText(builder_not_there);
     for (QPushButton *command : {ui->Command5, ui->Command6}) {
         command->setEnabled(false);
-        command->setToolTip("The form builder is not there yet.");
+        command->setToolTip(builder_not_there);
     }
 
     connect(ui->help_b, &QPushButton::clicked, this, &OnlinePref::show_own_help);

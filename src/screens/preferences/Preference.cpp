@@ -5,6 +5,7 @@
 #include "frame/session.h"
 #include "frame/status.h"
 #include "frame/store.h"
+#include "platform/outside_effects.h"
 #include "platform/services.h"
 #include "screens/directmail/Signature.h"
 #include "screens/kept_font.h"
@@ -108,7 +109,10 @@ void Preference::set_minutes()
         return ui->minutes_t->selectAll();
     }
     open_store_if_closed();
-    keep_minutes(typed.minutes);
+    const bool is_kept = keep_minutes(typed.minutes);
+    before_outside_effect(); // what is told to be in force is kept
+    if (!is_kept)
+        return status_line("Auto-fetch could not be set: the store has no row for it.");
     show_auto_fetch();
 }
 

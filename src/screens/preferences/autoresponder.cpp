@@ -4,6 +4,7 @@
 #include "frame/status.h"
 #include "frame/store.h"
 #include "frame/text.h"
+#include "platform/outside_effects.h"
 #include "screens/icons.h"
 #include "ui_autoresponder.h"
 
@@ -64,7 +65,7 @@ void autoresponder::Activate()
     const QString before = chosen_map();
     if (!guarded(responder_in_log, "Activate", [this] { list_maps(); }))
         status_line("The maps cannot be shown: " + session.err_description);
-    if (!same_text(chosen_map(), before))
+    if (!same_text(chosen_map(), before) || !is_read)
         loadmap();
 }
 
@@ -84,6 +85,7 @@ void autoresponder::list_maps()
     ui->mapname_c->setCurrentIndex(qMax(0, ui->mapname_c->findText(chosen, Qt::MatchFixedString)));
     shown_map = ui->mapname_c->currentIndex();
     ui->empty_l->setVisible(maps.size() == 1);
+    show_enabled();
 }
 
 QString autoresponder::chosen_map() const
@@ -112,16 +114,25 @@ void autoresponder::loadmap()
 {
     shown_map = ui->mapname_c->currentIndex();
     newest.clear();
-    fill_field_list(*ui->dynamic_c, {});
-    fill_field_list(*ui->greetfield_c, {});
-    show_reply(reply_offered());
+    is_read = true;
+    if (!chosen_map().isEmpty())
+        is_read = guarded(responder_in_log, "loadmap", [this] { read_chosen_map(); });
+    if (!is_read)
+        status_line("The autoresponder of this map cannot be shown: " + session.err_description);
+    if (!map_is_shown()) {
+        fill_field_list(*ui->dynamic_c, {});
+        fill_field_list(*ui->greetfield_c, {});
+        show_reply(reply_offered());
+    }
     for (QWidget *part : {static_cast<QWidget *>(ui->enable_b), static_cast<QWidget *>(ui->subject_fr),
                           static_cast<QWidget *>(ui->text_fr)})
-        part->setEnabled(!chosen_map().isEmpty());
-    if (chosen_map().isEmpty())
-        return;
-    if (!guarded(responder_in_log, "loadmap", [this] { read_chosen_map(); }))
-        status_line("The autoresponder of this map cannot be shown: " + session.err_description);
+        part->setEnabled(map_is_shown());
+    ui->autosubmit_s->setEnabled(is_read); // it would put what is offered in the place of what nobody has seen
+}
+
+bool autoresponder::map_is_shown() const
+{
+    return is_read && !chosen_map().isEmpty();
 }
 
 void autoresponder::read_chosen_map()
@@ -129,9 +140,10 @@ void autoresponder::read_chosen_map()
     open_store_if_closed();
     const QString map = chosen_map();
     const QStringList fields = intake::answer_fields(map);
+    const intake::auto_reply reply = intake::stored_auto_reply(map).value_or(reply_offered());
     fill_field_list(*ui->dynamic_c, fields);
     fill_field_list(*ui->greetfield_c, fields);
-    show_reply(intake::stored_auto_reply(map).value_or(reply_offered()));
+    show_reply(reply);
 }
 
 void autoresponder::enable_b_Click()
@@ -147,7 +159,8 @@ void autoresponder::show_enabled()
     const bool stored = enabled == as_shown.enable;
     const char *const state = enabled ? (stored ? "Replies go out." : "Replies go out after Update.")
                                       : (stored ? "No replies go out." : "No replies go out after Update.");
-    ui->state_l->setText(chosen_map().isEmpty() ? "" : state);
+    const bool is_choice_missing = chosen_map().isEmpty() && ui->mapname_c->count() > 1;
+    ui->state_l->setText(map_is_shown() ? state : is_choice_missing ? "Choose a map first." : "");
 }
 
 void autoresponder::autosubmit_s_Click()
@@ -162,11 +175,12 @@ void autoresponder::save()
     const intake::auto_reply reply = typed();
     if (const auto fault = intake::why_not_saveable(map, reply)) {
         say(fault->words);
-        findChild<QWidget *>(fault->control)->setFocus();
+        box_of(fault->part).setFocus();
         return;
     }
     open_store_if_closed();
     intake::save_auto_reply(map, reply);
+    before_outside_effect(); // what cannot be kept is not told to be saved
     as_shown = reply;
     show_enabled();
     status_line("The autoresponder of " + map +

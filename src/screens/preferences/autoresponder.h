@@ -40,11 +40,14 @@ private:
     QString newest_of(const QString &field);
     void save();
     intake::auto_reply typed() const;
+    QWidget &box_of(intake::reply_part part) const;
     QString chosen_map() const; // "" with "Select Map"
+    bool map_is_shown() const;
 
     std::unique_ptr<Ui::autoresponder> ui;
     bool enabled = false;
-    int shown_map = 0; // its line in mapname_c
+    bool is_read = true; // false: the chosen map could not be
+    int shown_map = 0;   // its line in mapname_c
     intake::auto_reply as_shown;
     QHash<QString, QString> newest; // of the shown map, by field: asked once
 };

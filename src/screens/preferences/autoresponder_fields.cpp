@@ -52,6 +52,23 @@ intake::auto_reply autoresponder::typed() const
     return reply;
 }
 
+QWidget &autoresponder::box_of(intake::reply_part part) const
+{
+    switch (part) {
+    case intake::reply_part::map:
+        return *ui->mapname_c;
+    case intake::reply_part::text:
+        return *ui->autocontent_t;
+    case intake::reply_part::subject:
+        return *ui->subject_t;
+    case intake::reply_part::prefix:
+        return *ui->prefix_t;
+    case intake::reply_part::token:
+        break;
+    }
+    return *ui->token_t;
+}
+
 void autoresponder::show_what_applies()
 {
     const bool standard = ui->standard_o->isChecked();
@@ -76,9 +93,8 @@ QString autoresponder::newest_of(const QString &field)
     if (!newest.contains(field)) {
         newest[field] = u'<' + field + u'>';
         guarded("autoresponder_frm.frm", "show_preview", [&] {
-            const QString value = intake::newest_value(chosen_map(), field);
-            if (!value.isEmpty())
-                newest[field] = value;
+            if (const auto value = intake::newest_value(chosen_map(), field)) // an empty one, too
+                newest[field] = *value;
         });
     }
     return newest[field];
@@ -87,13 +103,12 @@ QString autoresponder::newest_of(const QString &field)
 // In quotation marks: a blank at its end goes out too.
 void autoresponder::show_preview()
 {
-    const intake::auto_reply reply = typed();
+    const intake::auto_reply reply = intake::as_stored(typed());
     QString value;
     if (reply.SubjectType == intake::dynamic_subject)
         value = newest_of(reply.SubjectDynamic);
-    const bool told = !chosen_map().isEmpty();
-    ui->preview_l->setText(told ? "It will go out as: \u201c" + intake::subject_of(reply, value) + u'\u201d'
-                                : QString());
+    ui->preview_l->setText(map_is_shown() ? "It will go out as: \u201c" + intake::subject_of(reply, value) + u'\u201d'
+                                          : QString());
 }
 
 // Without a field a greeting names nobody, which is easily overlooked.
@@ -101,7 +116,8 @@ void autoresponder::show_greeting()
 {
     const QString field = ui->greetfield_c->currentData().toString();
     const char *const whose = field.isEmpty() ? "Without a field every reply begins with: " : "It will begin with: ";
-    ui->greeting_l->setVisible(!chosen_map().isEmpty() && !ui->greet_t->text().isEmpty());
+    const QString greeting = intake::as_stored(typed()).GreetText;
+    ui->greeting_l->setVisible(map_is_shown() && !greeting.isEmpty());
     if (!ui->greeting_l->isHidden())
-        ui->greeting_l->setText(whose + (u'\u201c' + ui->greet_t->text() + u' ' + newest_of(field) + u'\u201d'));
+        ui->greeting_l->setText(whose + (u'\u201c' + greeting + u' ' + newest_of(field) + u'\u201d'));
 }

@@ -1,6 +1,7 @@
 #include "screens/preferences/mail_client_frm.h"
 #include "frame/error_log.h"
 #include "frame/messages.h"
+#include "frame/say_surely.h"
 #include "frame/session.h"
 #include "platform/dialogs.h"
 #include "platform/services.h"
@@ -15,6 +16,7 @@
 
 namespace {
 
+const char *const client_in_log = "mail_client_frm.frm";
 const char *const page_title = "Mail Client";
 const char *const untested =
     "Press Test to see whether mail can be fetched and sent. Nothing is sent to anybody and no mail is changed.";
@@ -41,15 +43,16 @@ mail_client_frm::mail_client_frm(QWidget *parent)
     connect(ui->test_b, &QPushButton::clicked, this, &mail_client_frm::test_b_Click);
     connect(ui->stop_b, &QPushButton::clicked, this, &mail_client_frm::stop_b_Click);
     connect(ui->outbox_b, &QPushButton::clicked, this, &mail_client_frm::outbox_b_Click);
+    connect(ui->help_b, &QPushButton::clicked, this, &mail_client_frm::show_own_help);
     connect(ui->ok_b, &QPushButton::clicked, this, &mail_client_frm::ok_b_Click);
-    connect(ui->cancel_b, &QPushButton::clicked, this, &mail_client_frm::cancel_b_Click);
+    connect(ui->cancel_b, &QPushButton::clicked, this, &mail_client_frm::leave);
 }
 
 mail_client_frm::~mail_client_frm() = default; // a test that runs is cancelled
 
 void mail_client_frm::Load()
 {
-    guarded("mail_client_frm.frm", "Form_load", [this] {
+    guarded(client_in_log, "Form_load", [this] {
         ui->in_force_l->setText(mail_page::in_force_text());
         fields->show_entries(mail_page::stored_settings());
         as_opened = fields->typed_entries();
@@ -64,7 +67,7 @@ void mail_client_frm::Load()
 void mail_client_frm::passwords_come()
 {
     show_asking(false);
-    guarded("mail_client_frm.frm", "Form_load", [this] {
+    guarded(client_in_log, "Form_load", [this] {
         mail_page::entries stored = mail_page::stored_settings();
         mail_page::add_passwords(stored);
         fields->show_passwords(stored);
@@ -117,7 +120,7 @@ void mail_client_frm::test_b_Click()
 {
     const mail_page::entries typed = fields->typed_entries();
     if (const auto fault = mail_page::untestable(typed))
-        return tell_fault(*fault, message_icon::information);
+        return tell_fault("test_b", *fault, message_icon::information);
     clear_steps(*ui->steps_li);
     ui->result_l->setText("Testing ...");
     show_testing(true);
@@ -180,9 +183,9 @@ void mail_client_frm::outbox_b_Click()
     the<outbox_frm>().show();
 }
 
-void mail_client_frm::tell_fault(const mail_page::fault &fault, message_icon icon)
+void mail_client_frm::tell_fault(const char *routine, const mail_page::fault &fault, message_icon icon)
 {
-    say(fault.words, page_title, icon);
+    say_surely(client_in_log, routine, fault.words, page_title, icon);
     if (auto *field = findChild<QWidget *>(fault.field))
         field->setFocus();
 }
@@ -191,18 +194,14 @@ void mail_client_frm::ok_b_Click()
 {
     const mail_page::entries typed = fields->typed_entries();
     if (const auto fault = mail_page::first_fault(typed))
-        return tell_fault(*fault, message_icon::exclamation);
+        return tell_fault("ok_b", *fault, message_icon::exclamation);
     const bool was_in_file = passwords::where(passwords::of::mailbox) == passwords::place::settings_file;
     auto place = passwords::place::nowhere;
-    if (!guarded("mail_client_frm.frm", "ok_b", [&] { place = mail_page::save(typed); }))
-        return say("The settings could not be saved: " + session.err_description, page_title, message_icon::critical);
+    if (!guarded(client_in_log, "ok_b", [&] { place = mail_page::save(typed); }))
+        return say_surely(client_in_log, "ok_b", "The settings could not be saved: " + session.err_description,
+                          page_title, message_icon::critical);
     if (place == passwords::place::settings_file && !was_in_file)
-        say(lies_in_file, page_title, message_icon::exclamation);
-    unload();
-}
-
-void mail_client_frm::cancel_b_Click()
-{
+        say_surely(client_in_log, "ok_b", lies_in_file, page_title, message_icon::exclamation);
     unload();
 }
 
@@ -211,7 +210,7 @@ std::optional<unsaved_work> mail_client_frm::unsaved() const
     const bool is_touched = running || (as_opened && fields->typed_entries() != *as_opened);
     if (!is_touched)
         return std::nullopt;
-    return unsaved_work{"mail_client_frm.frm", "What is typed on this page is not saved yet. Leave it without saving?"};
+    return unsaved_work{client_in_log, "What is typed on this page is not saved yet. Leave it without saving?"};
 }
 
 // Escape stops a test first, then leaves the page.

@@ -34,7 +34,7 @@ protected:
 private:
     void passwords_come();
     void show_asking(bool asks);
-    void tell_fault(const mail_page::fault &fault, message_icon icon);
+    void tell_fault(const char *routine, const mail_page::fault &fault, message_icon icon);
     void show_c_Click();
     void path_b_Click();
     void authority_b_Click();
@@ -44,7 +44,6 @@ private:
     void test_ended(const mail::check_outcome &outcome);
     void outbox_b_Click();
     void ok_b_Click();
-    void cancel_b_Click();
     void show_testing(bool runs);
     void forget_test();
 

@@ -6,6 +6,7 @@
 #include "screens/preferences/mail_client_frm.h"
 
 #include <QComboBox>
+#include <QEvent>
 #include <QPushButton>
 #include <QStandardItemModel>
 #include <algorithm>
@@ -48,6 +49,18 @@ const std::vector<listed_page> &all_pages()
     return pages;
 }
 
+// A turn of the wheel over the list would leave the page, and what is typed there.
+class wheel_stop : public QObject {
+public:
+    using QObject::QObject;
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        if (event->type() == QEvent::Wheel)
+            event->ignore(); // it scrolls what lies below
+        return event->type() == QEvent::Wheel;
+    }
+};
+
 const listed_page &line_of(preference_page page)
 {
     return *std::find_if(all_pages().begin(), all_pages().end(),
@@ -73,6 +86,7 @@ void fill_page_list(QComboBox &list, preference_page here)
     for (const listed_page &line : all_pages())
         add_entry(list, line);
     stand_on_own();
+    list.installEventFilter(new wheel_stop(&list));
     QObject::connect(&list, &QComboBox::activated, &list, [&list, here, stand_on_own](int index) {
         const auto wanted = preference_page(list.itemData(index).toInt());
         stand_on_own(); // where the page stays open

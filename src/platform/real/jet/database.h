@@ -37,10 +37,11 @@ public:
 
     std::shared_ptr<plan> plan_of(QStringView sql);
     enum class part { rows, keys };
-    // Steps through a select; take says whether to go on.
+    // Steps through a select; take says whether to go on. A keyed one gives the key, then the columns.
     using take_row = std::function<bool(sqlite3_stmt *)>;
     void read(plan &of, QStringView sql, part which, const take_row &take);
-    // The rows with these keys, one after another, until take says stop; missing is told of keys without a row.
+    // The rows with these keys, one after another, until take says stop; missing is told of keys without a row. Keys
+    // that lie close together and ascend are read in one go.
     void read_by_keys(plan &of, const qint64 *first, const qint64 *last, const take_row &take,
                       const std::function<void()> &missing);
 
@@ -75,6 +76,9 @@ private:
 
     std::shared_ptr<plan> plan_of_tokens();
     sqlite3_stmt *prepared(plan &of);
+    sqlite3_stmt *prepared(plan &of, part which);
+    bool read_run(sqlite3_stmt *rows, const qint64 *first, const qint64 *last, const take_row &take,
+                  const std::function<void()> &missing);
     void bind(const plan &of, sqlite3_stmt *to);
     void bind_one(const binding &what, int place);
     void bind_literal(const binding &what, int place);

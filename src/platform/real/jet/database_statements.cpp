@@ -1,4 +1,4 @@
-// Running translated statements: binding their literals, stepping, definitions.
+// Running translated statements: binding their literals, changing rows, definitions. Reading: database_reading.cpp.
 #include "platform/clock.h"
 #include "platform/letter_case.h"
 #include "platform/real/jet/database.h"
@@ -13,27 +13,6 @@
 namespace jet {
 
 namespace {
-
-// Whatever happens, the statement ends up reset: one that stays open would hold a lock.
-struct reset_after {
-    sqlite3_stmt *which;
-    ~reset_after() { sqlite3_reset(which); }
-};
-
-// Many small reads under one lock instead of one each.
-struct one_read_lock {
-    one_read_lock(sqlite3 *of, bool wanted) : db(wanted ? of : nullptr)
-    {
-        if (db)
-            sqlite3_exec(db, "BEGIN", nullptr, nullptr, nullptr);
-    }
-    ~one_read_lock()
-    {
-        if (db)
-            sqlite3_exec(db, "COMMIT", nullptr, nullptr, nullptr);
-    }
-    sqlite3 *db;
-};
 
 // Undoes what was done since, unless kept.
 class savepoint {
@@ -186,46 +165,6 @@ void database::bind_moment(const binding &what, int place)
         parameters.null(place);
 }
 
-// --- reading
-
-void database::read(plan &of, QStringView sql, part which, const take_row &take)
-{
-    need_open();
-    write_newest_row();
-    lex(sql, tokens);
-    prepared_statement keys_only;
-    if (which == part::keys && !of.keys_sql.isEmpty())
-        keys_only = prepare(db, of.keys_sql, false);
-    sqlite3_stmt *rows = keys_only ? keys_only.get() : prepared(of);
-    const reset_after resets{rows};
-    bind(of, rows);
-    int result = sqlite3_step(rows);
-    while (result == SQLITE_ROW && take(rows))
-        result = sqlite3_step(rows);
-    check(result);
-}
-
-void database::read_by_keys(plan &of, const qint64 *first, const qint64 *last, const take_row &take,
-                            const std::function<void()> &missing)
-{
-    need_open();
-    write_newest_row();
-    if (!of.by_key)
-        of.by_key = prepare(db, of.by_key_sql, true);
-    const one_read_lock locks(db, !writing && last - first > 1);
-    for (const qint64 *key = first; key < last; ++key) {
-        sqlite3_stmt *row = of.by_key.get();
-        const reset_after resets{row};
-        sqlite3_bind_int64(row, 1, *key);
-        const int result = sqlite3_step(row);
-        check(result);
-        if (result != SQLITE_ROW)
-            missing();
-        else if (!take(row))
-            return;
-    }
-}
-
 // --- changing
 
 qint64 database::execute(QStringView sql)
@@ -255,7 +194,7 @@ void database::tell_recordsets(const QString &table)
 
 qint64 database::step_change(sqlite3_stmt *which)
 {
-    const reset_after resets{which};
+    const reset_after resets(which);
     check(sqlite3_step(which));
     return sqlite3_changes64(db);
 }
@@ -282,7 +221,7 @@ qint64 database::put_off(plan &of)
         begin_write();
         tell_recordsets(of.table);
         sqlite3_stmt *key = newest.key_statement(db, table_of(of));
-        const reset_after resets{key};
+        const reset_after resets(key);
         const int result = sqlite3_step(key);
         check(result);
         if (result != SQLITE_ROW || sqlite3_column_type(key, 0) == SQLITE_NULL)

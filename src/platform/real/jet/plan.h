@@ -38,18 +38,20 @@ struct plan {
 
     // Selects only.
     std::vector<result_column> columns;
-    bool keyed = false;    // each row stands for one of the table and can be read again
-    QByteArray keys_sql;   // the keys alone, when they come in an order of their own
-    QByteArray by_key_sql; // the columns of the row with the key ?1
+    bool keyed = false;     // each row stands for one of the table and can be read again
+    bool sorted = false;    // the rows come in an order of their own, not in that of their keys
+    QByteArray keys_sql;    // of a keyed one: the keys alone; when not sorted, as they are found the fastest
+    QByteArray by_keys_sql; // of a keyed one: all rows of the table with keys from ?1 to ?2, each as sql gives it
 
     // Made when first needed, gone when the schema changes. Always reset, so that none holds a lock.
-    prepared_statement prepared, by_key;
+    prepared_statement prepared, keys, by_keys;
     std::map<std::vector<int>, prepared_statement> inserts, updates; // by the places of the columns written
 
     void release_statements()
     {
         prepared.reset();
-        by_key.reset();
+        keys.reset();
+        by_keys.reset();
         inserts.clear();
         updates.clear();
     }

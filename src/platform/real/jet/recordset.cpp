@@ -14,12 +14,17 @@ struct Recordset::state {
     bool adding = false;
     std::vector<std::optional<Value>> edits; // one a column while a row is added or edited
 
+    void need_open() const
+    {
+        if (handle.expired())
+            jet::fail(object_closed, QStringLiteral("Operation is not allowed when the object is closed."));
+    }
+
     // Keeps the store open for the time of a call.
     std::shared_ptr<Connection::shared_handle> store() const
     {
-        if (auto open = handle.lock())
-            return open;
-        jet::fail(object_closed, QStringLiteral("Operation is not allowed when the object is closed."));
+        need_open();
+        return handle.lock();
     }
 
     const std::vector<jet::result_column> &columns() const { return rows->select().columns; }
@@ -70,7 +75,7 @@ Recordset::state &open_state(const std::unique_ptr<Recordset::state> &held)
 {
     if (!held)
         jet::fail(object_closed, QStringLiteral("Operation is not allowed when the object is closed."));
-    held->store();
+    held->need_open();
     return *held;
 }
 
@@ -169,7 +174,8 @@ Field Recordset::Fields(const QString &name)
 {
     const auto &columns = open_state(held).columns();
     for (size_t i = 0; i < columns.size(); ++i)
-        if (columns[i].name.size() == name.size() && compare_case_blind(columns[i].name, name) == 0)
+        if (columns[i].name == name ||
+            (columns[i].name.size() == name.size() && compare_case_blind(columns[i].name, name) == 0))
             return Field(this, int(i));
     return Fields(-1);
 }
@@ -223,7 +229,7 @@ Value Field::value() const
         return *of.edits[size_t(index)];
     if (of.adding)
         return Type() == field_type::flag ? Value(false) : Value();
-    return of.rows->current()[size_t(index)];
+    return of.rows->value(size_t(index));
 }
 
 void Field::set_value(const Value &value)

@@ -7,17 +7,8 @@ namespace jet {
 
 namespace {
 
-constexpr qint64 window_rows = 500;
-constexpr qint64 window_units = 2 << 20; // texts in a window, in UTF-16 units
-
-qint64 units_of(const row &values)
-{
-    qint64 units = 0;
-    for (const ado::Value &value : values)
-        if (const auto *text = std::get_if<QString>(&value.held))
-            units += text->size();
-    return units;
-}
+constexpr size_t window_rows = 500;
+constexpr size_t window_bytes = 2 << 20; // of texts in a window
 
 [[noreturn]] void fail_no_row()
 {
@@ -28,7 +19,7 @@ qint64 units_of(const row &values)
 }
 
 row_cursor::row_cursor(database &store, std::shared_ptr<plan> select, const QString &statement, bool stays_live)
-    : db(&store), of(std::move(select)), sql(statement), live(stays_live && of->keyed)
+    : db(&store), of(std::move(select)), sql(statement), live(stays_live && of->keyed), window(of->columns.size())
 {
     if (!live)
         load();
@@ -41,25 +32,13 @@ row_cursor::~row_cursor()
         db->remove(this);
 }
 
-row row_cursor::read_row(sqlite3_stmt *from, int first_column) const
-{
-    row values;
-    values.reserve(of->columns.size());
-    for (size_t i = 0; i < of->columns.size(); ++i)
-        values.push_back(column_value(from, first_column + int(i), of->columns[i].type));
-    return values;
-}
-
 void row_cursor::load()
 {
-    if (live || !of->keys_sql.isEmpty())
-        db->read(*of, sql, database::part::keys, [this](sqlite3_stmt *from) {
-            keys.push_back(sqlite3_column_int64(from, 0));
-            return true;
-        });
+    if (live || of->sorted)
+        load_keys();
     else
         load_first_rows();
-    rows = of->keyed ? qint64(keys.size()) : qint64(window.size());
+    rows = of->keyed ? qint64(keys.size()) : qint64(window.rows());
     loaded = true;
     if (added) {
         auto found = std::find(keys.begin(), keys.end(), *added);
@@ -72,19 +51,33 @@ void row_cursor::load()
     }
 }
 
-// The first window comes with the keys, so that a short table is read in one go.
+void row_cursor::load_keys()
+{
+    keys.clear();
+    db->read(*of, sql, database::part::keys, [this](sqlite3_stmt *from) {
+        keys.push_back(sqlite3_column_int64(from, 0));
+        return true;
+    });
+    if (!of->sorted && !std::is_sorted(keys.begin(), keys.end()))
+        std::sort(keys.begin(), keys.end());
+}
+
+// A table that fits into the first window is read in one go. Of a longer one the keys are read while the statement of
+// the rows stands at a row and thus holds its lock, so that no other program writes between the two. The clock goes on,
+// though: a statement that asks for it may find other rows the second time.
 void row_cursor::load_first_rows()
 {
-    qint64 units = 0;
-    db->read(*of, sql, database::part::rows, [&](sqlite3_stmt *from) {
+    db->read(*of, sql, database::part::rows, [this](sqlite3_stmt *from) {
+        if (of->keyed && window_is_full()) {
+            const std::vector<qint64> first = keys;
+            load_keys();
+            if (keys.size() < first.size() || !std::equal(first.begin(), first.end(), keys.begin()))
+                start_window(0);
+            return false;
+        }
         if (of->keyed)
             keys.push_back(sqlite3_column_int64(from, 0));
-        const bool fits = qint64(window.size()) < window_rows && units < window_units &&
-                          qint64(window.size()) + 1 == qint64(keys.size());
-        if (fits || !of->keyed) {
-            window.push_back(read_row(from, of->keyed ? 1 : 0));
-            units += units_of(window.back());
-        }
+        window.take(from, of->keyed ? 1 : 0);
         return true;
     });
 }
@@ -157,70 +150,119 @@ qint64 row_cursor::current_key()
     return of->keyed ? keys[size_t(position)] : 0;
 }
 
-const row &row_cursor::current()
+ado::Value row_cursor::value(size_t column)
+{
+    constexpr size_t long_text = 4096;
+    const size_t row = current_row();
+    const ado::field_type type = of->columns[column].type;
+    if (window.text_length(row, column) < long_text)
+        return window.value(row, column, type);
+    if (!last_long || last_long->row != row || last_long->column != column)
+        last_long = made_value{row, column, window.value(row, column, type)};
+    return last_long->value;
+}
+
+size_t row_cursor::current_row()
 {
     const qint64 key = current_key();
     if (live) {
-        if (window.empty() || window_start != key || read_at_change != db->changes()) {
-            window.clear();
-            db->read_by_keys(
-                *of, &key, &key + 1,
-                [this](sqlite3_stmt *from) {
-                    window.push_back(read_row(from, 0));
-                    return true;
-                },
-                [] { fail_no_row(); });
-            window_start = key;
-            read_at_change = db->changes();
-        }
-        return window.front();
+        need_live_row(key);
+        return 0;
     }
-    if (position < window_start || position >= window_start + qint64(window.size()))
+    if (position < window_start || position >= window_start + qint64(window.rows()))
         fill_window();
-    return window[size_t(position - window_start)];
+    return size_t(position - window_start);
+}
+
+void row_cursor::need_live_row(qint64 key)
+{
+    if (window.rows() > 0 && window_start == key && read_at_change == db->changes())
+        return;
+    start_window(key);
+    db->read_by_keys(
+        *of, &key, &key + 1,
+        [this](sqlite3_stmt *from) {
+            window.take(from, 1);
+            return true;
+        },
+        [] { fail_no_row(); });
+    read_at_change = db->changes();
+}
+
+void row_cursor::start_window(qint64 start)
+{
+    window.clear();
+    window_start = start;
+    last_long.reset();
+}
+
+bool row_cursor::window_is_full() const
+{
+    return window.rows() >= window_rows || window.bytes() >= window_bytes;
 }
 
 void row_cursor::fill_window()
 {
     constexpr qint64 behind = 100; // walking backwards
     const qint64 first = position < window_start ? std::max<qint64>(0, position - behind) : position;
-    const qint64 last = std::min(first + window_rows, rows);
-    window.clear();
-    window_start = first;
-    if (!aside)
-        return fill_from_keys(size_t(first), size_t(last));
-    qint64 units = 0;
-    for (qint64 i = first; i < last && (units < window_units || i <= position); ++i) {
-        window.push_back(aside->read(size_t(i)));
-        units += units_of(window.back());
-    }
+    const qint64 last = std::min(first + qint64(window_rows), rows);
+    start_window(first);
+    if (aside)
+        fill_from_aside(first, last);
+    else
+        fill_from_keys(first, last);
 }
 
-void row_cursor::fill_from_keys(size_t first, size_t last)
+void row_cursor::fill_from_aside(qint64 first, qint64 last)
 {
-    qint64 units = 0;
+    for (qint64 number = first; number < last && has_room(); ++number)
+        aside->read(size_t(number), window);
+}
+
+void row_cursor::fill_from_keys(qint64 first, qint64 last)
+{
     db->read_by_keys(
         *of, keys.data() + first, keys.data() + last,
-        [&](sqlite3_stmt *from) {
-            window.push_back(read_row(from, 0));
-            units += units_of(window.back());
-            return units < window_units || window_start + qint64(window.size()) <= position;
+        [this](sqlite3_stmt *from) {
+            window.take(from, 1);
+            return has_room();
         },
-        [this] { window.push_back(row(of->columns.size())); }); // gone by another program's hand
+        [this] { window.take_nulls(); }); // gone by another program's hand
+}
+
+// Rows before the current one make room for it.
+bool row_cursor::has_room()
+{
+    if (!window_is_full())
+        return true;
+    const qint64 next = window_start + qint64(window.rows());
+    if (next > position)
+        return false;
+    start_window(next);
+    return true;
 }
 
 void row_cursor::before_change(const QString &table)
 {
-    if (live || aside || !of->keyed || rows <= qint64(window.size()) || table != of->table)
+    if (live || aside || !of->keyed || rows <= qint64(window.rows()) || table != of->table)
         return;
     auto taken = std::make_unique<row_file>();
+    row_block one(of->columns.size());
+    const auto set_aside = [&] {
+        taken->append(one, 0);
+        one.clear();
+    };
     db->read_by_keys(
         *of, keys.data(), keys.data() + keys.size(),
         [&](sqlite3_stmt *from) {
-            taken->append(read_row(from, 0));
+            one.take(from, 1);
+            set_aside();
             return true;
         },
-        [&] { taken->append(row(of->columns.size())); });
+        [&] {
+            one.take_nulls();
+            set_aside();
+        });
     aside = std::move(taken);
 }
 

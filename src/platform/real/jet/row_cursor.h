@@ -24,7 +24,7 @@ public:
     void move_last();
     void move_by(int step); // 1 or -1; no_current_record from beyond the rows
 
-    const row &current(); // no_current_record without one
+    ado::Value value(size_t column); // of the current row; no_current_record without one
     qint64 current_key();
     void appended(qint64 key); // a row was added and becomes current
     void deleted();            // the current row; there is none until the next move
@@ -35,11 +35,17 @@ public:
 
 private:
     void load();
+    void load_keys();
     void load_first_rows();
     void need_rows();
-    row read_row(sqlite3_stmt *from, int first_column) const;
+    size_t current_row(); // in the window, which is filled with it
+    void start_window(qint64 start);
+    bool window_is_full() const;
+    bool has_room(); // for a further row, in a window that must reach the current one
+    void need_live_row(qint64 key);
     void fill_window();
-    void fill_from_keys(size_t first, size_t last);
+    void fill_from_keys(qint64 first, qint64 last);
+    void fill_from_aside(qint64 first, qint64 last);
 
     database *db;
     std::shared_ptr<plan> of;
@@ -51,9 +57,14 @@ private:
     qint64 rows = 0;
     qint64 position = 0; // -1 .. rows
 
-    std::vector<row> window;
-    qint64 window_start = 0;
-    quint64 read_at_change = 0; // live: when the window's one row was read
+    row_block window;
+    qint64 window_start = 0; // the number of its first row; live: the key of its only one
+    struct made_value {
+        size_t row, column; // in the window
+        ado::Value value;
+    };
+    std::optional<made_value> last_long; // callers ask for a mail's body more than once
+    quint64 read_at_change = 0;          // live: when the window's one row was read
     std::unique_ptr<row_file> aside;
     std::optional<qint64> added; // current, while the rows are not loaded
 };

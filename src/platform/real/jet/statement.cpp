@@ -12,6 +12,11 @@ void finalizer::operator()(sqlite3_stmt *which) const
     sqlite3_finalize(which);
 }
 
+reset_after::~reset_after()
+{
+    sqlite3_reset(which);
+}
+
 prepared_statement prepare(sqlite3 *db, const QByteArray &sql, bool lasting)
 {
     sqlite3_stmt *made = nullptr;
@@ -102,23 +107,12 @@ QString kept_utf8(const unsigned char *text, int length)
     return length >= 3 && std::memcmp(bytes, "\xEF\xBB\xBF", 3) == 0 ? QChar(0xFEFF) + read : read;
 }
 
-ado::Value column_value(sqlite3_stmt *row, int place, ado::field_type type)
+ado::Value text_value(const char *text, int length, ado::field_type type)
 {
-    const int kept_as = sqlite3_column_type(row, place);
-    if (kept_as == SQLITE_NULL)
-        return {};
-    if (kept_as == SQLITE_INTEGER) {
-        const qint64 number = sqlite3_column_int64(row, place);
-        return type == ado::field_type::flag ? ado::Value(number != 0) : ado::Value(number);
-    }
-    if (kept_as == SQLITE_FLOAT)
-        return ado::Value(sqlite3_column_double(row, place));
-    const unsigned char *text = sqlite3_column_text(row, place);
-    const int length = sqlite3_column_bytes(row, place);
     if (type == ado::field_type::date)
-        if (const QDateTime date = read_kept(reinterpret_cast<const char *>(text), length); date.isValid())
+        if (const QDateTime date = read_kept(text, length); date.isValid())
             return ado::Value(date);
-    return ado::Value(kept_utf8(text, length));
+    return ado::Value(kept_utf8(reinterpret_cast<const unsigned char *>(text), length));
 }
 
 }

@@ -15,6 +15,15 @@ struct finalizer {
 };
 using prepared_statement = std::unique_ptr<sqlite3_stmt, finalizer>;
 
+// Whatever happens, the statement ends up reset: one that stays open would hold a lock.
+struct reset_after {
+    sqlite3_stmt *which;
+    explicit reset_after(sqlite3_stmt *of) : which(of) {}
+    reset_after(const reset_after &) = delete;
+    reset_after &operator=(const reset_after &) = delete;
+    ~reset_after();
+};
+
 // Fails with what SQLite says. lasting: it will be used again and again.
 prepared_statement prepare(sqlite3 *db, const QByteArray &sql, bool lasting);
 
@@ -43,7 +52,7 @@ private:
 // SQLite's text as it is: a leading U+FEFF is a letter of the text here, which Qt's own reading would drop.
 QString kept_utf8(const unsigned char *text, int length);
 
-// A column of the current row as a value of the type.
-ado::Value column_value(sqlite3_stmt *row, int place, ado::field_type type);
+// A text of SQLite's as a value of a column of the type.
+ado::Value text_value(const char *text, int length, ado::field_type type);
 
 }

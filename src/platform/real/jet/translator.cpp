@@ -63,21 +63,23 @@ private:
         text.sql = "SELECT ";
         if (made->keyed)
             text.sql += from.row_key + ',';
-        const qsizetype start = text.sql.size();
         if (of.all)
             all_columns(from);
         else
             items(of);
-        const QByteArray written = text.sql.mid(start);
         const QByteArray behind = " FROM " + from.quoted;
         if (made->keyed)
-            made->by_key_sql = "SELECT " + written + behind + " WHERE " + from.row_key + "=?1";
+            made->by_keys_sql = text.sql + behind + " WHERE " + from.row_key + ">=?1 AND " + from.row_key +
+                                "<=?2 ORDER BY " + from.row_key;
         text.sql += behind;
         const qsizetype rows = text.sql.size();
         text.where(of.where);
+        made->sorted = made->keyed && sorts(of, from);
+        if (made->keyed && !made->sorted) // an index may hold the keys close together, though in its own order
+            made->keys_sql = "SELECT " + from.row_key + behind + text.sql.mid(rows);
         if (!aggregated(of))
             text.order(of, from);
-        if (made->keyed && sorts(of, from))
+        if (made->sorted)
             made->keys_sql = "SELECT " + from.row_key + behind + text.sql.mid(rows);
     }
 
@@ -129,7 +131,10 @@ private:
     // Rows in the order of their key come without sorting, so they can be read as they are found.
     bool sorts(const select_syntax &of, const table &from) const
     {
-        return !of.order.empty() && from.place_of(text.name(of.order[0].column)) != from.key_column;
+        if (of.order.empty())
+            return false;
+        const order_item &first = of.order[0];
+        return first.descending || from.place_of(text.name(first.column)) != from.key_column;
     }
 
     // --- changes

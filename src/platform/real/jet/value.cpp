@@ -53,6 +53,8 @@ QString Value::text_or_empty() const
 
 qint64 Value::to_number() const
 {
+    if (const auto *number = std::get_if<qint64>(&held))
+        return *number;
     return std::get<qint64>(converted(*this, field_type::number).held);
 }
 

@@ -131,7 +131,8 @@ void messages_of_session::ResolveName()
     }
 }
 
-// The reason for the mail must be in the store before the mail can be on its way.
+// The reason for the mail is in the store before the mail can be on its way, unless commits are held: an automatic
+// reply comes before its row (docs/decisions/0019).
 void messages_of_session::Send()
 {
     expect_composing();
