@@ -163,7 +163,7 @@ void list_view::take_up_shift()
         if (!selectionModel()->isRowSelected(row))
             return;
     selectionModel()->select(range, QItemSelectionModel::Deselect);
-    selectionModel()->select(range, QItemSelectionModel::SelectCurrent);
+    selectionModel()->select(range, QItemSelectionModel::Select); // the newest choice: Shift widens or narrows that one
 }
 
 void list_view::contextMenuEvent(QContextMenuEvent *event)
