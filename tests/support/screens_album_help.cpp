@@ -3,6 +3,7 @@
 #include "frame/session.h"
 #include "frame/store.h"
 #include "platform/app_folder.h"
+#include "platform/mail_delivery.h"
 #include "platform/settings.h"
 #include "screens/directmail/Signature.h"
 #include "screens/frame/help_frm.h"
@@ -113,6 +114,19 @@ void picture_auditor_page(const album &pictures, menuFrm &console)
     console.resize(usual);
 }
 
+void picture_console_page(const album &pictures, menuFrm &console)
+{
+    const QSize usual = console.size();
+    console.resize(console.minimumSize());
+    delivery::report told;
+    told.line = "2 mails wait in the Outbox";
+    console.delivery_told(told);
+    QTest::qWait(200); // the mails are counted a little later
+    pictures.keep(console, "help-menuFrm");
+    console.delivery_told({});
+    console.resize(usual);
+}
+
 void picture_reply_page(const album &pictures)
 {
     Showdetails reply;
@@ -166,6 +180,7 @@ void picture_for_help(const album &pictures, menuFrm &console, screens_site &sit
 {
     the<mailfrm>().show(); // fetches what the other pictures show
     the<mailfrm>().unload();
+    picture_console_page(pictures, console);
     picture_reply_page(pictures);
     the<Accounts>().show();
     control<QComboBox>(the<Accounts>(), "query_c").setCurrentText("orders");

@@ -34,6 +34,7 @@ void answer_visitor_2()
     mail.SendingAccount = "orders@rosecottage.example";
     mail.To = {"visitor2@mail.example"};
     mail.Subject = "Thank you for your order";
+    mail.body = "Dear visitor,\n\nthank you for your order. We pack it within two days.";
     outbox::hand_over(mail);
 }
 
@@ -41,7 +42,7 @@ void answer_visitor_2()
 void picture_states(const album &pictures, menuFrm &console)
 {
     auto &list = control<list_view>(the<outbox_frm>(), "LV_outbox");
-    const std::vector<int> widths{150, 120, 80, 190};
+    const std::vector<int> widths{145, 100, 70, 125};
     for (size_t column = 0; column < widths.size(); ++column)
         list.setColumnWidth(int(column), widths[column]);
     constexpr int state_column = 2;
@@ -50,6 +51,7 @@ void picture_states(const album &pictures, menuFrm &console)
                       {heads.sectionViewportPosition(state_column) + 20, heads.height() / 2});
     list.setCurrentIndex(list.model()->index(0, 0));
     list.scrollToTop();
+    console.delivery_told(delivery::present());
     pictures.keep(console, "help-outbox_frm");
 }
 
@@ -85,7 +87,7 @@ void picture_outbox(const album &pictures, menuFrm &console)
     pictures.keep(console, "outbox_frm-mixed");
     const QSize usual = console.size();
     the<outbox_frm>().unload();
-    console.resize(760, 540);
+    console.resize(640, 520);
     the<outbox_frm>().show();
     picture_states(pictures, console);
     console.resize(usual);
