@@ -4,7 +4,7 @@
 #include <QMdiArea>
 #include <QMdiSubWindow>
 
-area_place::area_place(QMdiSubWindow &placed, QMdiArea &around) : QObject(&placed), window(placed), area(around)
+area_place::area_place(QMdiSubWindow &placed, QMdiArea &around) : QObject(&placed), window(placed), area(around), wanted(placed.sizeHint())
 {
     area.viewport()->installEventFilter(this);
     place();
@@ -19,7 +19,7 @@ void area_place::place()
 {
     const QRect room = area.viewport()->rect();
     const QSize least = window.minimumSizeHint().expandedTo(window.minimumSize());
-    const QSize size = window.sizeHint().expandedTo(least).boundedTo(room.size());
+    const QSize size = wanted.expandedTo(least).boundedTo(room.size());
     given = QRect(room.center() - QPoint(size.width(), size.height()) / 2, size).intersected(room);
     window.setGeometry(given);
     given = window.geometry(); // a window may refuse to be as small as that

@@ -22,5 +22,6 @@ private:
 
     QMdiSubWindow &window;
     QMdiArea &area;
-    QRect given; // where this put it last
+    const QSize wanted; // what the screen asked for when it opened: later its contents may ask for less
+    QRect given;        // where this put it last
 };

@@ -230,7 +230,7 @@ private slots:
         QVERIFY2(site.status_lines.last().startsWith("The report could not be made: "),
                  qPrintable(site.status_lines.last()));
         QVERIFY(site.status_lines.last().contains("the second row"));
-        QCOMPARE(on_bar<QLabel>("report_l").text(), "The list shows the former report, which can no longer be printed: "
+        QCOMPARE(on_bar<QLabel>("report_l").text(), "The list shows the previous report, which can no longer be printed: "
                                                     "3 mails of orders between 11/1/2026 and 11/30/2026.");
     }
 
