@@ -4,7 +4,8 @@
 #include <QMdiArea>
 #include <QMdiSubWindow>
 
-area_place::area_place(QMdiSubWindow &placed, QMdiArea &around) : QObject(&placed), window(placed), area(around), wanted(placed.sizeHint())
+area_place::area_place(QMdiSubWindow &placed, QMdiArea &around)
+    : QObject(&placed), window(placed), area(around), wanted(placed.sizeHint())
 {
     area.viewport()->installEventFilter(this);
     place();

@@ -98,8 +98,11 @@ bool take_turns(const QWidget &window, const key_holder &one, const key_holder &
     const auto are = [&](const char *first, const char *second) {
         return (one.name == first && other.name == second) || (one.name == second && other.name == first);
     };
-    // The two steps of cutting a mail; a test that runs and one that does not.
-    return (is_below(one, "Frame1") && is_below(other, "Frame2")) ||
+    // The two steps of cutting a mail; received mails, which have reasons, and sent ones; a test that runs and one that
+    // does not.
+    return (is_below(one, "why_fr") && is_below(other, "sentitems_fr")) ||
+           (is_below(one, "sentitems_fr") && is_below(other, "why_fr")) ||
+           (is_below(one, "Frame1") && is_below(other, "Frame2")) ||
            (is_below(one, "Frame2") && is_below(other, "Frame1")) || are("test_b", "stop_b");
 }
 

@@ -230,8 +230,9 @@ private slots:
         QVERIFY2(site.status_lines.last().startsWith("The report could not be made: "),
                  qPrintable(site.status_lines.last()));
         QVERIFY(site.status_lines.last().contains("the second row"));
-        QCOMPARE(on_bar<QLabel>("report_l").text(), "The list shows the previous report, which can no longer be printed: "
-                                                    "3 mails of orders between 11/1/2026 and 11/30/2026.");
+        QCOMPARE(on_bar<QLabel>("report_l").text(),
+                 "The list shows the previous report, which can no longer be printed: "
+                 "3 mails of orders between 11/1/2026 and 11/30/2026.");
     }
 
     void a_day_that_cannot_be_kept_does_not_hide_the_report()

@@ -19,6 +19,7 @@ namespace {
 const auto first_entry = QStringLiteral("Select");
 const auto fold_section = QStringLiteral("screens");
 constexpr double least_share = 0.75; // of the bar: what is cut deeper can hardly be worked with
+constexpr int least_rows = 6;        // of text, for the list below: its head and three lines or so
 const auto fold_key = QStringLiteral("mailfrm.report");
 
 QString chosen_in(const QComboBox &list)
@@ -165,7 +166,8 @@ void sent_report_bar::showEvent(QShowEvent *event)
 void sent_report_bar::fold_if_cut()
 {
     const double shown = double(ui->report_fr->height()) / ui->report_fr->sizeHint().height();
-    if (isVisible() && !fold_is_the_users && shown < least_share)
+    const int list = parentWidget()->height() - geometry().bottom(); // what is left below
+    if (isVisible() && !fold_is_the_users && (shown < least_share || list < least_rows * fontMetrics().height()))
         show_folded(true);
 }
 

@@ -45,6 +45,8 @@ run_time_error failure_of(sqlite3 *db, int result_code)
         if (extended == SQLITE_CONSTRAINT_CHECK)
             return {ado::value_too_long, QStringLiteral("The field is too small to accept the amount of data you "
                                                         "attempted to add.  Try inserting or pasting less data.")};
+        if (extended == SQLITE_CONSTRAINT_TRIGGER) // one of another program's, which says what it minds
+            return {ado::store_failure, said};
         return {ado::duplicate_key, QStringLiteral("The change would give two rows the same key: ") + said};
     case SQLITE_FULL:
         return {ado::store_failure, QStringLiteral("The disk is full: what was written since the last safe point is "
