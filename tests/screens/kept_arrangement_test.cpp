@@ -123,8 +123,10 @@ private slots:
         menuFrm console;
         console.show();
         stored_mails_shown();
+        the<outbox_frm>().show();
         end_program();
-        QCOMPARE(GetSetting("screens", "mailfrm.qt_splitter"), "");
+        QCOMPARE(GetSetting("screens", "mailfrm.inbox_height"), "");
+        QCOMPARE(GetSetting("screens", "outbox_frm.qt_splitter"), "");
         QCOMPARE(GetSetting("screens", "mailfrm.LV_sub"), "");
     }
 
@@ -139,11 +141,16 @@ private slots:
     {
         QFETCH(QString, kept);
         auditor_site site;
-        const QList<int> usual = control<kept_splitter>(stored_mails_shown(), "qt_splitter").sizes();
+        const auto sizes_shown = [] {
+            the<outbox_frm>().show();
+            QCoreApplication::processEvents();
+            return control<kept_splitter>(the<outbox_frm>(), "qt_splitter").sizes();
+        };
+        const QList<int> usual = sizes_shown();
         unload_all_screens();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        SaveSetting("screens", "mailfrm.qt_splitter", kept);
-        QCOMPARE(control<kept_splitter>(stored_mails_shown(), "qt_splitter").sizes(), usual);
+        SaveSetting("screens", "outbox_frm.qt_splitter", kept);
+        QCOMPARE(sizes_shown(), usual);
     }
 };
 
