@@ -1,5 +1,5 @@
-// What the user arranged is there again: the columns of a list, the parts of the Mail Auditor, the console's place,
-// whether a window was closed or the program ended over it.
+// What the user arranged is there again: the columns of a list, the parts of the Outbox, the console's place, whether
+// a window was closed or the program ended over it.
 #include "platform/settings.h"
 #include "screens/frame/closing.h"
 #include "screens/frame/menuFrm.h"
@@ -8,7 +8,6 @@
 #include "support/screens_auditor.h"
 #include "support/screens_program_end.h"
 
-#include <QAction>
 #include <QDir>
 #include <QMouseEvent>
 #include <QTest>
@@ -40,6 +39,12 @@ void close_the_console_with_a_back_up(auditor_site &site, menuFrm &console)
 void end_without_a_close(auditor_site &, menuFrm &)
 {
     end_program(); // as behind a restored back-up
+}
+
+kept_splitter &parts_of_the_outbox()
+{
+    the<outbox_frm>().show();
+    return control<kept_splitter>(the<outbox_frm>(), "qt_splitter");
 }
 
 void drag(QSplitter &splitter, int by)
@@ -82,13 +87,12 @@ private slots:
             menuFrm console;
             console.resize(1000, 700);
             console.show();
-            auto &splitter = control<kept_splitter>(stored_mails_shown(), "qt_splitter");
+            control<list_view>(stored_mails_shown(), "LV_sub").setColumnWidth(0, 133);
+            kept_splitter &splitter = parts_of_the_outbox();
             const QList<int> first = splitter.sizes();
             drag(splitter, -60);
             parts = splitter.sizes();
             QVERIFY2(parts != first, "the splitter moves");
-            control<list_view>(the<mailfrm>(), "LV_sub").setColumnWidth(0, 133);
-            control<QAction>(console, "outbox_mnu").trigger();
             control<list_view>(the<outbox_frm>(), "LV_outbox").setColumnWidth(1, 177);
             leave(site, console);
             QTRY_COMPARE(ends, ends_program ? 1 : 0);
@@ -100,9 +104,8 @@ private slots:
             QCOMPARE(console.size(), QSize(1000, 700));
         console.resize(1000, 700);
         console.show();
-        QCOMPARE(control<kept_splitter>(stored_mails_shown(), "qt_splitter").sizes(), parts);
-        QCOMPARE(control<list_view>(the<mailfrm>(), "LV_sub").columnWidth(0), 133);
-        the<outbox_frm>().show();
+        QCOMPARE(control<list_view>(stored_mails_shown(), "LV_sub").columnWidth(0), 133);
+        QCOMPARE(parts_of_the_outbox().sizes(), parts);
         QCOMPARE(control<list_view>(the<outbox_frm>(), "LV_outbox").columnWidth(1), 177);
     }
 
@@ -112,8 +115,9 @@ private slots:
         menuFrm console;
         console.show();
         stored_mails_shown();
+        parts_of_the_outbox();
         end_program();
-        QCOMPARE(GetSetting("screens", "mailfrm.qt_splitter"), "");
+        QCOMPARE(GetSetting("screens", "outbox_frm.qt_splitter"), "");
         QCOMPARE(GetSetting("screens", "mailfrm.LV_sub"), "");
     }
 
@@ -128,11 +132,11 @@ private slots:
     {
         QFETCH(QString, kept);
         auditor_site site;
-        const QList<int> usual = control<kept_splitter>(stored_mails_shown(), "qt_splitter").sizes();
+        const QList<int> usual = parts_of_the_outbox().sizes();
         unload_all_screens();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        SaveSetting("screens", "mailfrm.qt_splitter", kept);
-        QCOMPARE(control<kept_splitter>(stored_mails_shown(), "qt_splitter").sizes(), usual);
+        SaveSetting("screens", "outbox_frm.qt_splitter", kept);
+        QCOMPARE(parts_of_the_outbox().sizes(), usual);
     }
 };
 
