@@ -1,5 +1,5 @@
-// What the user arranged is there again: the columns of a list, the parts of the Mail Auditor, the console's place,
-// whether a window was closed or the program ended over it.
+// What the user arranged is there again: the columns of a list, the parts of the Outbox, the console's place, whether
+// a window was closed or the program ended over it.
 #include "platform/settings.h"
 #include "screens/frame/closing.h"
 #include "screens/frame/menuFrm.h"
@@ -8,7 +8,6 @@
 #include "support/screens_auditor.h"
 #include "support/screens_program_end.h"
 
-#include <QAction>
 #include <QDir>
 #include <QMouseEvent>
 #include <QTest>
@@ -40,6 +39,12 @@ void close_the_console_with_a_back_up(auditor_site &site, menuFrm &console)
 void end_without_a_close(auditor_site &, menuFrm &)
 {
     end_program(); // as behind a restored back-up
+}
+
+kept_splitter &parts_of_the_outbox()
+{
+    the<outbox_frm>().show();
+    return control<kept_splitter>(the<outbox_frm>(), "qt_splitter");
 }
 
 void drag(QSplitter &splitter, int by)
