@@ -130,7 +130,7 @@ private slots:
         QVERIFY(head.height() >= head.heightForWidth(head.width()));
         QVERIFY(span(control<QLabel>(screen, "why_lb")).top() > span(head).bottom());
         QCOMPARE(why.verticalScrollBar()->maximum(), 0);
-        QVERIFY(span(body).top() > span(why).bottom());
+        QTRY_VERIFY(span(body).top() > span(why).bottom()); // the box is laid out again when its lines are known
         QVERIFY(span(body).bottom() < screen.height());
         QVERIFY(body.viewport()->height() >= 2 * body.fontMetrics().lineSpacing());
     }
