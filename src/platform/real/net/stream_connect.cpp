@@ -2,6 +2,7 @@
 #include "platform/real/net/server_url.h"
 #include "platform/real/net/stream_line.h"
 #include <algorithm>
+#include <cerrno>
 #include <csignal>
 
 namespace net {
@@ -26,6 +27,14 @@ bool offers_plain_login(const QByteArrayList &lines)
         return (words.contains(" AUTH ") || words.startsWith("SASL ")) &&
                (words.contains(" PLAIN ") || words.contains(" LOGIN "));
     });
+}
+
+// A server that takes the connection and resets it: the library may see the reset before it sees the connection.
+bool hung_up_at_once(CURL *handle, CURLcode code)
+{
+    long system_error = 0;
+    curl_easy_getinfo(handle, CURLINFO_OS_ERRNO, &system_error);
+    return code == CURLE_COULDNT_CONNECT && system_error == ECONNRESET;
 }
 
 // The library passes over a login that a sending server does not offer.
@@ -150,6 +159,8 @@ void stream::line::connect()
         curl_easy_setopt(handle, CURLOPT_LOGIN_OPTIONS, nullptr);
         code = curl_easy_perform(handle);
     }
+    if (hung_up_at_once(handle, code))
+        code = CURLE_RECV_ERROR;
     if (code != CURLE_OK) {
         for (QByteArray &said : lines) // while they are whole: what is shown of them is shorter
             said = hidden_secrets(where, said);
