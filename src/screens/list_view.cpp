@@ -97,8 +97,12 @@ void list_view::fit_first_widths()
 
 void list_view::resizeEvent(QResizeEvent *event)
 {
+    const QRect line = visualRect(currentIndex());
+    const bool was_seen = line.isValid() && line.top() >= 0 && line.bottom() <= event->oldSize().height();
     fit_first_widths();
     QTreeView::resizeEvent(event);
+    if (was_seen) // what takes the height is often the text of this very line
+        scrollTo(currentIndex());
 }
 
 void list_view::head_Click(int column)

@@ -79,6 +79,21 @@ private slots:
         QCOMPARE(site.rows_of("contact"), 0);
     }
 
+    void it_is_told_how_many_went()
+    {
+        auditor_site site;
+        site.store_mails(3);
+        mailfrm &screen = stored_mails_shown();
+        auto &list = control<list_view>(screen, "LV_sub");
+        click_row(list, 0);
+        click_button(screen, "Indelete_b");
+        QCOMPARE(site.status_lines.last(), "1 mail was deleted.");
+        list.setFocus();
+        list.selectAll();
+        click_button(screen, "Indelete_b");
+        QCOMPARE(site.status_lines.last(), "2 mails were deleted.");
+    }
+
     void what_the_search_hides_is_never_deleted()
     {
         auditor_site site;

@@ -23,8 +23,10 @@ private slots:
         QVERIFY(QTest::qWaitForWindowActive(&screen));
         QTest::keyClick(&control<list_view>(screen, "LV_sub"), Qt::Key_I, Qt::AltModifier);
         QTRY_COMPARE(shown_view(), "sentitems_fr");
+        QCOMPARE(screen.focusWidget()->objectName(), "LV_sub_si"); // the arrows go on in the list
         QTest::keyClick(&control<list_view>(screen, "LV_sub_si"), Qt::Key_X, Qt::AltModifier);
         QTRY_COMPARE(shown_view(), "inbox_fr");
+        QCOMPARE(screen.focusWidget()->objectName(), "LV_sub");
     }
 
     void control_3_sorts_both_lists_by_their_dates()

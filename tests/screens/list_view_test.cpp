@@ -67,6 +67,18 @@ private slots:
         QCOMPARE(list.column(1), "Order 3 Order 2 Order 1");
     }
 
+    void the_row_in_hand_stays_in_sight_when_the_list_gets_lower()
+    {
+        const screens_site site;
+        shown_list list;
+        list.view.resize(300, 200);
+        list.view.show();
+        list.view.setCurrentIndex(list.rows.index(2, 0));
+        const int row = list.view.visualRect(list.view.currentIndex()).height();
+        list.view.resize(300, list.view.height() - list.view.viewport()->height() + row);
+        QVERIFY(list.view.viewport()->rect().contains(list.view.visualRect(list.view.currentIndex()).center()));
+    }
+
     void the_row_with_the_keyboard_stays_selected_and_in_sight()
     {
         const screens_site site;

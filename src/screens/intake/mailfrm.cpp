@@ -123,6 +123,7 @@ void mailfrm::inb_Click()
 {
     ui->inbox_b->setChecked(true);
     show_view(*ui->inbox_fr);
+    inbox->take_focus();
     LV_sub_Click();
 }
 
@@ -136,6 +137,7 @@ void mailfrm::sitm_Click()
     if (!all_went)
         status_line("Not everything about the sent mails could be read: " + session.err_description);
     show_view(*ui->sentitems_fr);
+    sent->take_focus();
     LV_sub_si_Click();
 }
 

@@ -98,6 +98,8 @@ bool mailfrm::delete_lines(listed_mails &mails, const char *routine, void (*deed
     mails.take_away(gone);
     if (!all_went)
         status_line("Not every mail could be deleted: " + session.err_description);
+    else if (!gone.empty())
+        status_line(gone.size() == 1 ? "1 mail was deleted." : QString::number(gone.size()) + " mails were deleted.");
     return !gone.empty();
 }
 
