@@ -42,7 +42,7 @@ void answer_visitor_2()
 void picture_states(const album &pictures, menuFrm &console)
 {
     auto &list = control<list_view>(the<outbox_frm>(), "LV_outbox");
-    const std::vector<int> widths{145, 100, 70, 125};
+    const std::vector<int> widths{145, 100, 70, 105};
     for (size_t column = 0; column < widths.size(); ++column)
         list.setColumnWidth(int(column), widths[column]);
     constexpr int state_column = 2;
