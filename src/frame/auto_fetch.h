@@ -7,8 +7,8 @@
 // ever fetches, and it does on every tick: kept so on purpose. While a pause lasts nothing is read or decided.
 bool auto_fetch_due();
 
-// A tick that could not reach its server makes the next ones pause: 10, 20, 40 ... seconds, 5 minutes at most, until
-// a fetch went through or the user asked for one.
+// A tick whose fetch failed makes the next ones pause: 10, 20, 40 ... seconds, 5 minutes at most, until a fetch went
+// through, or the user asked for one or changed the settings.
 void pause_auto_fetch();
 void end_auto_fetch_pause();
 

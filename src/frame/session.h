@@ -31,7 +31,7 @@ struct session_state {
     bool unsub_only_mail = false;   // the current mail is looked at only because of its subject
     bool fetch_then_wizard = false; // the fetch was started by the Mail Mapping Wizard
     qint16 autofetch_minutes = 0;   // as last read
-    int auto_fetch_pause_s = 0;     // a tick did not reach its server: so long the next ones do nothing; 0: no pause
+    int auto_fetch_pause_s = 0;     // a tick's fetch failed: so long the next ones do nothing; 0: no pause
     QDateTime auto_fetch_missed;    // when that was
     QDateTime last_fetch;           // when mail was last fetched to the end; not valid: not since the start
     QDateTime broken_fetch;         // when a later fetch ended before that; not valid: none did

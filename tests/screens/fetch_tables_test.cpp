@@ -145,7 +145,7 @@ private slots:
         QCOMPARE(site.rows_of("clients"), 4);
     }
 
-    void a_fetch_that_cannot_be_kept_is_none_and_ends_no_pause()
+    void a_fetch_that_cannot_be_kept_is_none_and_makes_the_pause_longer()
     {
         unanswered_site site;
         session.auto_fetch_pause_s = 40;
@@ -154,7 +154,8 @@ private slots:
         site.console.Timer1_Timer();
         QCOMPARE(site.told(), "Not everything went well: The disk is full");
         QVERIFY(!session.last_fetch.isValid());
-        QCOMPARE(session.auto_fetch_pause_s, 40);
+        QCOMPARE(session.auto_fetch_pause_s, 80);
+        QCOMPARE(session.auto_fetch_missed, site.moment);
     }
 };
 

@@ -39,6 +39,7 @@ void EditSign::Load()
     });
     if (!is_read)
         status_line("The signature cannot be read: " + session.err_description);
+    ui->Command2->setEnabled(is_read); // over what nobody has seen nothing is written
     stored_text = typed_text(*ui->Text2);
     ui->Text2->setFocus();
 }

@@ -2,6 +2,7 @@
 #include "frame/error_log.h"
 #include "frame/messages.h"
 #include "frame/outbox_words.h"
+#include "frame/say_surely.h"
 #include "frame/session.h"
 #include "platform/mail_delivery.h"
 #include "platform/mail_settings.h"
@@ -179,9 +180,10 @@ void outbox_frm::deed_ended()
     const bool closes = std::exchange(closes_when_done, false);
     const bool broke_off = !deed->failure().isEmpty();
     if (broke_off)
-        say(outbox_words::broken_off_text(deed->left(), deed->failure()), "Outbox", message_icon::exclamation);
+        say_surely("outbox_frm.frm", "deed_ended", outbox_words::broken_off_text(deed->left(), deed->failure()),
+                   "Outbox", message_icon::exclamation);
     else if (deed->left_alone() > 0)
-        say(outbox_words::left_alone_text(deed->left_alone()), "Outbox");
+        say_surely("outbox_frm.frm", "deed_ended", outbox_words::left_alone_text(deed->left_alone()), "Outbox");
     if (closes && !broke_off)
         unload();
     emit done_with_work();
@@ -200,7 +202,8 @@ void outbox_frm::finish()
 void outbox_frm::now_b_Click()
 {
     if (!guarded("outbox_frm.frm", "now_b", delivery::send_now))
-        say("What waits cannot be sent now. " + session.err_description, "Outbox", message_icon::exclamation);
+        say_surely("outbox_frm.frm", "now_b", "What waits cannot be sent now. " + session.err_description, "Outbox",
+                   message_icon::exclamation);
 }
 
 // What was to be done to the mails is done first.

@@ -47,7 +47,6 @@ mailfrm::mailfrm(QWidget *parent) : screen(parent), ui(std::make_unique<Ui::mail
     heights = new pane_height(*ui->qt_splitter);
     set_up_commands();
     show_view(*ui->inbox_fr);
-    ui->Label3->hide(); // until there is something to tell
 
     connect(inbox, &listed_mails::selection_changed, this, &mailfrm::LV_sub_Click);
     connect(sent, &listed_mails::selection_changed, this, &mailfrm::LV_sub_si_Click);
@@ -113,10 +112,17 @@ void mailfrm::show_view(QWidget &view)
     for (QWidget *each : {ui->inbox_fr, ui->sentitems_fr})
         each->setSizePolicy(QSizePolicy::Preferred, each == &view ? QSizePolicy::Preferred : QSizePolicy::Ignored);
     ui->qt_views->setCurrentWidget(&view);
+    show_fetch_summary();
     if (shows_sent_items())
         heights->show_view("mailfrm.sent_height", ui->report_bar);
     else
         heights->show_view("mailfrm.inbox_height", nullptr);
+}
+
+// What the fetch brought is in the Inbox.
+void mailfrm::show_fetch_summary()
+{
+    ui->Label3->setVisible(!ui->Label3->text().isEmpty() && !shows_sent_items());
 }
 
 void mailfrm::inb_Click()

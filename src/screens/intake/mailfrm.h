@@ -45,7 +45,8 @@ protected:
     void keyPressEvent(QKeyEvent *event) override;
 
 private:
-    void fetch_and_parse();
+    void show_fetch_summary();
+    void fetch_and_parse(bool &tables_were_tried);
     static void note_kept_fetch(bool was_stopped);
     static void note_unfilled_tables();
     void tell_broken_fetch(const run_time_error &failure);

@@ -31,10 +31,10 @@ void mailfrm::Load()
     std::optional<fetch_lines_scope> lines_are_the_fetchs;
     if (!session.no_fetch)
         lines_are_the_fetchs.emplace();
-    bool is_fetching = !session.no_fetch;
+    bool is_fetching = !session.no_fetch, tables_were_tried = false;
     const bool all_went = guarded("Mailfrm.frm", "Form_load", [&] {
         if (is_fetching)
-            fetch_and_parse();
+            fetch_and_parse(tables_were_tried);
         else
             load_accounts();
         is_fetching = false;
@@ -44,29 +44,30 @@ void mailfrm::Load()
         return;
     const run_time_error failure{session.err_number, session.err_description};
     const bool was_cut_off = net::is_network_failure(failure);
+    const bool was_stopped = net::is(failure, net::trouble::cancelled);
     if (is_fetching)
-        note_fetch_end(net::is(failure, net::trouble::cancelled) ? fetch_end::stopped : fetch_end::failed);
+        note_fetch_end(was_stopped ? fetch_end::stopped : fetch_end::failed);
+    if (is_fetching && !was_stopped && net::present_patience().is_tick)
+        pause_auto_fetch();
     tell_broken_fetch(failure);
     guarded("Mailfrm.frm", "Form_load", [] { intake::close_mail_source(); });
-    if (was_cut_off) // what came before still wants its rows
+    if (was_cut_off && !tables_were_tried) // what came before still wants its rows; a second try would answer twice
         guarded("Mailfrm.frm", "Form_load", intake::parse_unprocessed_mails);
     show_what_is_stored();
 }
 
-// Of a server that cannot be reached the user who waits is told in a box. A tick, for which nobody waits, leaves a line
-// and the next ticks alone.
+// Of a server that cannot be reached the user who waits is told in a box. A tick, for which nobody waits, leaves a
+// line.
 void mailfrm::tell_broken_fetch(const run_time_error &failure)
 {
     if (net::is(failure, net::trouble::cancelled))
         return status_line(cancelled_line);
     if (!net::is_network_failure(failure))
         return status_line("Not everything went well: " + failure.description);
-    if (net::present_patience().is_tick)
-        pause_auto_fetch();
-    else if (guarded("Mailfrm.frm", "Form_load", [&] {
-                 say("Mail could not be fetched.\n\n" + failure.description + "\n\nThe mails stored so far are shown.",
-                     "Tessaly", message_icon::exclamation);
-             }))
+    if (!net::present_patience().is_tick && guarded("Mailfrm.frm", "Form_load", [&] {
+            say("Mail could not be fetched.\n\n" + failure.description + "\n\nThe mails stored so far are shown.",
+                "Tessaly", message_icon::exclamation);
+        }))
         return;
     status_line("Mail could not be fetched: " + failure.description);
 }
@@ -90,7 +91,7 @@ void mailfrm::CriticalError()
     end_program();
 }
 
-void mailfrm::fetch_and_parse()
+void mailfrm::fetch_and_parse(bool &tables_were_tried)
 {
     take_away_fetch_line();                 // what an earlier fetch had to tell is past
     if (!net::present_patience().is_tick) { // the user asks: what the ticks know of the server is old
@@ -100,6 +101,7 @@ void mailfrm::fetch_and_parse()
     intake::choose_mail_source();
     fetch_mail();
     store_lvindex();
+    tables_were_tried = true;
     const bool tables_are_filled = intake::parse_unprocessed_mails();
     intake::finish_fetch();
     intake::raise_cut();
@@ -120,8 +122,8 @@ void mailfrm::note_kept_fetch(bool was_stopped)
     note_fetch_end(was_stopped ? fetch_end::stopped : fetch_end::whole);
 }
 
-// The pass has told it. Each further one stores its rows once more, and its replies spend numbers: not every ten
-// seconds, all night.
+// The pass has told it. Each further one stores its rows and sends its replies once more: not every ten seconds, all
+// night.
 void mailfrm::note_unfilled_tables()
 {
     if (net::present_patience().is_tick)
@@ -134,5 +136,5 @@ void mailfrm::fetch_mail()
     inbox->set_lines({});
     intake::fetch_mail();
     ui->Label3->setText(intake::fetch_summary());
-    ui->Label3->show();
+    show_fetch_summary();
 }

@@ -6,6 +6,7 @@
 #include "frame/store.h"
 #include "maps/map_wizard.h"
 #include "maps/sample_mails.h"
+#include "platform/outside_effects.h"
 #include "screens/icons.h"
 #include "screens/maps/map_wizard_doors.h"
 #include "screens/maps/mapmail_frm.h"
@@ -130,6 +131,7 @@ void Format_mail_frm::delete_l_Click()
     const bool went_through = guarded(page_in_log, "delete_l_Click", [&] {
         open_store_if_closed();
         maps::delete_raw_mails(chosen_table(), ids);
+        before_outside_effect(); // what is told to be deleted is
         deleted = true;
         say(ids.size() == 1 ? QStringLiteral("The mail was deleted.")
                             : QString::number(ids.size()) + " mails were deleted.");

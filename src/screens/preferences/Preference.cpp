@@ -54,6 +54,7 @@ void Preference::Load()
     });
     if (!is_read)
         status_line("The preferences cannot be shown: " + session.err_description);
+    ui->Command1->setEnabled(is_read); // over what nobody has seen nothing is written
     ui->autofetch_ch->setFocus();
 }
 
@@ -113,6 +114,7 @@ void Preference::set_minutes()
     before_outside_effect(); // what is told to be in force is kept
     if (!is_kept)
         return status_line("Auto-fetch could not be set: the store has no row for it.");
+    end_auto_fetch_pause(); // the user's own wish does not wait for the ticks' patience
     show_auto_fetch();
 }
 

@@ -66,7 +66,10 @@ void autoresponder::Activate()
     if (!guarded(responder_in_log, "Activate", [this] { list_maps(); }))
         status_line("The maps cannot be shown: " + session.err_description);
     if (!same_text(chosen_map(), before) || !is_read)
-        loadmap();
+        return loadmap();
+    newest.clear(); // mail may have come in
+    show_preview();
+    show_greeting();
 }
 
 // The chosen one stays chosen.

@@ -1,4 +1,5 @@
 #include "screens/preferences/mail_client_frm.h"
+#include "frame/auto_fetch.h"
 #include "frame/error_log.h"
 #include "frame/messages.h"
 #include "frame/say_surely.h"
@@ -200,6 +201,7 @@ void mail_client_frm::ok_b_Click()
     if (!guarded(client_in_log, "ok_b", [&] { place = mail_page::save(typed); }))
         return say_surely(client_in_log, "ok_b", "The settings could not be saved: " + session.err_description,
                           page_title, message_icon::critical);
+    end_auto_fetch_pause(); // what the ticks know of the server is old
     if (place == passwords::place::settings_file && !was_in_file)
         say_surely(client_in_log, "ok_b", lies_in_file, page_title, message_icon::exclamation);
     unload();
