@@ -320,16 +320,29 @@ private slots:
         signature_site site;
         picker().show();
         List1().setCurrentRow(1);
-        site.store.run("drop table sign");
-        QString load_failure;
-        QVERIFY(in_modal<EditSign>("Command1", [&load_failure] {
-            load_failure = session.err_form + "|" + session.err_routine;
+        QVERIFY(in_modal<EditSign>("Command1", [&site] {
+            site.store.run("drop table sign");
             control<QPlainTextEdit>(the<EditSign>(), "Text2").setPlainText("Bye");
             press_on<EditSign>("Command2");
         }));
-        QCOMPARE(load_failure, "Editsign.frm|Form_load");
         QCOMPARE(session.err_form, "Editsign.frm");
         QCOMPARE(session.err_routine, "Command2");
+    }
+
+    void a_signature_that_cannot_be_read_cannot_be_overwritten()
+    {
+        signature_site site;
+        picker().show();
+        List1().setCurrentRow(1);
+        site.store.run("drop table sign");
+        QString load_failure;
+        bool may_update = true;
+        QVERIFY(in_modal<EditSign>("Command1", [&] {
+            load_failure = session.err_form + "|" + session.err_routine;
+            may_update = control<QPushButton>(the<EditSign>(), "Command2").isEnabled();
+        }));
+        QCOMPARE(load_failure, "Editsign.frm|Form_load");
+        QVERIFY(!may_update);
     }
 
     void the_selection_survives_editing_and_enter_is_ok()

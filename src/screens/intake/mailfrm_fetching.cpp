@@ -47,7 +47,8 @@ void mailfrm::Load()
     const bool was_stopped = net::is(failure, net::trouble::cancelled);
     if (is_fetching)
         note_fetch_end(was_stopped ? fetch_end::stopped : fetch_end::failed);
-    if (is_fetching && !was_stopped && net::present_patience().is_tick)
+    const bool wants_a_pause = was_cut_off || tables_were_tried; // each further try may answer the same mails once more
+    if (is_fetching && !was_stopped && wants_a_pause && net::present_patience().is_tick)
         pause_auto_fetch();
     tell_broken_fetch(failure);
     guarded("Mailfrm.frm", "Form_load", [] { intake::close_mail_source(); });
