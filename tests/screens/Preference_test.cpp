@@ -224,6 +224,16 @@ private slots:
         QCOMPARE(session.err_routine, "Form_load");
         QCOMPARE(site.boxes.shown, QStringList());
         QCOMPARE(site.status_lines.filter("cannot be shown").size(), 1);
+        QVERIFY(!control<QPushButton>(page(), "Command1").isEnabled()); // over what nobody has seen nothing is written
+    }
+
+    void setting_auto_fetch_ends_a_pause()
+    {
+        general_site site;
+        session.auto_fetch_pause_s = 40;
+        page().show();
+        control<QPushButton>(page(), "Command1").click();
+        QCOMPARE(session.auto_fetch_pause_s, 0);
     }
 
     void without_a_row_auto_fetch_is_shown_as_off()

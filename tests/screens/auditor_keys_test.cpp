@@ -1,8 +1,11 @@
 // The Mail Auditor without a mouse: its two views, and sorting in each.
+#include "frame/session.h"
 #include "support/screens_auditor.h"
 
+#include <QLabel>
 #include <QStackedWidget>
 #include <QTest>
+#include <QToolButton>
 
 namespace {
 
@@ -27,6 +30,20 @@ private slots:
         QTest::keyClick(&control<list_view>(screen, "LV_sub_si"), Qt::Key_X, Qt::AltModifier);
         QTRY_COMPARE(shown_view(), "inbox_fr");
         QCOMPARE(screen.focusWidget()->objectName(), "LV_sub");
+    }
+
+    void what_the_fetch_brought_is_told_in_the_inbox_alone()
+    {
+        auditor_site site;
+        site.deliver_mail("orders@shop.example", "Order", "Text");
+        session.no_fetch = false;
+        the<mailfrm>().show();
+        const auto &summary = control<QLabel>(the<mailfrm>(), "Label3");
+        QVERIFY(summary.isVisible());
+        control<QToolButton>(the<mailfrm>(), "sentitems_b").click();
+        QVERIFY(!summary.isVisible());
+        control<QToolButton>(the<mailfrm>(), "inbox_b").click();
+        QVERIFY(summary.isVisible());
     }
 
     void control_3_sorts_both_lists_by_their_dates()
